@@ -1,0 +1,85 @@
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtCore/QPointer>
+#include <QtCore/QString>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QDialog>
+#include <QtWidgets/QWidget>
+#include <memory>
+
+#include "LxGUI/LxWnd.h"
+
+/// The base of every window: drives one widget, which it adopts from the host or creates.
+///
+/// Derived classes build their content in CreateLayout(), start their work in OnOpen() and end it in OnClose(). All
+/// three may be called more than once, in any order that the host brings about; OnClose() is idempotent. A derived
+/// destructor does the work of its OnClose() itself, because nobody calls it then.
+class Wnd : public QObject
+{
+    Q_OBJECT
+
+public:
+    Wnd();
+    ~Wnd() override;
+
+    LxResult Create(HWND aParent, int aReserved);
+    LxResult Create(QWidget *aHost);
+    LxResult ShowModal(QWidget *aParent);
+    LxResult ShowModeless(QWidget *aParent);
+    LxResult ShowModeless(HWND aParent);
+    LxResult Close();
+    void SetPosition(int aX, int aY, int aWidth, int aHeight);
+    void GetPosition(int &aX, int &aY, int &aWidth, int &aHeight);
+    HWND GetHandle();
+    bool IsVisible();
+    QWidget *GetQWidget();
+    LxString GetTitle() const;
+    void SetTitle(const LxString &aTitle);
+    static void DoEvents();
+
+    bool eventFilter(QObject *aObject, QEvent *aEvent) override = 0;
+
+protected:
+    /// Builds the content into the current widget, Widget(). Starts with BeginLayout().
+    virtual void CreateLayout() = 0;
+    virtual void OnOpen() = 0;
+    virtual void OnClose() = 0;
+
+    /// The current widget, or null; never creates one.
+    QWidget *Widget() const { return mWidget; }
+    /// The dialog that the show operations made, or null.
+    QDialog *Dialog() const { return mDialog; }
+    /// Whether the content is shown in the window's own dialog.
+    bool IsDialog() const { return mDialog && mWidget == mDialog; }
+    bool IsOpen() const { return mOpen; }
+    HWND ParentHandle() const { return mParentHandle; }
+    const QString &Title() const { return mTitle; }
+    int StoredWidth() const { return mWidth; }
+    int StoredHeight() const { return mHeight; }
+
+    /// The first call of every CreateLayout(): deletes the content that this window built earlier on the current
+    /// widget, never children of the host's own, and returns the widget to build into. That is the current widget, or,
+    /// when a host's widget has a layout of its own, a container that was added to that layout.
+    QWidget *BeginLayout();
+    /// Makes the window's dialog a fixed-size one of the stored width and height: no system menu, no context help
+    /// button. Does nothing unless the content is in the dialog and both are at least 1.
+    void MakeFixedSizeDialog(int aWidth, int aHeight);
+
+private:
+    void EnsureWidget();
+    void AdoptWidget(QWidget *aWidget);
+    void ApplyPosition();
+    void OnDialogFinished();
+
+    QPointer<QWidget> mWidget;
+    QString mTitle;
+    int mX = -1;
+    int mY = -1;
+    int mWidth = -1;
+    int mHeight = -1;
+    QPointer<QDialog> mDialog;
+    std::unique_ptr<QApplication> mOwnedApplication;
+    bool mOpen = false;
+    HWND mParentHandle = nullptr;
+};

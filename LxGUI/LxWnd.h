@@ -1,0 +1,77 @@
+#pragma once
+
+#include "LxBase/LxResult.h"
+#include "LxBase/LxString.h"
+#include "LxGUIExport.h"
+
+class QWidget;
+class Wnd;
+
+// The type of native window handles, the same that windows.h declares. Where the native window system is X11 the
+// pointer's value is the window's XID: reinterpret_cast<HWND>(static_cast<uintptr_t>(window)).
+struct HWND__;
+typedef struct HWND__ *HWND;
+
+/// What every window of the library can do: be shown as a modal or modeless dialog, inside a widget of the host, or
+/// under a native window.
+///
+/// The first window that a program without a QApplication creates also creates one, and deletes it again when it is
+/// destroyed; such a program calls DoEvents() regularly while modeless windows are shown. All operations must be called
+/// on the thread that runs the QApplication, the program's GUI thread. Nothing is thrown.
+///
+/// A host that overrides virtual operations of a derived class calls Close() before it destroys the window.
+class LXGUI_API LxWnd
+{
+public:
+    virtual ~LxWnd();
+    LxWnd(const LxWnd &) = delete;
+    LxWnd &operator=(const LxWnd &) = delete;
+
+    /// Shows the window as a child of a native window, filling its client area; WM_SIZE is then posted to the parent.
+    /// On X11 a posted message is a client message of the type _LXGUI_MESSAGE, format 32, with the data message,
+    /// wParam, lParam.
+    /// @param aParent the native parent. With null the window is shown as a top-level window all the same, and the
+    ///        result is InvalidArgument (0x4001).
+    /// @return OK, or InvalidArgument (0x4001) when no native handle can be had.
+    LxResult Create(HWND aParent, int aReserved);
+    /// Builds the window's content into a widget of the host and shows it. The host keeps the ownership; a layout that
+    /// the widget already has is kept and the content is added to it.
+    LxResult Create(QWidget *aHost);
+
+    /// Runs the window as a modal dialog.
+    /// @return OK when it was accepted, Cancelled (0x4002) when it ended otherwise, AlreadyShown (28) when the window is
+    ///         visible already.
+    LxResult ShowModal();
+    LxResult ShowModal(QWidget *aParent);
+    /// Shows the window as a modeless dialog; a visible one is brought to the front. Always OK.
+    LxResult ShowModeless();
+    LxResult ShowModeless(QWidget *aParent);
+    /// The same with a native parent, which also receives the window's notifications. A null pointer must be cast
+    /// (static_cast<HWND>(nullptr)) to choose between this and the overload above.
+    LxResult ShowModeless(HWND aParent);
+
+    /// Ends the window's work and hides its dialog; an embedded window is not hidden. Always OK, also when closed.
+    LxResult Close();
+
+    /// Position and size in pixels, applied now or when the window is shown. A width and height below 1 leave the size,
+    /// an x or y below 1 leaves the position.
+    void SetPosition(int aX, int aY, int aWidth, int aHeight);
+    /// The present geometry, or what was set before the window exists; -1 when nothing was.
+    void GetPosition(int &aX, int &aY, int &aWidth, int &aHeight);
+    /// The native handle while the window is visible, else null.
+    HWND GetHandle() const;
+    bool IsVisible() const;
+    /// The widget that carries the content; made when there is none yet. Owned by the window.
+    QWidget *GetQWidget();
+
+    LxString GetTitle() const;
+    void SetTitle(const LxString &aTitle);
+
+    /// Processes the pending events of Qt, for hosts that run a loop of their own.
+    static void DoEvents();
+
+protected:
+    LxWnd();
+
+    Wnd *mWnd = nullptr;
+};

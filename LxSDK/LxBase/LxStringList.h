@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "LxBase/LxString.h"
+
+/// An ordered list of texts. A value type; the order of adding is kept and duplicates are allowed.
+class LX_API LxStringList
+{
+public:
+    void Add(const LxString &aText);
+    void Clear();
+    size_t GetSize() const { return mTexts.size(); }
+    /// The text at an index of 0 to GetSize() - 1; beyond that the empty text.
+    LxString GetItem(size_t aIndex) const;
+
+private:
+    std::vector<LxString> mTexts;
+};

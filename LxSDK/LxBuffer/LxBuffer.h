@@ -1,0 +1,86 @@
+#pragma once
+
+#include <memory>
+
+#include "LxBase/LxResult.h"
+#include "LxBuffer/ILxGenDC.h"
+#include "LxBuffer/ILxH264AccessUnit.h"
+#include "LxBuffer/LxImage.h"
+
+/// What a buffer is meant to carry.
+enum class LxPayloadType : uint32_t
+{
+    None = 0,
+    Image = 1,
+    GenDC = 2,
+    H264 = 3,
+    Raw = 4,
+};
+
+/// What happened to the buffer while it was received.
+enum class LxBufferStatus : uint32_t
+{
+    Complete = 0,        ///< Every byte arrived.
+    MissingPackets = 1,  ///< Packets of the frame were lost; their place holds old data.
+    Timeout = 2,         ///< The frame ended without its last packets.
+    SizeMismatch = 3,    ///< What arrived does not fit into the buffer or contradicts its own description.
+    Aborted = 4,         ///< Reception was stopped.
+};
+
+/// A received or made frame: at most one payload, except that a GenDC container may come with a plain image.
+///
+/// Movable, not copyable; not synchronised. Pointers that it hands out are valid until it is freed, detached, changed
+/// or destroyed.
+class LX_API LxBuffer
+{
+public:
+    explicit LxBuffer(LxPayloadType aPayloadType = LxPayloadType::None);
+    ~LxBuffer();
+    LxBuffer(LxBuffer &&aOther) noexcept;
+    LxBuffer &operator=(LxBuffer &&aOther) noexcept;
+
+    LxPayloadType GetPayloadType() const { return mPayloadType; }
+
+    /// The image, if the payload is an image or the buffer was given one; otherwise null. An image buffer has an image
+    /// from the start, empty until it is allocated or attached.
+    LxImage *GetImage();
+    const LxImage *GetImage() const;
+    const ILxGenDCContainer *GetGenDC() const { return mGenDC.get(); }
+    const ILxH264AccessUnit *GetH264AccessUnit() const { return mH264.get(); }
+
+    /// Gives the buffer a container or an access unit; null takes it away.
+    void SetGenDC(std::shared_ptr<const ILxGenDCContainer> aContainer);
+    void SetH264AccessUnit(std::shared_ptr<const ILxH264AccessUnit> aUnit);
+    /// Gives a buffer of any payload type an (empty) image.
+    void AddImage();
+
+    /// The first byte of the image's memory; null when the buffer is empty.
+    const void *GetDataPointer() const;
+    void *GetDataPointer();
+    /// Drops memory of the buffer's own; the buffer is then empty.
+    void Free();
+    /// Forgets attached memory; the buffer is then empty.
+    void Detach();
+
+    /// The number that the device gave the frame (GigE Vision block ID); 0 when unknown.
+    uint64_t GetBlockID() const { return mBlockID; }
+    void SetBlockID(uint64_t aBlockID) { mBlockID = aBlockID; }
+    /// The device's time of exposure, in nanoseconds; 0 when unknown.
+    uint64_t GetTimestamp() const { return mTimestamp; }
+    void SetTimestamp(uint64_t aTimestamp) { mTimestamp = aTimestamp; }
+    /// The host's time of arrival, in nanoseconds of the system's monotonic clock; 0 when unknown.
+    uint64_t GetReceptionTime() const { return mReceptionTime; }
+    void SetReceptionTime(uint64_t aTime) { mReceptionTime = aTime; }
+    LxBufferStatus GetStatus() const { return mStatus; }
+    void SetStatus(LxBufferStatus aStatus) { mStatus = aStatus; }
+
+private:
+    LxPayloadType mPayloadType;
+    std::unique_ptr<LxImage> mImage;
+    std::shared_ptr<const ILxGenDCContainer> mGenDC;
+    std::shared_ptr<const ILxH264AccessUnit> mH264;
+    uint64_t mBlockID = 0;
+    uint64_t mTimestamp = 0;
+    uint64_t mReceptionTime = 0;
+    LxBufferStatus mStatus = LxBufferStatus::Complete;
+};

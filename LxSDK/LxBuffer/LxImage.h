@@ -1,0 +1,63 @@
+#pragma once
+
+#include <memory>
+
+#include "LxBase/LxResult.h"
+#include "LxBuffer/ILxImage.h"
+
+/// An image in memory of its own or attached to somebody else's. Movable, not copyable; not synchronised.
+class LX_API LxImage : public ILxImage
+{
+public:
+    LxImage();
+    ~LxImage() override;
+    LxImage(LxImage &&aOther) noexcept;
+    LxImage &operator=(LxImage &&aOther) noexcept;
+
+    /// Gets memory for an image of this geometry; the content is undefined. Memory that fits is kept. InvalidArgument
+    /// (and the image as it was) when width, height or pixel type is 0 or the size exceeds 64 bits or 2^40 bytes;
+    /// NoMemory when the system has none.
+    LxResult Alloc(uint32_t aWidth, uint32_t aHeight, LxPixelType aPixelType, uint32_t aPaddingX = 0,
+                   uint32_t aPaddingY = 0);
+    /// Refers to the caller's memory, which is neither copied nor freed and must outlive the image or the next Detach(),
+    /// Free() or Alloc(). InvalidArgument (and the image as it was) for a null pointer or a 0 as in Alloc().
+    LxResult Attach(void *aData, uint32_t aWidth, uint32_t aHeight, LxPixelType aPixelType, uint32_t aPaddingX = 0,
+                    uint32_t aPaddingY = 0);
+    /// The same with the number of bytes that may be read; BufferTooSmall when the geometry needs more.
+    LxResult AttachSized(void *aData, uint64_t aSize, uint32_t aWidth, uint32_t aHeight, LxPixelType aPixelType,
+                         uint32_t aPaddingX = 0, uint32_t aPaddingY = 0);
+    /// Forgets attached memory; the image is then empty. Memory of its own is freed.
+    void Detach();
+    /// Frees memory of its own, or forgets attached memory; the image is then empty.
+    void Free();
+    void SetOffset(uint32_t aOffsetX, uint32_t aOffsetY);
+
+    uint32_t GetWidth() const override { return mWidth; }
+    uint32_t GetHeight() const override { return mHeight; }
+    LxPixelType GetPixelType() const override { return mPixelType; }
+    const void *GetDataPointer() const override { return mData; }
+    void *GetDataPointer() { return mData; }
+    uint64_t GetDataSize() const override { return mDataSize; }
+    uint32_t GetPaddingX() const override { return mPaddingX; }
+    uint32_t GetPaddingY() const override { return mPaddingY; }
+    uint32_t GetOffsetX() const override { return mOffsetX; }
+    uint32_t GetOffsetY() const override { return mOffsetY; }
+
+private:
+    struct FreeMemory
+    {
+        void operator()(void *aMemory) const;
+    };
+
+    std::unique_ptr<void, FreeMemory> mOwned;
+    uint64_t mOwnedSize = 0;
+    void *mData = nullptr;
+    uint64_t mDataSize = 0;
+    uint32_t mWidth = 0;
+    uint32_t mHeight = 0;
+    LxPixelType mPixelType = LxPixelType::None;
+    uint32_t mPaddingX = 0;
+    uint32_t mPaddingY = 0;
+    uint32_t mOffsetX = 0;
+    uint32_t mOffsetY = 0;
+};

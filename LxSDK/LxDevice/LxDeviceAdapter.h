@@ -1,0 +1,21 @@
+#pragma once
+
+#include "LxDevice/ILxDeviceAdapter.h"
+
+class LxDevice;
+
+/// Adapts a device. Does not own it; the device must outlive the adapter. A null device has no parameters and an empty
+/// identifier.
+class LX_API LxDeviceAdapter : public ILxDeviceAdapter
+{
+public:
+    explicit LxDeviceAdapter(LxDevice *aDevice);
+    ~LxDeviceAdapter() override;
+
+    LxGenParameterArray *GetParameters() override;
+    LxString GetUniqueID() const override;
+    LxDevice *GetDevice() const { return mDevice; }
+
+private:
+    LxDevice *mDevice;
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "LxBase/LxResult.h"
+#include "LxGenICam/LxGenTypes.h"
+
+/// One entry of an enumeration feature. Owned by the enumeration; usable from any thread.
+class LX_API LxGenEnumEntry
+{
+public:
+    virtual ~LxGenEnumEntry();
+
+    virtual LxResult GetName(LxString &aName) const = 0;
+    virtual LxResult GetDisplayName(LxString &aDisplayName) const = 0;
+    virtual LxResult GetToolTip(LxString &aToolTip) const = 0;
+    virtual LxResult GetDescription(LxString &aDescription) const = 0;
+    virtual LxResult GetValue(int64_t &aValue) const = 0;
+    virtual LxResult GetVisibility(LxGenVisibility &aVisibility) const = 0;
+    virtual LxResult GetNameSpace(LxGenNameSpace &aNameSpace) const = 0;
+    /// Whether the entry can be chosen now: implemented and available.
+    virtual LxResult IsAvailable(bool &aAvailable) const = 0;
+    /// The same with false for a failure.
+    bool IsAvailable() const;
+    /// Whether a user interface of this level shows the entry.
+    bool IsVisible(LxGenVisibility aLevel) const;
+};

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <memory>
+
+#include "LxBase/LxResult.h"
+#include "LxDevice/LxDevice.h"
+
+class LxDeviceInfo;
+class LxInterface;
+class LxSystemEventSink;
+
+/// Finds the interfaces of the host and the devices at them, and connects to devices.
+///
+/// The interfaces are listed from construction on. All operations may be called from any thread; Find() and
+/// FindDevice() of one object wait for each other. Interfaces and device informations are owned by the system, live as
+/// long as it does and may be read while a search runs.
+class LX_API LxSystem
+{
+public:
+    LxSystem();
+    ~LxSystem();
+    LxSystem(const LxSystem &) = delete;
+    LxSystem &operator=(const LxSystem &) = delete;
+
+    /// How long the next Find() listens, in milliseconds; 1000 by default.
+    void SetDetectionTimeout(uint32_t aTimeout);
+    uint32_t GetDetectionTimeout() const;
+    /// Whether the next Find() also sends to the broadcast address of each adapter's subnets. Off by default; the
+    /// broadcast to 255.255.255.255 is always sent.
+    void SetSubnetBroadcastEnabled(bool aEnabled);
+    bool IsSubnetBroadcastEnabled() const;
+
+    /// Searches on every interface for the detection time-out. Each answer is passed to the event sinks as it comes,
+    /// and the lists of devices are replaced at the end. Blocks; it is not interrupted by the destruction of a sink.
+    LxResult Find();
+    /// Ends a running Find() early; it then returns Aborted.
+    void CancelFind();
+    /// Searches one device by its IP address (or the connection ID of any other device), without broadcast. Blocks up
+    /// to 1 s. NotFound, and the pointer set to null, when nothing answers; InvalidArgument for an empty text.
+    LxResult FindDevice(const LxString &aAddress, const LxDeviceInfo **aFound);
+
+    uint32_t GetInterfaceCount() const;
+    /// The interface at an index of 0 to GetInterfaceCount() - 1, else null. The order is stable.
+    const LxInterface *GetInterface(uint32_t aIndex) const;
+
+    /// Adds a sink; adding it again changes nothing.
+    LxResult RegisterEventSink(LxSystemEventSink *aSink);
+    /// Removes a sink. When this returns no call of it runs on another thread, and none will come. May be called while
+    /// a search runs and from within the sink's own callback.
+    LxResult UnregisterEventSink(LxSystemEventSink *aSink);
+
+    /// Connects to a device. The information must be of a living LxSystem; the device is independent of it afterwards.
+    /// @return NotConnected or Timeout (no answer), AccessDenied (another application controls it), GenICamError (its
+    ///         XML is missing or broken), InvalidArgument (null information), Unavailable (its configuration does not
+    ///         let it be reached), NotSupported (no way to connect to this kind). The description says what to do.
+    static LxResult Connect(const LxDeviceInfo *aInfo, LxDeviceAccess aAccess, std::unique_ptr<LxDevice> &aDevice);
+
+private:
+    class Data;
+    std::unique_ptr<Data> mData;
+};

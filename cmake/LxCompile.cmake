@@ -1,0 +1,24 @@
+# Compiler settings that every target of this project shares.
+
+add_library(LxCompile INTERFACE)
+target_compile_options(LxCompile INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
+  -Wformat=2 -Werror -fno-omit-frame-pointer)
+
+if(LXGUI_SANITIZE)
+  target_compile_options(LxCompile INTERFACE -fsanitize=${LXGUI_SANITIZE})
+  target_link_options(LxCompile INTERFACE -fsanitize=${LXGUI_SANITIZE})
+  if(LXGUI_SANITIZE MATCHES "undefined")
+    target_compile_options(LxCompile INTERFACE -fno-sanitize-recover=undefined)
+  endif()
+endif()
+
+find_program(LXGUI_CCACHE ccache)
+if(LXGUI_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${LXGUI_CCACHE})
+endif()
+
+find_program(LXGUI_LLD ld.lld)
+if(LXGUI_LLD)
+  add_link_options(-fuse-ld=lld)
+endif()

@@ -1,0 +1,63 @@
+# lx_add_test(NAME <name> LABELS <label>... SOURCES <file>...
+#             [PLATFORM none|offscreen|xcb] [NETNS] [SDK_ONLY] [LIBS <target>...]
+#             [TIMEOUT <seconds>] [MAIN <file>] [RESOURCE_LOCK <name>])
+#
+# Makes one test program from GoogleTest cases and registers it with ctest. The program is linked with the objects of
+# the libraries, so that internal classes can be tested. PLATFORM says which Qt platform it runs on: "offscreen" (the
+# default for a test of windows), "xcb" (a private Xvfb is started for it), or "none" (no Qt). NETNS runs it in a
+# network namespace of its own. Tests that use threads carry the label "concurrency" too and also run under the thread
+# sanitizer.
+set(LXGUI_TEST_SUPPORT ${CMAKE_SOURCE_DIR}/tests/support)
+
+function(lx_add_test)
+  cmake_parse_arguments(T "NETNS;SDK_ONLY" "NAME;PLATFORM;TIMEOUT;MAIN;RESOURCE_LOCK" "LABELS;SOURCES;LIBS;ARGS" ${ARGN})
+  if(NOT T_TIMEOUT)
+    set(T_TIMEOUT 120)
+  endif()
+  if(NOT T_PLATFORM)
+    set(T_PLATFORM offscreen)
+  endif()
+  if(T_SDK_ONLY)
+    set(T_PLATFORM none)
+  endif()
+  add_executable(${T_NAME} ${T_SOURCES})
+  target_link_libraries(${T_NAME} PRIVATE LxCompile TestSupport ${T_LIBS} GTest::gmock GTest::gtest)
+  if(T_SDK_ONLY)
+    target_link_libraries(${T_NAME} PRIVATE LxSDKInternal)
+    if(NOT T_MAIN)
+      target_link_libraries(${T_NAME} PRIVATE GTest::gtest_main)
+    endif()
+  else()
+    set_target_properties(${T_NAME} PROPERTIES AUTOMOC ON)
+    target_link_libraries(${T_NAME} PRIVATE LxGUIInternal GuiTestSupport Qt6::Test)
+    if(NOT T_MAIN)
+      target_sources(${T_NAME} PRIVATE ${LXGUI_TEST_SUPPORT}/GuiTestMain.cpp)
+    endif()
+  endif()
+  if(T_MAIN)
+    target_sources(${T_NAME} PRIVATE ${T_MAIN})
+  endif()
+
+  set(prefix)
+  if(T_NETNS)
+    list(APPEND prefix ${LXGUI_TEST_SUPPORT}/in-netns)
+  endif()
+  if(T_PLATFORM STREQUAL "xcb")
+    list(APPEND prefix ${LXGUI_TEST_SUPPORT}/with-xvfb)
+  endif()
+  add_test(NAME ${T_NAME} COMMAND ${prefix} $<TARGET_FILE:${T_NAME}> ${T_ARGS})
+  set(environment
+    "LXGUI_BIN=${CMAKE_BINARY_DIR}/bin"
+    "ASAN_OPTIONS=detect_leaks=1:abort_on_error=0"
+    "LSAN_OPTIONS=suppressions=${LXGUI_TEST_SUPPORT}/lsan.supp:print_suppressions=0"
+    "UBSAN_OPTIONS=print_stacktrace=1"
+    "TSAN_OPTIONS=suppressions=${LXGUI_TEST_SUPPORT}/tsan.supp:second_deadlock_stack=1")
+  if(NOT T_PLATFORM STREQUAL "none")
+    list(APPEND environment "QT_QPA_PLATFORM=${T_PLATFORM}" "QT_LOGGING_RULES=qt.qpa.*=false")
+  endif()
+  set_tests_properties(${T_NAME} PROPERTIES
+    LABELS "${T_LABELS}" TIMEOUT ${T_TIMEOUT} SKIP_RETURN_CODE 77 ENVIRONMENT "${environment}")
+  if(T_RESOURCE_LOCK)
+    set_tests_properties(${T_NAME} PROPERTIES RESOURCE_LOCK ${T_RESOURCE_LOCK})
+  endif()
+endfunction()
