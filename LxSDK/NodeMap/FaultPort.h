@@ -45,7 +45,11 @@ public:
     /// The device is gone: every access fails at once with NotConnected and GetState() says so, until Return().
     void Vanish();
     void Return();
+    /// What GetState() says beside that: new accesses fail with it at once, while those that are stuck stay stuck, as
+    /// when a watcher finds that the device does not answer. OK ends it.
+    void SetState(const LxResult &aState);
 
+    /// Accesses so far, those that failed included.
     uint64_t GetReadCount() const;
     uint64_t GetWriteCount() const;
 
@@ -65,11 +69,12 @@ private:
     };
 
     LxResult Inject(uint64_t aAddress, uint32_t aLength, Access aAccess);
+    LxResult CheckState() const;
     void NotifyState();
 
     const std::shared_ptr<RegisterPort> mPort;
-    mutable std::mutex mMutex;  // guards all members below
-    std::condition_variable mThawed;
+    mutable std::mutex mMutex;         // guards all members below
+    std::condition_variable mChanged;  // thawed or vanished
     std::vector<RangeRule> mRanges;
     std::optional<LxResult> mFailAll;
     uint64_t mFailCall = 0;  // 0: none
@@ -80,7 +85,8 @@ private:
     bool mFrozen = false;
     std::chrono::milliseconds mFreezeTimeout{500};
     bool mVanished = false;
-    std::mutex mListenerMutex;  // guards mListener and is held while it runs
+    LxResult mState;
+    std::mutex mListenerMutex;  // guards mListener, and is held while it runs
     std::function<void()> mListener;
 };
 

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <vector>
 
 #include "NodeMap/RegisterPort.h"
@@ -15,7 +16,8 @@ namespace LxDetail
 
 /// A sparse register space in memory, in blocks of mapped addresses, with hooks. Thread-safe.
 ///
-/// Reading or writing a byte that is not mapped gives InvalidAddress; writing a read-only block gives WriteProtected.
+/// Reading or writing a byte that is not mapped gives InvalidAddress; writing a read-only block gives WriteProtected;
+/// nothing is read or written then. An access may span adjoining blocks.
 class MemoryPort : public RegisterPort
 {
 public:
@@ -57,9 +59,11 @@ private:
         std::shared_ptr<Hook> mHook;
     };
 
-    const Block *FindBlock(uint64_t aAddress, uint64_t aLength, uint64_t &aOffset) const;
-    std::vector<std::shared_ptr<Hook>> FindHooks(const std::vector<HookEntry> &aHooks, uint64_t aAddress,
-                                                 uint64_t aLength) const;
+    /// Whether every byte of the range is mapped (and writable, when that is asked).
+    LxResult Check(uint64_t aAddress, uint64_t aLength, bool aForWriting) const;
+    void CopyOut(uint64_t aAddress, void *aData, uint64_t aLength) const;
+    void CopyIn(uint64_t aAddress, const void *aData, uint64_t aLength);
+    LxResult RunHooks(const std::vector<HookEntry> &aHooks, uint64_t aAddress, uint32_t aLength);
 
     mutable std::mutex mMutex;  // guards all members below
     std::map<uint64_t, Block> mBlocks;

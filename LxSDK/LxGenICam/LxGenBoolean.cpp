@@ -1,0 +1,3 @@
+#include "LxGenICam/LxGenBoolean.h"
+
+LxGenBoolean::~LxGenBoolean() = default;

@@ -1,0 +1,3 @@
+#include "LxGenICam/LxGenCommand.h"
+
+LxGenCommand::~LxGenCommand() = default;

@@ -1,0 +1,3 @@
+#include "LxGenICam/LxGenEnum.h"
+
+LxGenEnum::~LxGenEnum() = default;

@@ -1,0 +1,3 @@
+#include "LxGenICam/LxGenEventSink.h"
+
+LxGenEventSink::~LxGenEventSink() = default;

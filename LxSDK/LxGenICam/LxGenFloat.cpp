@@ -1,0 +1,3 @@
+#include "LxGenICam/LxGenFloat.h"
+
+LxGenFloat::~LxGenFloat() = default;

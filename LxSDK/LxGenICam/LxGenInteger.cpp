@@ -1,0 +1,3 @@
+#include "LxGenICam/LxGenInteger.h"
+
+LxGenInteger::~LxGenInteger() = default;

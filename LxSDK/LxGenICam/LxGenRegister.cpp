@@ -1,0 +1,3 @@
+#include "LxGenICam/LxGenRegister.h"
+
+LxGenRegister::~LxGenRegister() = default;

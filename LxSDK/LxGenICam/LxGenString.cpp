@@ -1,0 +1,3 @@
+#include "LxGenICam/LxGenString.h"
+
+LxGenString::~LxGenString() = default;
