@@ -7,9 +7,9 @@
 /// Collects named property lists and writes them as XML.
 ///
 /// The XML form is UTF-8: <LxConfiguration version="1"> holds one <PropertyList name="..."> for each list, which holds
-/// one <Property name="...">value</Property> for each property, all in the order of storing. Texts that XML 1.0 cannot
-/// carry (control characters, bytes that are no UTF-8) are written with the attribute encoding="base64". The format is
-/// versioned: a reader refuses a version that it does not know.
+/// one <Property name="..." value="..."/> for each property, all in the order of storing. Texts that XML 1.0 cannot
+/// carry unchanged (control characters, bytes that are no UTF-8) are written with the attribute encoding="base64". The
+/// format is versioned: a reader refuses a version that it does not know.
 ///
 /// Not synchronised.
 class LX_API LxConfigurationWriter
