@@ -26,6 +26,9 @@ public:
     virtual bool IsSubnetBroadcastEnabled() const = 0;
     /// True once the caller no longer wants results.
     virtual bool IsCancelled() const = 0;
+    /// A file descriptor that becomes readable when IsCancelled() does, to be polled while waiting; -1 if there is
+    /// none.
+    virtual int GetCancelDescriptor() const { return -1; }
     /// Tells the sinks about a device, on this thread.
     virtual void ReportDevice(const LxInterface *aInterface, const LxDeviceInfo *aInfo) = 0;
 };

@@ -32,21 +32,24 @@ public:
 
     /// Searches on every interface for the detection time-out. Each answer is passed to the event sinks as it comes,
     /// and the lists of devices are replaced at the end. Blocks; it is not interrupted by the destruction of a sink.
+    /// Takes at least 30 ms (or the time-out, when that is shorter), also when every device is known at once.
+    /// @return Aborted after CancelFind(); InvalidState from within a sink's callback.
     LxResult Find();
-    /// Ends a running Find() early; it then returns Aborted.
+    /// Ends a running Find() early; it then returns Aborted. Without effect while none runs.
     void CancelFind();
     /// Searches one device by its IP address (or the connection ID of any other device), without broadcast. Blocks up
-    /// to 1 s. NotFound, and the pointer set to null, when nothing answers; InvalidArgument for an empty text.
+    /// to 1 s. NotFound, and the pointer set to null, when nothing answers; InvalidArgument for an empty text;
+    /// InvalidState from within a sink's callback. The sinks are told about the device too.
     LxResult FindDevice(const LxString &aAddress, const LxDeviceInfo **aFound);
 
     uint32_t GetInterfaceCount() const;
     /// The interface at an index of 0 to GetInterfaceCount() - 1, else null. The order is stable.
     const LxInterface *GetInterface(uint32_t aIndex) const;
 
-    /// Adds a sink; adding it again changes nothing.
+    /// Adds a sink; adding it again changes nothing. InvalidArgument for null.
     LxResult RegisterEventSink(LxSystemEventSink *aSink);
     /// Removes a sink. When this returns no call of it runs on another thread, and none will come. May be called while
-    /// a search runs and from within the sink's own callback.
+    /// a search runs and from within the sink's own callback. NotFound when the sink is not registered.
     LxResult UnregisterEventSink(LxSystemEventSink *aSink);
 
     /// Connects to a device. The information must be of a living LxSystem; the device is independent of it afterwards.

@@ -1,0 +1,3 @@
+#include "LxDevice/ILxDeviceAdapter.h"
+
+ILxDeviceAdapter::~ILxDeviceAdapter() = default;

@@ -1,0 +1,3 @@
+#include "LxSystem/LxDeviceInfo.h"
+
+LxDeviceInfo::~LxDeviceInfo() = default;

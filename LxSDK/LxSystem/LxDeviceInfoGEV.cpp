@@ -1,0 +1,3 @@
+#include "LxSystem/LxDeviceInfoGEV.h"
+
+LxDeviceInfoGEV::~LxDeviceInfoGEV() = default;

@@ -1,0 +1,3 @@
+#include "LxSystem/LxDeviceInfoKelvraProtocol.h"
+
+LxDeviceInfoKelvraProtocol::~LxDeviceInfoKelvraProtocol() = default;

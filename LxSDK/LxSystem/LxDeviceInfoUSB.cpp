@@ -1,0 +1,3 @@
+#include "LxSystem/LxDeviceInfoUSB.h"
+
+LxDeviceInfoUSB::~LxDeviceInfoUSB() = default;

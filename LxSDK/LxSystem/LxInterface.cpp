@@ -1,0 +1,3 @@
+#include "LxSystem/LxInterface.h"
+
+LxInterface::~LxInterface() = default;

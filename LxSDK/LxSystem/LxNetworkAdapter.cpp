@@ -1,0 +1,3 @@
+#include "LxSystem/LxNetworkAdapter.h"
+
+LxNetworkAdapter::~LxNetworkAdapter() = default;

@@ -1,0 +1,3 @@
+#include "LxSystem/LxSystemEventSink.h"
+
+LxSystemEventSink::~LxSystemEventSink() = default;

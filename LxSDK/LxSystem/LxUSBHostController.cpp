@@ -1,0 +1,3 @@
+#include "LxSystem/LxUSBHostController.h"
+
+LxUSBHostController::~LxUSBHostController() = default;
