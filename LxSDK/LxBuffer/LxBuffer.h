@@ -30,7 +30,7 @@ enum class LxBufferStatus : uint32_t
 /// A received or made frame: at most one payload, except that a GenDC container may come with a plain image.
 ///
 /// Movable, not copyable; not synchronised. Pointers that it hands out are valid until it is freed, detached, changed
-/// or destroyed.
+/// or destroyed. A buffer that was moved from has the payload type None and no payload.
 class LX_API LxBuffer
 {
 public:
@@ -57,9 +57,10 @@ public:
     /// The first byte of the image's memory; null when the buffer is empty.
     const void *GetDataPointer() const;
     void *GetDataPointer();
-    /// Drops memory of the buffer's own; the buffer is then empty.
+    /// Drops memory of the buffer's own, the container and the access unit; the buffer is then empty (an image that it
+    /// has stays, empty). The numbers and the status stay.
     void Free();
-    /// Forgets attached memory; the buffer is then empty.
+    /// Forgets attached memory; otherwise like Free().
     void Detach();
 
     /// The number that the device gave the frame (GigE Vision block ID); 0 when unknown.

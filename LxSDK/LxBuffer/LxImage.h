@@ -14,22 +14,26 @@ public:
     LxImage(LxImage &&aOther) noexcept;
     LxImage &operator=(LxImage &&aOther) noexcept;
 
-    /// Gets memory for an image of this geometry; the content is undefined. Memory that fits is kept. InvalidArgument
-    /// (and the image as it was) when width, height or pixel type is 0 or the size exceeds 64 bits or 2^40 bytes;
-    /// NoMemory when the system has none.
+    /// Gets memory for an image of this geometry; the content is undefined, the offset 0. Memory of its own that is
+    /// large enough is kept. InvalidArgument (and the image as it was) when width, height or bits per pixel are 0, when
+    /// the size exceeds 2^40 bytes or when a planar format comes with padding; NoMemory (and the image as it was) when
+    /// the system has none.
     LxResult Alloc(uint32_t aWidth, uint32_t aHeight, LxPixelType aPixelType, uint32_t aPaddingX = 0,
                    uint32_t aPaddingY = 0);
-    /// Refers to the caller's memory, which is neither copied nor freed and must outlive the image or the next Detach(),
-    /// Free() or Alloc(). InvalidArgument (and the image as it was) for a null pointer or a 0 as in Alloc().
+    /// Refers to the caller's memory, which is neither copied nor freed and must outlive the image or the next
+    /// Detach(), Free(), Attach() or Alloc(). The offset becomes 0. InvalidArgument (and the image as it was) for a
+    /// null pointer or a geometry that Alloc() refuses.
     LxResult Attach(void *aData, uint32_t aWidth, uint32_t aHeight, LxPixelType aPixelType, uint32_t aPaddingX = 0,
                     uint32_t aPaddingY = 0);
-    /// The same with the number of bytes that may be read; BufferTooSmall when the geometry needs more.
+    /// The same with the number of bytes that may be read; BufferTooSmall (and the image as it was) when the geometry
+    /// needs more.
     LxResult AttachSized(void *aData, uint64_t aSize, uint32_t aWidth, uint32_t aHeight, LxPixelType aPixelType,
                          uint32_t aPaddingX = 0, uint32_t aPaddingY = 0);
     /// Forgets attached memory; the image is then empty. Memory of its own is freed.
     void Detach();
     /// Frees memory of its own, or forgets attached memory; the image is then empty.
     void Free();
+    /// Where the image lies on the sensor, in pixels.
     void SetOffset(uint32_t aOffsetX, uint32_t aOffsetY);
 
     uint32_t GetWidth() const override { return mWidth; }
@@ -48,6 +52,9 @@ private:
     {
         void operator()(void *aMemory) const;
     };
+
+    void SetGeometry(void *aData, uint64_t aSize, uint32_t aWidth, uint32_t aHeight, LxPixelType aPixelType,
+                     uint32_t aPaddingX, uint32_t aPaddingY);
 
     std::unique_ptr<void, FreeMemory> mOwned;
     uint64_t mOwnedSize = 0;

@@ -20,10 +20,12 @@ LX_API uint32_t LxPixelTypeGetBitsPerPixel(LxPixelType aType);
 LX_API LxString LxPixelTypeToString(LxPixelType aType);
 /// The format of a PFNC name or of a GigE Vision 1.x name, exactly written; None when there is no such name.
 LX_API LxPixelType LxPixelTypeFromString(const LxString &aName);
-/// Bytes of one line without padding: width * bits per pixel, rounded up to whole bytes. For planar formats the line
-/// of the first plane.
+/// Bytes of one line without padding: width * bits per pixel, rounded up to whole bytes, because every line begins on a
+/// byte: what the bits of a packed format leave of the last byte of a line is not used. For planar and semiplanar
+/// formats the line of the first plane. 0 for a format without bits per pixel.
 LX_API uint64_t LxPixelTypeGetLineSize(LxPixelType aType, uint32_t aWidth);
 /// Bytes of a whole image: (line size + aPaddingX) * height + aPaddingY; for planar and semiplanar formats the sum of
-/// their planes, in which case paddings must be 0.
+/// their planes, in which case paddings must be 0. Chroma planes of an odd width or height are rounded up. 0 for what
+/// has no size: width, height or bits per pixel of 0, padding with a planar format, more than 64 bits.
 LX_API uint64_t LxPixelTypeGetImageSize(LxPixelType aType, uint32_t aWidth, uint32_t aHeight, uint32_t aPaddingX = 0,
                                         uint32_t aPaddingY = 0);

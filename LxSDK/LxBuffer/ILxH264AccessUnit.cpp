@@ -1,0 +1,3 @@
+#include "LxBuffer/ILxH264AccessUnit.h"
+
+ILxH264AccessUnit::~ILxH264AccessUnit() = default;

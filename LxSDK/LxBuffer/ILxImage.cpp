@@ -1,0 +1,3 @@
+#include "LxBuffer/ILxImage.h"
+
+ILxImage::~ILxImage() = default;
