@@ -126,11 +126,13 @@ LxResult LinkMonitor::GetResult() const
         case LinkState::Connected:
             break;
         case LinkState::Suspect:
-            return LxResult(LxResultCode::Timeout,
-                            "The device does not answer. Check its power and its cable, or wait until it answers again.");
+            return LxResult(
+                LxResultCode::Timeout,
+                "The device does not answer. Check its power and its cable, or wait until it answers again.");
         case LinkState::Lost:
-            return LxResult(LxResultCode::NotConnected,
-                            "The connection to the device is lost. It is restored as soon as the device answers again.");
+            return LxResult(
+                LxResultCode::NotConnected,
+                "The connection to the device is lost. It is restored as soon as the device answers again.");
         case LinkState::Restoring:
             return LxResult(LxResultCode::NotConnected, "The connection to the device is being restored.");
         case LinkState::Denied:
