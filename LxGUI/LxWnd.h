@@ -23,7 +23,6 @@ typedef struct HWND__ *HWND;
 class LXGUI_API LxWnd
 {
 public:
-    virtual ~LxWnd();
     LxWnd(const LxWnd &) = delete;
     LxWnd &operator=(const LxWnd &) = delete;
 
@@ -39,7 +38,8 @@ public:
     LxResult Create(QWidget *aHost);
 
     /// Runs the window as a modal dialog.
-    /// @return OK when it was accepted, Cancelled (0x4002) when it ended otherwise, AlreadyShown (28) when the window is
+    /// @return OK when it was accepted, Cancelled (0x4002) when it ended otherwise, AlreadyShown (28) when the window
+    /// is
     ///         visible already.
     LxResult ShowModal();
     LxResult ShowModal(QWidget *aParent);
@@ -72,6 +72,8 @@ public:
 
 protected:
     LxWnd();
+    virtual ~LxWnd();
 
+    // Made and deleted by the derived class.
     Wnd *mWnd = nullptr;
 };

@@ -13,8 +13,10 @@
 /// The base of every window: drives one widget, which it adopts from the host or creates.
 ///
 /// Derived classes build their content in CreateLayout(), start their work in OnOpen() and end it in OnClose(). All
-/// three may be called more than once, in any order that the host brings about; OnClose() is idempotent. A derived
-/// destructor does the work of its OnClose() itself, because nobody calls it then.
+/// three may be called more than once, in any order that the host brings about: OnOpen() first ends what still runs,
+/// OnClose() is idempotent. OnClose() also runs when the user ends the dialog and when the widget is deleted while the
+/// window is open; Widget() is null in the latter case. A derived destructor does the work of its OnClose() itself,
+/// because nobody calls it then. Child widgets are held in QPointer, as a host may delete its widget at any time.
 class Wnd : public QObject
 {
     Q_OBJECT
@@ -58,19 +60,25 @@ protected:
     int StoredWidth() const { return mWidth; }
     int StoredHeight() const { return mHeight; }
 
-    /// The first call of every CreateLayout(): deletes the content that this window built earlier on the current
-    /// widget, never children of the host's own, and returns the widget to build into. That is the current widget, or,
-    /// when a host's widget has a layout of its own, a container that was added to that layout.
+    /// The first call of every CreateLayout(): takes the content away that this window built earlier, never children of
+    /// the host's own, and returns the widget to build into. That is the current widget, or, when a host's widget has a
+    /// layout of its own, a container that was added to that layout and has this window as event filter too. What must
+    /// survive of the earlier content is read before.
     QWidget *BeginLayout();
-    /// Makes the window's dialog a fixed-size one of the stored width and height: no system menu, no context help
-    /// button. Does nothing unless the content is in the dialog and both are at least 1.
+    /// What BeginLayout() returned last: the widget that carries the content, or null.
+    QWidget *Content() const { return mContent; }
+    /// MakeFixedSizeDialog() of FixedSizeDialog.h for the window's dialog; nothing when the content is not in it.
     void MakeFixedSizeDialog(int aWidth, int aHeight);
 
 private:
     void EnsureWidget();
-    void AdoptWidget(QWidget *aWidget);
+    void SetWidget(QWidget *aWidget);
+    void MakeDialog(QWidget *aParent);
+    void FreeWidget(QWidget *aWidget);
+    void BuildContent();
+    void DeleteContent();
     void ApplyPosition();
-    void OnDialogFinished();
+    void End();
 
     QPointer<QWidget> mWidget;
     QString mTitle;
@@ -82,4 +90,9 @@ private:
     std::unique_ptr<QApplication> mOwnedApplication;
     bool mOpen = false;
     HWND mParentHandle = nullptr;
+
+    QPointer<QWidget> mContent;
+    QList<QPointer<QObject>> mParts;   // The direct children of the widget that CreateLayout() made.
+    QObjectList mOthers;               // Those that were there before it; only while it runs.
+    QPointer<QWidget> mPrivateWidget;  // The current plain widget, as long as no host has got it.
 };

@@ -1,0 +1,30 @@
+#include "LxGUI/Frame/NativeEmbedding.h"
+
+#include "LxGUI/Frame/WindowStyles.h"
+
+void EmbedInParent(NativeWindowApi &aApi, HWND aChild, HWND aParent)
+{
+    using namespace WindowStyles;
+    aApi.SetParent(aChild, aParent);
+    aApi.SetWindowLongW(aChild, cStyleIndex, Embedded(aApi.GetWindowLongW(aChild, cStyleIndex)));
+    aApi.SetWindowLongW(aChild, cExtendedStyleIndex,
+                        EmbeddedExtended(aApi.GetWindowLongW(aChild, cExtendedStyleIndex)));
+    NativeRect rect;
+    if (aApi.GetClientRect(aParent, rect)) {
+        aApi.SetWindowPos(aChild, nullptr, 0, 0, rect.Width(), rect.Height(), cNoZOrder | cShowWindow);
+    }
+    // Asked again: the parent may have changed its size while the child was placed.
+    if (aApi.GetClientRect(aParent, rect)) {
+        aApi.PostMessageW(aParent, cSizeMessage, cSizeRestored, SizeParameter(rect.Width(), rect.Height()));
+    }
+}
+
+void AttachToParent(NativeWindowApi &aApi, HWND aChild, HWND aParent)
+{
+    using namespace WindowStyles;
+    if (aApi.GetParent(aChild) == aParent) {
+        return;
+    }
+    aApi.SetParent(aChild, aParent);
+    aApi.SetWindowLongW(aChild, cStyleIndex, Child(aApi.GetWindowLongW(aChild, cStyleIndex)));
+}
