@@ -1,0 +1,213 @@
+#include "LxGUI/RegisterInterface/RegisterInterfaceWnd.h"
+
+#include <QtGui/QPalette>
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QVBoxLayout>
+
+#include "LxDevice/LxDeviceGEV.h"
+#include "LxGUI/Frame/MessageBoxes.h"
+#include "LxGUI/Frame/Text.h"
+#include "LxGUI/RegisterInterface/HexField.h"
+
+namespace
+{
+
+constexpr int sWidth = 350;
+constexpr int sHeight = 180;
+constexpr int sMargin = 6;
+constexpr int sSpacing = 4;
+
+QLineEdit *CreateEdit(QWidget *aParent, const char *aName, const QString &aAccessibleName)
+{
+    auto *edit = new QLineEdit(aParent);
+    edit->setObjectName(QLatin1String(aName));
+    edit->setAccessibleName(aAccessibleName);
+    return edit;
+}
+
+/// A field that only shows; its text is as easy to read as that of an enabled one.
+QLineEdit *CreateOutputEdit(QWidget *aParent, const char *aName, const QString &aAccessibleName)
+{
+    QLineEdit *edit = CreateEdit(aParent, aName, aAccessibleName);
+    edit->setEnabled(false);
+    QPalette palette = edit->palette();
+    palette.setColor(QPalette::Disabled, QPalette::Text, palette.color(QPalette::Active, QPalette::Text));
+    edit->setPalette(palette);
+    return edit;
+}
+
+QPushButton *CreateButton(QWidget *aParent, const char *aName, const QString &aText, const QString &aAccessibleName)
+{
+    auto *button = new QPushButton(aText, aParent);
+    button->setObjectName(QLatin1String(aName));
+    button->setAccessibleName(aAccessibleName);
+    return button;
+}
+
+/// Rows "label, field" or "label, field, hex" of a group, with labels of one width. The margins are tight, so that
+/// eight digits fit into the fields.
+class GroupLayout
+{
+public:
+    explicit GroupLayout(QGroupBox *aGroup) : mGroup(aGroup), mLayout(new QVBoxLayout(aGroup))
+    {
+        mLayout->setContentsMargins(sMargin, sMargin, sMargin, sMargin);
+        mLayout->setSpacing(sSpacing);
+    }
+
+    void AddRow(const char *aLabel, QLineEdit *aEdit, bool aHex)
+    {
+        auto *row = new QHBoxLayout;
+        row->setSpacing(sSpacing);
+        auto *label = new QLabel(QLatin1String(aLabel), mGroup);
+        label->setBuddy(aEdit);
+        label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("Address")));
+        row->addWidget(label);
+        row->addWidget(aEdit);
+        if (aHex) {
+            row->addWidget(new QLabel(QStringLiteral("hex"), mGroup));
+        }
+        mLayout->addLayout(row);
+    }
+
+    void AddButton(QPushButton *aButton) { mLayout->addWidget(aButton); }
+
+private:
+    QGroupBox *mGroup;
+    QVBoxLayout *mLayout;
+};
+
+}  // namespace
+
+RegisterInterfaceWnd::RegisterInterfaceWnd()
+{
+    SetTitle("Register Interface");
+}
+
+RegisterInterfaceWnd::~RegisterInterfaceWnd() = default;
+
+bool RegisterInterfaceWnd::eventFilter(QObject *aObject, QEvent *aEvent)
+{
+    return QObject::eventFilter(aObject, aEvent);
+}
+
+void RegisterInterfaceWnd::OutputField::SetText(const QString &aText)
+{
+    mText = aText;
+    Show();
+}
+
+void RegisterInterfaceWnd::OutputField::Show()
+{
+    if (mEdit) {
+        mEdit->setText(mText);
+        // A text that is too wide shows its beginning here and the whole in the tool tip.
+        mEdit->setCursorPosition(0);
+        mEdit->setToolTip(mText);
+    }
+}
+
+void RegisterInterfaceWnd::CreateLayout()
+{
+    QWidget *parent = BeginLayout();
+    auto *main = new QVBoxLayout(parent);
+    main->setContentsMargins(sMargin, sMargin, sMargin, sMargin);
+    auto *groups = new QHBoxLayout;
+    groups->setSpacing(sMargin);
+    main->addLayout(groups);
+    groups->addWidget(CreateReadGroup(parent));
+    groups->addWidget(CreateWriteGroup(parent));
+    MakeFixedSizeDialog(sWidth, sHeight);
+}
+
+QGroupBox *RegisterInterfaceWnd::CreateReadGroup(QWidget *aParent)
+{
+    auto *group = new QGroupBox(tr("Read"), aParent);
+    GroupLayout layout(group);
+    mReadAddressEdit = CreateEdit(group, "ReadAddressEdit", QStringLiteral("Address to read, hexadecimal"));
+    QPushButton *button =
+        CreateButton(group, "ReadButton", QStringLiteral("Read"), QStringLiteral("Read the register"));
+    mReadValue.mEdit = CreateOutputEdit(group, "ReadValueEdit", QStringLiteral("Value read, hexadecimal"));
+    mReadResult.mEdit = CreateOutputEdit(group, "ReadResultEdit", QStringLiteral("Result of reading"));
+    layout.AddRow("Address", mReadAddressEdit, true);
+    layout.AddButton(button);
+    layout.AddRow("Value", mReadValue.mEdit, true);
+    layout.AddRow("Result", mReadResult.mEdit, false);
+    mReadValue.Show();
+    mReadResult.Show();
+    connect(button, SIGNAL(clicked()), this, SLOT(OnReadButtonClicked()));
+    return group;
+}
+
+QGroupBox *RegisterInterfaceWnd::CreateWriteGroup(QWidget *aParent)
+{
+    auto *group = new QGroupBox(tr("Write"), aParent);
+    GroupLayout layout(group);
+    mWriteAddressEdit = CreateEdit(group, "WriteAddressEdit", QStringLiteral("Address to write, hexadecimal"));
+    mWriteValueEdit = CreateEdit(group, "WriteValueEdit", QStringLiteral("Value to write, hexadecimal"));
+    QPushButton *button =
+        CreateButton(group, "WriteButton", QStringLiteral("Write"), QStringLiteral("Write the register"));
+    mWriteResult.mEdit = CreateOutputEdit(group, "WriteResultEdit", QStringLiteral("Result of writing"));
+    layout.AddRow("Address", mWriteAddressEdit, true);
+    layout.AddRow("Value", mWriteValueEdit, true);
+    layout.AddButton(button);
+    layout.AddRow("Result", mWriteResult.mEdit, false);
+    mWriteResult.Show();
+    connect(button, SIGNAL(clicked()), this, SLOT(OnWriteButtonClicked()));
+    return group;
+}
+
+void RegisterInterfaceWnd::OnOpen()
+{
+    for (QLineEdit *edit : {mReadAddressEdit.data(), mWriteAddressEdit.data(), mWriteValueEdit.data()}) {
+        if (edit) {
+            edit->setText(FormatHexField(0));
+        }
+    }
+}
+
+void RegisterInterfaceWnd::OnClose() {}
+
+bool RegisterInterfaceWnd::ParseField(const QLineEdit *aEdit, const char *aWarning, uint32_t &aValue)
+{
+    if (aEdit && ParseHexField(aEdit->text(), aValue)) {
+        return true;
+    }
+    ShowError(Widget(), QLatin1String(aWarning));
+    return false;
+}
+
+void RegisterInterfaceWnd::OnReadButtonClicked()
+{
+    uint32_t address = 0;
+    if (!ParseField(mReadAddressEdit, "Could not parse read address.", address)) {
+        return;
+    }
+    if (!mDevice) {
+        mReadValue.SetText(QString());
+        mReadResult.SetText(QStringLiteral("No device"));
+        return;
+    }
+    uint32_t value = 0;
+    const LxResult result = mDevice->ReadRegister(address, value);
+    mReadValue.SetText(result.IsOK() ? FormatHexField(value) : QString());
+    mReadResult.SetText(ToQString(result.GetCodeString()));
+}
+
+void RegisterInterfaceWnd::OnWriteButtonClicked()
+{
+    uint32_t address = 0;
+    uint32_t value = 0;
+    if (!ParseField(mWriteAddressEdit, "Could not parse write address.", address) ||
+        !ParseField(mWriteValueEdit, "Could not parse write value.", value))
+    {
+        return;
+    }
+    if (!mDevice) {
+        mWriteResult.SetText(QStringLiteral("No device"));
+        return;
+    }
+    mWriteResult.SetText(ToQString(mDevice->WriteRegister(address, value, true).GetCodeString()));
+}
