@@ -1,7 +1,6 @@
 #include "LxBuffer/LxImage.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <array>
 #include <cstdint>
@@ -10,13 +9,7 @@
 #include <utility>
 #include <vector>
 
-#if defined(__SANITIZE_ADDRESS__)
-// Lets an allocation beyond 2 GiB fail as it does on a machine that has no more, instead of ending the program.
-extern "C" const char *__asan_default_options()
-{
-    return "allocator_may_return_null=1:max_allocation_size_mb=2048";
-}
-#endif
+#include "LimitedMemory.h"
 
 namespace
 {
@@ -47,28 +40,6 @@ uint8_t FirstByte(const LxImage &aImage)
 {
     return *static_cast<const uint8_t *>(aImage.GetDataPointer());
 }
-
-// Limits the address space while it lives, so that a large allocation fails.
-class AddressSpaceLimit
-{
-public:
-    AddressSpaceLimit()
-    {
-        getrlimit(RLIMIT_AS, &mBefore);
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-        rlimit limit = mBefore;
-        limit.rlim_cur = rlim_t{1} << 30;
-        setrlimit(RLIMIT_AS, &limit);
-#endif
-    }
-    ~AddressSpaceLimit()
-    {
-        setrlimit(RLIMIT_AS, &mBefore);
-    }
-
-private:
-    rlimit mBefore = {};
-};
 
 }  // namespace
 
@@ -160,7 +131,7 @@ TEST(LxImage, AllocWithoutMemoryKeepsTheImage)
     const auto before = StateOf(image);
     LxResult result;
     {
-        const AddressSpaceLimit limit;
+        const LimitedMemory limit;
         result = image.Alloc(1u << 16, 1u << 16, LxPixelType::BGRa8);
     }
     EXPECT_EQ(result, LxResultCode::NoMemory);
