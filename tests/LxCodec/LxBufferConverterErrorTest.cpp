@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 
 #include <array>
 #include <cstdint>
@@ -174,16 +175,22 @@ TEST_F(LxBufferConverterError, WithAnOutputTooLargeToBeHad)
 
 TEST_F(LxBufferConverterError, WithoutMemoryForTheOutput)
 {
+    // Addresses of its own for the input, so that it does not seem to share memory with the output. It is not read.
+    constexpr size_t kSize = size_t{1} << 32;
+    void *const addresses = mmap(nullptr, kSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    ASSERT_NE(addresses, MAP_FAILED);
     mInput.mWidth = 1u << 16;
     mInput.mHeight = 1u << 16;
-    mInput.mDataSize = UINT64_MAX;
+    mInput.mData = addresses;
+    mInput.mDataSize = kSize;
     const auto before = OutputState();
     LxResult result;
     {
         const LimitedMemory limit;
         result = mConverter.Convert(&mInput, &mOutput, true, false);
     }
-    EXPECT_EQ(result, LxResultCode::NoMemory);
+    munmap(addresses, kSize);
+    EXPECT_EQ(result, LxResultCode::NoMemory) << result.GetDescription().GetAscii();
     EXPECT_FALSE(result.GetDescription().IsEmpty());
     EXPECT_EQ(OutputState(), before);
 }
