@@ -1,6 +1,5 @@
 // Which backends reach real devices.
 
-#include "Backends/GigEVisionBackend.h"
 #include "LxDevice/DeviceBackend.h"
 
 namespace LxDetail
@@ -8,7 +7,7 @@ namespace LxDetail
 
 std::vector<std::shared_ptr<DeviceBackend>> CreateRealDeviceBackends()
 {
-    return {std::make_shared<GigEVisionBackend>()};
+    return {};
 }
 
 }  // namespace LxDetail

@@ -1,0 +1,97 @@
+#include "GvspBlock.h"
+
+#include <algorithm>
+
+#include "BigEndian.h"
+
+namespace LxEmulator
+{
+
+namespace
+{
+
+enum class PacketType : uint8_t
+{
+    Leader = 1,
+    Trailer = 2,
+    Payload = 3,
+};
+
+constexpr uint16_t cImagePayload = 0x0001;
+constexpr uint8_t cExtendedIdFlag = 0x80;
+constexpr uint16_t cResent = 0x0100;        // status of a packet that is sent again
+constexpr uint16_t cRepeatedFlag = 0x0001;  // of extended headers
+
+GvspPacket MakeHeader(uint64_t aBlockId, bool aExtendedIds, uint32_t aPacketId, PacketType aType, uint16_t aStatus)
+{
+    GvspPacket packet;
+    packet.mHeader.fill(0);
+    uint8_t *header = packet.mHeader.data();
+    Put16(header, aStatus);
+    const auto type = static_cast<uint8_t>(aType);
+    if (aExtendedIds) {
+        Put16(header + 2, aStatus == cResent ? cRepeatedFlag : 0);
+        header[4] = static_cast<uint8_t>(cExtendedIdFlag | type);
+        Put64(header + 8, aBlockId);
+        Put32(header + 16, aPacketId);
+    }
+    else {
+        Put16(header + 2, aBlockId);
+        Put32(header + 4, aPacketId & 0x00FFFFFF);
+        header[4] = type;
+    }
+    packet.mHeaderSize = GvspBlock::GetHeaderSize(aExtendedIds);
+    return packet;
+}
+
+}  // namespace
+
+uint32_t GvspBlock::GetPacketCount() const
+{
+    const uint64_t bytes = GetDataBytesPerPacket();
+    return static_cast<uint32_t>((mData.size() + bytes - 1) / bytes) + 2;
+}
+
+GvspPacket GvspBlock::MakePacket(uint32_t aPacketId, bool aResent) const
+{
+    const uint16_t status = aResent ? cResent : 0;
+    if (aPacketId == 0) {
+        return MakeLeader(mSizeX, mSizeY, aResent);
+    }
+    if (aPacketId == GetPacketCount() - 1) {
+        GvspPacket packet = MakeHeader(mId, mExtendedIds, aPacketId, PacketType::Trailer, status);
+        uint8_t *trailer = packet.mHeader.data() + packet.mHeaderSize;
+        Put16(trailer + 2, cImagePayload);
+        Put32(trailer + 4, mSizeY);
+        packet.mHeaderSize += 8;
+        return packet;
+    }
+    GvspPacket packet = MakeHeader(mId, mExtendedIds, aPacketId, PacketType::Payload, status);
+    const size_t bytes = GetDataBytesPerPacket();
+    const size_t offset = (aPacketId - 1) * bytes;
+    packet.mData = std::span(mData).subspan(offset, std::min(bytes, mData.size() - offset));
+    return packet;
+}
+
+GvspPacket GvspBlock::MakeLeader(uint32_t aSizeX, uint32_t aSizeY, bool aResent) const
+{
+    GvspPacket packet = MakeHeader(mId, mExtendedIds, 0, PacketType::Leader, aResent ? cResent : 0);
+    uint8_t *leader = packet.mHeader.data() + packet.mHeaderSize;
+    Put16(leader + 2, cImagePayload);
+    Put64(leader + 4, mTimestamp);
+    Put32(leader + 12, mPixelFormat);
+    Put32(leader + 16, aSizeX);
+    Put32(leader + 20, aSizeY);
+    Put32(leader + 24, mOffsetX);
+    Put32(leader + 28, mOffsetY);
+    packet.mHeaderSize += 36;
+    return packet;
+}
+
+GvspPacket GvspBlock::MakeEmptyPacket(uint64_t aBlockId, bool aExtendedIds, uint32_t aPacketId,
+                                      LxDetail::Gvcp::Status aStatus)
+{
+    return MakeHeader(aBlockId, aExtendedIds, aPacketId, PacketType::Payload, static_cast<uint16_t>(aStatus));
+}
+
+}  // namespace LxEmulator
