@@ -1,5 +1,6 @@
 // Which backends reach real devices.
 
+#include "Backends/GigEVisionBackend.h"
 #include "LxDevice/DeviceBackend.h"
 
 namespace LxDetail
@@ -7,7 +8,7 @@ namespace LxDetail
 
 std::vector<std::shared_ptr<DeviceBackend>> CreateRealDeviceBackends()
 {
-    return {};
+    return {std::make_shared<GigEVisionBackend>()};
 }
 
 }  // namespace LxDetail
