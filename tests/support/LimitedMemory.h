@@ -4,7 +4,7 @@
 
 #if defined(__SANITIZE_ADDRESS__)
 // Lets an allocation beyond 2 GiB fail as it does on a machine that has no more, instead of ending the program.
-extern "C" __attribute__((used)) inline const char *__asan_default_options()
+extern "C" __attribute__((used, visibility("default"))) inline const char *__asan_default_options()
 {
     return "allocator_may_return_null=1:max_allocation_size_mb=2048";
 }
