@@ -412,7 +412,8 @@ TEST_F(Discovery, SubnetBroadcastsAreSentOnlyWhenTheyAreEnabled)
 TEST_F(Discovery, EveryAddressOfAnAdapterAsksForItself)
 {
     const Wire wire("cam", "192.168.50.1/24", "192.168.60.2/24");
-    ASSERT_TRUE(RunCommand("ip address add 192.168.60.1/24 dev " + wire.GetNearEnd() + " label " + wire.GetNearEnd() + ":1"));
+    ASSERT_TRUE(
+        RunCommand("ip address add 192.168.60.1/24 dev " + wire.GetNearEnd() + " label " + wire.GetNearEnd() + ":1"));
     std::mutex mutex;
     std::vector<uint32_t> sources;
     const GvcpResponder responder(
