@@ -7,23 +7,39 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace LxDetail
 {
 
+/// What lists of sinks share whose sinks may remove each other: a thread that waits in a Remove() of one of them is not
+/// waited for in another.
+struct SinkDomain
+{
+    std::mutex mMutex;  // guards everything below, and all that the lists of the domain hold
+    std::condition_variable mChanged;
+    std::vector<std::thread::id> mWaiters;  // threads inside Remove()
+};
+
 /// Sinks that are called on any thread and may be removed at any time.
 ///
 /// Removing is a barrier: when Remove() returns, no call of that sink runs on another thread and none will come. It may
-/// be called from within the sink's own call, also on two threads at once. No lock is held while a sink is called.
+/// be called from within a sink's call, also on two threads at once; of two threads that wait for each other that way
+/// one goes on. No lock is held while a sink is called.
 template <class Sink>
 class SinkList
 {
 public:
+    explicit SinkList(std::shared_ptr<SinkDomain> aDomain = std::make_shared<SinkDomain>())
+        : mDomain(std::move(aDomain))
+    {
+    }
+
     /// Adds a sink; adding it again changes nothing.
     void Add(Sink *aSink)
     {
-        const std::lock_guard lock(mMutex);
+        const std::lock_guard lock(mDomain->mMutex);
         if (Find(aSink) == mEntries.end()) {
             mEntries.push_back(std::make_shared<Entry>(aSink));
         }
@@ -32,7 +48,7 @@ public:
     /// False when the sink was not there.
     bool Remove(Sink *aSink)
     {
-        std::unique_lock lock(mMutex);
+        std::unique_lock lock(mDomain->mMutex);
         const auto found = Find(aSink);
         if (found == mEntries.end()) {
             // another thread may be waiting in Remove(); this one must not return before the calls have ended either
@@ -54,7 +70,7 @@ public:
 
     bool IsEmpty() const
     {
-        const std::lock_guard lock(mMutex);
+        const std::lock_guard lock(mDomain->mMutex);
         return mEntries.empty();
     }
 
@@ -64,7 +80,7 @@ public:
     {
         std::vector<std::shared_ptr<Entry>> entries;
         {
-            const std::lock_guard lock(mMutex);
+            const std::lock_guard lock(mDomain->mMutex);
             entries = mEntries;
         }
         for (const auto &entry : entries) {
@@ -82,7 +98,6 @@ private:
         Sink *const mSink;
         bool mRemoved = false;
         std::vector<std::thread::id> mCallers;  // threads inside a call of the sink, once for each nesting
-        std::vector<std::thread::id> mWaiters;  // threads inside Remove() of the sink
     };
 
     // Marks a call of a sink for as long as it lives.
@@ -90,7 +105,7 @@ private:
     {
         Running(SinkList &aList, Entry &aEntry) : mList(aList), mEntry(aEntry)
         {
-            const std::lock_guard lock(mList.mMutex);
+            const std::lock_guard lock(mList.mDomain->mMutex);
             mMayCall = !mEntry.mRemoved;
             if (mMayCall) {
                 mEntry.mCallers.push_back(std::this_thread::get_id());
@@ -99,10 +114,10 @@ private:
         ~Running()
         {
             if (mMayCall) {
-                const std::lock_guard lock(mList.mMutex);
+                const std::lock_guard lock(mList.mDomain->mMutex);
                 auto &callers = mEntry.mCallers;
                 callers.erase(std::find(callers.begin(), callers.end(), std::this_thread::get_id()));
-                mList.mChanged.notify_all();
+                mList.mDomain->mChanged.notify_all();
             }
         }
         Running(const Running &) = delete;
@@ -122,24 +137,18 @@ private:
     // Waits for the calls on other threads, except those that are waiting here themselves.
     void Wait(std::unique_lock<std::mutex> &aLock, const std::shared_ptr<Entry> aEntry)
     {
-        auto &waiters = aEntry->mWaiters;
+        auto &waiters = mDomain->mWaiters;
         waiters.push_back(std::this_thread::get_id());
-        mChanged.notify_all();
-        mChanged.wait(aLock, [&aEntry, &waiters] {
+        mDomain->mChanged.notify_all();
+        mDomain->mChanged.wait(aLock, [&aEntry, &waiters] {
             return std::all_of(aEntry->mCallers.begin(), aEntry->mCallers.end(), [&waiters](std::thread::id aCaller) {
                 return std::find(waiters.begin(), waiters.end(), aCaller) != waiters.end();
             });
         });
-        // a waiter that leaves runs its sink again: it stays listed while it is inside the call, or a second waiter
-        // would wait for it for ever
-        if (std::find(aEntry->mCallers.begin(), aEntry->mCallers.end(), std::this_thread::get_id()) ==
-            aEntry->mCallers.end()) {
-            waiters.erase(std::find(waiters.begin(), waiters.end(), std::this_thread::get_id()));
-        }
+        waiters.erase(std::find(waiters.begin(), waiters.end(), std::this_thread::get_id()));
     }
 
-    mutable std::mutex mMutex;  // guards everything below and the entries
-    std::condition_variable mChanged;
+    const std::shared_ptr<SinkDomain> mDomain;
     std::vector<std::shared_ptr<Entry>> mEntries;
     std::vector<std::shared_ptr<Entry>> mRemoving;
 };

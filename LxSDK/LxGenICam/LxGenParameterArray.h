@@ -36,7 +36,7 @@ public:
     LxGenCommand *GetCommand(const LxString &aName) const;
     LxGenRegister *GetRegister(const LxString &aName) const;
 
-    /// The category at a path as LxGenParameter::GetCategory() gives it, or null.
+    /// The category at a path as LxGenParameter::GetCategory() gives it, or of that bare name; null when there is none.
     virtual LxGenCategory *GetCategory(const LxString &aPath) const = 0;
 
     /// 0 while the device can be read, otherwise not 0 (the device is lost).
@@ -44,7 +44,8 @@ public:
     /// Forgets every remembered value, so that the next Poll() reports what it reads as changed only against new ones.
     virtual void InvalidateCache() = 0;
     /// Reads the features that have event sinks and notifies those that changed since the last look, on the calling
-    /// thread. Fails with the device's error when it does not answer.
+    /// thread; a feature that got a sink since then counts as changed. Ends with the device's error, Timeout or
+    /// NotConnected, when it does not answer; a feature that fails otherwise does not keep it from the next ones.
     virtual LxResult Poll() = 0;
 
     /// Short forms for hosts: NotFound when there is no feature of the name and kind.

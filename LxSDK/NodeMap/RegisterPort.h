@@ -24,8 +24,8 @@ public:
     virtual LxResult GetState() const { return LxResult(); }
     /// Whether writing is allowed at all (the application controls the device).
     virtual bool IsWritable() const { return true; }
-    /// Called with a function that the port runs, on any thread, whenever GetState() changes. One listener at a time; an
-    /// empty function removes it, and when that call returns the old one neither runs nor will.
+    /// Called with a function that the port runs, on any thread, whenever GetState() changes. One listener at a time;
+    /// an empty function removes it, and when that call returns the old one neither runs nor will.
     virtual void SetStateListener(std::function<void()> aListener) { static_cast<void>(aListener); }
 };
 

@@ -1,0 +1,583 @@
+#include "NodeMap/GenApiXML.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <pugixml.hpp>
+#include <set>
+#include <string_view>
+#include <utility>
+
+namespace LxDetail
+{
+
+namespace
+{
+
+constexpr size_t kMaxSize = 64u << 20;  // bytes; real descriptions have some hundred kilobytes
+constexpr int kMaxNesting = 64;         // elements in elements; the schema needs six
+constexpr int kMaxCategoryDepth = 64;
+constexpr size_t kMaxFormula = 8192;      // bytes
+constexpr int kMaxFormulaNesting = 100;   // parentheses
+constexpr int64_t kMaxLength = 16 << 20;  // of a register, in bytes
+constexpr size_t kMaxFormulaVariables = 256;
+
+LxResult Broken(const std::string &aReason)
+{
+    return LxResult(LxResultCode::GenICamError, "The camera's XML description is broken: " + aReason);
+}
+
+struct Tag
+{
+    const char *mName;
+    NodeKind mKind;
+};
+
+constexpr Tag kTags[] = {
+    {"Category", NodeKind::Category},    {"Integer", NodeKind::Value},          {"Float", NodeKind::Value},
+    {"Boolean", NodeKind::Value},        {"Enumeration", NodeKind::Value},      {"String", NodeKind::Value},
+    {"Command", NodeKind::Command},      {"IntReg", NodeKind::Register},        {"MaskedIntReg", NodeKind::Register},
+    {"FloatReg", NodeKind::Register},    {"StringReg", NodeKind::Register},     {"Register", NodeKind::Register},
+    {"StructEntry", NodeKind::Register}, {"SwissKnife", NodeKind::SwissKnife},  {"IntSwissKnife", NodeKind::SwissKnife},
+    {"Converter", NodeKind::Converter},  {"IntConverter", NodeKind::Converter}, {"Port", NodeKind::Port},
+};
+
+const Tag *FindTag(std::string_view aName)
+{
+    const auto tag = std::find_if(std::begin(kTags), std::end(kTags), [&](const Tag &t) { return aName == t.mName; });
+    return tag == std::end(kTags) ? nullptr : tag;
+}
+
+// Elements with a value of their own that the node engine needs.
+constexpr const char *kEngineElements[] = {
+    "Value",        "Address",    "Length",       "LSB",          "MSB",      "Bit",        "Sign",
+    "Endianess",    "AccessMode", "Min",          "Max",          "Inc",      "OnValue",    "OffValue",
+    "CommandValue", "Formula",    "FormulaTo",    "FormulaFrom",  "Constant", "Expression", "IsLinear",
+    "Slope",        "ChunkID",    "ValueIndexed", "ValueDefault",
+};
+// Elements that name a node and that the node engine needs.
+constexpr const char *kEngineReferences[] = {
+    "pValue", "pAddress", "pLength", "pPort",         "pIndex",        "pVariable",
+    "pMin",   "pMax",     "pInc",    "pCommandValue", "pValueIndexed", "pValueDefault",
+};
+constexpr const char *kEngineAttributes[] = {
+    "Name", "Offset", "pOffset", "Index", "SchemaMajorVersion", "SchemaMinorVersion", "SchemaSubMinorVersion"};
+
+template <size_t N>
+bool Contains(const char *const (&aList)[N], std::string_view aName)
+{
+    return std::find(std::begin(aList), std::end(aList), aName) != std::end(aList);
+}
+
+std::string_view Trim(std::string_view aText)
+{
+    const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; };
+    while (!aText.empty() && isBlank(aText.front())) {
+        aText.remove_prefix(1);
+    }
+    while (!aText.empty() && isBlank(aText.back())) {
+        aText.remove_suffix(1);
+    }
+    return aText;
+}
+
+std::string Text(const pugi::xml_node &aElement)
+{
+    // a value may be split into several pieces, by comments or CDATA sections
+    std::string text;
+    for (const pugi::xml_node &piece : aElement.children()) {
+        if (piece.type() == pugi::node_pcdata || piece.type() == pugi::node_cdata) {
+            text += piece.value();
+        }
+    }
+    return std::string(Trim(text));
+}
+
+std::string ChildText(const pugi::xml_node &aElement, const char *aName)
+{
+    return Text(aElement.child(aName));
+}
+
+bool ParseInteger(std::string_view aText, int64_t &aValue)
+{
+    const bool negative = !aText.empty() && aText.front() == '-';
+    if (!aText.empty() && (aText.front() == '-' || aText.front() == '+')) {
+        aText.remove_prefix(1);
+    }
+    int base = 10;
+    if (aText.size() > 2 && aText[0] == '0' && (aText[1] == 'x' || aText[1] == 'X')) {
+        base = 16;
+        aText.remove_prefix(2);
+    }
+    uint64_t magnitude = 0;
+    const auto [end, error] = std::from_chars(aText.data(), aText.data() + aText.size(), magnitude, base);
+    if (error != std::errc() || end != aText.data() + aText.size() || aText.empty()) {
+        return false;
+    }
+    aValue = static_cast<int64_t>(negative ? 0 - magnitude : magnitude);
+    return true;
+}
+
+LxGenVisibility ParseVisibility(const std::string &aText)
+{
+    // what is no level is kept from the user
+    return aText.empty() || aText == "Beginner" ? LxGenVisibilityBeginner
+           : aText == "Expert"                  ? LxGenVisibilityExpert
+           : aText == "Guru"                    ? LxGenVisibilityGuru
+                                                : LxGenVisibilityInvisible;
+}
+
+int ParseRepresentation(const std::string &aText)
+{
+    static constexpr const char *kNames[] = {"Linear",    "Logarithmic", "Boolean",   "PureNumber",
+                                             "HexNumber", "IPV4Address", "MACAddress"};
+    const auto found = std::find(std::begin(kNames), std::end(kNames), aText);
+    return found == std::end(kNames) ? -1 : static_cast<int>(found - std::begin(kNames));
+}
+
+NodeTexts ParseTexts(const pugi::xml_node &aElement)
+{
+    NodeTexts texts;
+    texts.mName = Trim(aElement.attribute("Name").value());
+    texts.mDisplayName = ChildText(aElement, "DisplayName");
+    if (texts.mDisplayName.empty()) {
+        texts.mDisplayName = texts.mName;
+    }
+    texts.mToolTip = ChildText(aElement, "ToolTip");
+    texts.mDescription = ChildText(aElement, "Description");
+    texts.mVisibility = ParseVisibility(ChildText(aElement, "Visibility"));
+    const bool standard = std::strcmp(aElement.attribute("NameSpace").value(), "Standard") == 0;
+    texts.mNameSpace = standard ? LxGenNameSpaceStandard : LxGenNameSpaceCustom;
+    return texts;
+}
+
+void ApplyAccessMode(const std::string &aMode, NodeAccess &aAccess)
+{
+    aAccess.mReadable = aAccess.mReadable && (aMode == "RO" || aMode == "RW");
+    aAccess.mWritable = aAccess.mWritable && (aMode == "WO" || aMode == "RW");
+}
+
+bool IsTooComplex(const std::string &aFormula)
+{
+    int depth = 0;
+    int deepest = 0;
+    for (const char c : aFormula) {
+        depth += c == '(' ? 1 : c == ')' ? -1 : 0;
+        deepest = std::max(deepest, depth);
+    }
+    return aFormula.size() > kMaxFormula || deepest > kMaxFormulaNesting;
+}
+
+// The node engine reads ASCII only; anything else in a number, formula or name of a variable is wrong anyway.
+std::string ToPlainText(const std::string &aText)
+{
+    std::string text = aText;
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 32 || c > 126 || c < 0; }, ' ');
+    return text;
+}
+
+}  // namespace
+
+/// Reads the elements of one XML into a GenApiXML, and turns them into what the engine needs.
+class GenApiXML::Reader
+{
+public:
+    explicit Reader(GenApiXML &aXML) : mXML(aXML) {}
+
+    LxResult Read(const std::string &aText)
+    {
+        if (aText.size() > kMaxSize) {
+            return Broken("it is larger than 64 MiB.");
+        }
+        const auto parsed = mDocument.load_buffer(aText.data(), aText.size(), pugi::parse_default);
+        if (!parsed) {
+            return Broken(std::string(parsed.description()) + " at byte " + std::to_string(parsed.offset) + ".");
+        }
+        const pugi::xml_node root = mDocument.document_element();
+        if (std::strcmp(root.name(), "RegisterDescription") != 0) {
+            return Broken("it is no register description.");
+        }
+        if (IsTooNested(root)) {
+            return Broken("its elements are nested too deeply.");
+        }
+        CollectNodes(root);
+        for (NodeIndex i = 0; i < mElements.size(); ++i) {
+            ReadNode(i);
+        }
+        WriteEngineXML(root);
+        return LxResult();
+    }
+
+private:
+    static bool IsTooNested(const pugi::xml_node &aRoot)
+    {
+        int depth = 0;
+        for (pugi::xml_node node = aRoot; node;) {
+            if (node.first_child()) {
+                node = node.first_child();
+                if (++depth > kMaxNesting) {
+                    return true;
+                }
+                continue;
+            }
+            while (node && node != aRoot && !node.next_sibling()) {
+                node = node.parent();
+                --depth;
+            }
+            if (!node || node == aRoot) {
+                break;
+            }
+            node = node.next_sibling();
+        }
+        return false;
+    }
+
+    void CollectNodes(const pugi::xml_node &aParent)
+    {
+        for (const pugi::xml_node &element : aParent.children()) {
+            const std::string_view tag = element.name();
+            if (tag == "Group" || tag == "StructReg") {
+                CollectNodes(element);
+                continue;
+            }
+            const Tag *known = FindTag(tag);
+            const std::string name(Trim(element.attribute("Name").value()));
+            if (!known || name.empty()) {
+                continue;
+            }
+            NodeDescription node;
+            node.mKind = known->mKind;
+            // of two nodes of one name the last counts
+            mXML.mIndexes[name] = static_cast<NodeIndex>(mElements.size());
+            mElements.push_back(element);
+            mXML.mNodes.push_back(std::move(node));
+        }
+    }
+
+    NodeIndex FindReference(const std::string &aName, const char *aTag, std::string &aProblem) const
+    {
+        const NodeIndex index = mXML.Find(aName);
+        if (index == kNoNode && aProblem.empty()) {
+            aProblem = std::string(aTag) + " names \"" + aName + "\", which does not exist";
+        }
+        return index;
+    }
+
+    void AddDependency(NodeIndex aNode, NodeIndex aOn)
+    {
+        if (aOn != kNoNode) {
+            mXML.mNodes[aOn].mDependents.push_back(aNode);
+        }
+    }
+
+    // Adds a reference to a list and notes the dependency; one that names nothing is a problem.
+    void AddReference(NodeIndex aNode, const pugi::xml_node &aElement, std::vector<NodeIndex> &aList,
+                      std::string &aProblem)
+    {
+        const NodeIndex target = FindReference(Text(aElement), aElement.name(), aProblem);
+        if (target != kNoNode) {
+            aList.push_back(target);
+            AddDependency(aNode, target);
+        }
+    }
+
+    void ReadAccess(NodeIndex aNode, const pugi::xml_node &aElement, NodeAccess &aAccess)
+    {
+        for (const pugi::xml_node &child : aElement.children()) {
+            const std::string_view tag = child.name();
+            if (tag == "pIsImplemented") {
+                AddReference(aNode, child, aAccess.mImplemented, aAccess.mProblem);
+            }
+            else if (tag == "pIsAvailable") {
+                AddReference(aNode, child, aAccess.mAvailable, aAccess.mProblem);
+            }
+            else if (tag == "pIsLocked") {
+                AddReference(aNode, child, aAccess.mLocked, aAccess.mProblem);
+            }
+        }
+    }
+
+    void ReadOwnAccessMode(const pugi::xml_node &aElement, NodeDescription &aNode)
+    {
+        NodeAccess &access = aNode.mOwnAccess;
+        if (aNode.mKind == NodeKind::Register) {
+            std::string mode = ChildText(aElement, "AccessMode");
+            if (mode.empty() && std::strcmp(aElement.name(), "StructEntry") == 0) {
+                mode = ChildText(aElement.parent(), "AccessMode");
+            }
+            ApplyAccessMode(mode.empty() ? "RO" : mode, access);
+        }
+        else if (aNode.mKind == NodeKind::SwissKnife) {
+            access.mWritable = false;
+        }
+        else if (aNode.mKind == NodeKind::Converter) {
+            access.mWritable = !ChildText(aElement, "FormulaTo").empty();
+            access.mReadable = !ChildText(aElement, "FormulaFrom").empty();
+        }
+        const std::string imposed = ChildText(aElement, "ImposedAccessMode");
+        if (!imposed.empty()) {
+            ApplyAccessMode(imposed, access);
+        }
+    }
+
+    void ReadNode(NodeIndex aIndex)
+    {
+        const pugi::xml_node element = mElements[aIndex];
+        NodeDescription &node = mXML.mNodes[aIndex];
+        node.mTexts = ParseTexts(element);
+        node.mUnit = ChildText(element, "Unit");
+        node.mRepresentation = ParseRepresentation(ChildText(element, "Representation"));
+        ReadAccess(aIndex, element, node.mOwnAccess);
+        ReadOwnAccessMode(element, node);
+        if (node.mKind == NodeKind::Category) {
+            for (const pugi::xml_node &child : element.children("pFeature")) {
+                const NodeIndex feature = mXML.Find(Text(child));
+                if (feature != kNoNode) {
+                    node.mFeatures.push_back(feature);
+                }
+            }
+            return;
+        }
+        ReadReferences(aIndex, element);
+        if (std::strcmp(element.name(), "StructEntry") == 0) {
+            ReadReferences(aIndex, element.parent());
+        }
+        for (const pugi::xml_node &child : element.children("EnumEntry")) {
+            EnumEntryDescription entry;
+            entry.mTexts = ParseTexts(child);
+            if (!ParseInteger(ChildText(child, "Value"), entry.mValue)) {
+                entry.mAccess.mProblem = "the entry has no value";
+            }
+            ReadAccess(aIndex, child, entry.mAccess);
+            node.mEntries.push_back(std::move(entry));
+        }
+        if (node.mKind == NodeKind::Command && node.mCommandValueNode == kNoNode) {
+            ParseInteger(ChildText(element, "CommandValue"), node.mCommandValue);
+        }
+    }
+
+    NodeIndex AddTarget(NodeDescription &aNode, const pugi::xml_node &aElement)
+    {
+        const NodeIndex target = mXML.Find(Text(aElement));
+        if (target != kNoNode) {
+            aNode.mTargets.push_back(target);
+        }
+        return target;
+    }
+
+    // The references and values of an element; those of a formula inside a register, and those that the entries of a
+    // StructReg share, count as the node's own.
+    void ReadReferences(NodeIndex aIndex, const pugi::xml_node &aElement)
+    {
+        NodeDescription &node = mXML.mNodes[aIndex];
+        size_t variables = 0;
+        for (const pugi::xml_node &child : aElement.children()) {
+            const std::string_view tag = child.name();
+            if (tag == "pValue") {
+                AddReference(aIndex, child, node.mValueRefs, node.mValueProblem);
+                node.mTarget = AddTarget(node, child);
+            }
+            else if (tag == "pValueIndexed" || tag == "pValueDefault") {
+                AddReference(aIndex, child, node.mValueRefs, node.mValueProblem);
+                AddTarget(node, child);
+            }
+            else if (tag == "pValueCopy") {
+                AddReference(aIndex, child, node.mCopies, node.mValueProblem);
+            }
+            else if (tag == "pVariable" || tag == "pAddress" || tag == "pIndex" || tag == "pCommandValue") {
+                AddReference(aIndex, child, node.mValueRefs, node.mValueProblem);
+                if (tag == "pCommandValue") {
+                    node.mCommandValueNode = mXML.Find(Text(child));
+                }
+                if (const pugi::xml_attribute offset = child.attribute("pOffset")) {
+                    const NodeIndex target =
+                        FindReference(std::string(Trim(offset.value())), "pOffset", node.mValueProblem);
+                    if (target != kNoNode) {
+                        node.mValueRefs.push_back(target);
+                        AddDependency(aIndex, target);
+                    }
+                }
+                if (tag == "pVariable" && ++variables > kMaxFormulaVariables) {
+                    node.mValueProblem = "its formula has too many variables";
+                }
+            }
+            else if (tag == "pLength") {
+                AddReference(aIndex, child, node.mValueRefs, node.mValueProblem);
+                if (const NodeIndex length = mXML.Find(Text(child)); length != kNoNode) {
+                    node.mLengthRefs.push_back(length);
+                }
+            }
+            else if (tag == "pMin" || tag == "pMax" || tag == "pInc") {
+                AddReference(aIndex, child, node.mLimitRefs, node.mLimitProblem);
+                node.mHasMin = node.mHasMin || tag == "pMin";
+                node.mHasMax = node.mHasMax || tag == "pMax";
+            }
+            else if (tag == "pInvalidator") {
+                AddDependency(aIndex, mXML.Find(Text(child)));
+            }
+            else if (tag == "pSelected") {
+                const NodeIndex selected = mXML.Find(Text(child));
+                if (selected != kNoNode) {
+                    node.mSelected.push_back(selected);
+                    AddDependency(selected, aIndex);
+                }
+            }
+            else if (tag == "IntSwissKnife") {
+                ReadReferences(aIndex, child);
+            }
+            else if (tag == "Min" || tag == "Max") {
+                (tag == "Min" ? node.mHasMin : node.mHasMax) = true;
+            }
+            else if (tag == "Length") {
+                int64_t length = 0;
+                if (!ParseInteger(Text(child), length) || length < 1 || length > kMaxLength) {
+                    node.mValueProblem = "its length is not between 1 byte and 16 MiB";
+                }
+            }
+            else if (tag == "Formula" || tag == "FormulaTo" || tag == "FormulaFrom" || tag == "Expression") {
+                if (IsTooComplex(Text(child))) {
+                    node.mValueProblem = "its formula is too long or nested too deeply";
+                }
+            }
+        }
+    }
+
+    // Copies what the engine needs from one element to another.
+    void CopyElement(const pugi::xml_node &aFrom, pugi::xml_node aTo) const
+    {
+        for (const pugi::xml_attribute &attribute : aFrom.attributes()) {
+            if (!Contains(kEngineAttributes, attribute.name())) {
+                continue;
+            }
+            std::string value = ToPlainText(attribute.value());
+            if (std::strcmp(attribute.name(), "pOffset") == 0) {
+                const NodeIndex target = mXML.Find(std::string(Trim(attribute.value())));
+                if (target == kNoNode) {
+                    continue;
+                }
+                value = GetEngineName(target);
+            }
+            aTo.append_attribute(attribute.name()).set_value(value.c_str());
+        }
+        for (const pugi::xml_node &child : aFrom.children()) {
+            const std::string_view tag = child.name();
+            if (tag == "EnumEntry" || tag == "IntSwissKnife") {
+                CopyElement(child, aTo.append_child(child.name()));
+            }
+            else if (Contains(kEngineElements, tag)) {
+                pugi::xml_node copy = aTo.append_child(child.name());
+                CopyElement(child, copy);
+                copy.append_child(pugi::node_pcdata).set_value(ToPlainText(Text(child)).c_str());
+            }
+            else if (Contains(kEngineReferences, tag)) {
+                const NodeIndex target = mXML.Find(Text(child));
+                if (target != kNoNode) {
+                    pugi::xml_node copy = aTo.append_child(child.name());
+                    CopyElement(child, copy);
+                    copy.append_child(pugi::node_pcdata).set_value(GetEngineName(target).c_str());
+                }
+            }
+        }
+    }
+
+    void WriteEngineXML(const pugi::xml_node &aRoot)
+    {
+        pugi::xml_document engine;
+        pugi::xml_node root = engine.append_child("RegisterDescription");
+        for (const pugi::xml_attribute &attribute : aRoot.attributes()) {
+            if (Contains(kEngineAttributes, attribute.name())) {
+                root.append_attribute(attribute.name()).set_value(ToPlainText(attribute.value()).c_str());
+            }
+        }
+        for (NodeIndex i = 0; i < mElements.size(); ++i) {
+            if (mXML.mNodes[i].mKind == NodeKind::Category) {
+                continue;
+            }
+            pugi::xml_node parent = root;
+            if (std::strcmp(mElements[i].name(), "StructEntry") == 0) {
+                // a StructReg for each entry: the shared part is copied
+                parent = root.append_child("StructReg");
+                CopyElement(mElements[i].parent(), parent);
+            }
+            pugi::xml_node copy = parent.append_child(mElements[i].name());
+            CopyElement(mElements[i], copy);
+            copy.attribute("Name").set_value(GetEngineName(i).c_str());
+        }
+        struct Writer : pugi::xml_writer
+        {
+            explicit Writer(std::string &aOut) : mOut(aOut) {}
+            void write(const void *aData, size_t aSize) override
+            {
+                mOut.append(static_cast<const char *>(aData), aSize);
+            }
+            std::string &mOut;
+        } writer(mXML.mEngineXML);
+        engine.save(writer, "", pugi::format_raw, pugi::encoding_utf8);
+    }
+
+    GenApiXML &mXML;
+    pugi::xml_document mDocument;
+    std::vector<pugi::xml_node> mElements;
+};
+
+LxResult GenApiXML::Parse(const std::string &aXML)
+{
+    if (LxResult result = Reader(*this).Read(aXML); !result.IsOK()) {
+        return result;
+    }
+    Analyse();
+    return WalkCategories();
+}
+
+NodeIndex GenApiXML::Find(const std::string &aName) const
+{
+    const auto found = mIndexes.find(aName);
+    return found == mIndexes.end() ? kNoNode : found->second;
+}
+
+LxResult GenApiXML::WalkCategories()
+{
+    const NodeIndex root = Find("Root");
+    if (root == kNoNode || mNodes[root].mKind != NodeKind::Category) {
+        return Broken("it has no category \"Root\".");
+    }
+    // each category and each feature is listed where it is named first; so a circle of categories ends by itself
+    std::vector<bool> seen(mNodes.size());
+    struct Level
+    {
+        NodeIndex mCategory;
+        size_t mNext;
+        std::string mPath;
+    };
+    std::vector<Level> levels;
+    const auto enter = [&](NodeIndex aCategory, const std::string &aParent) {
+        const std::string path = (aParent.empty() ? "" : aParent + "\\") + mNodes[aCategory].mTexts.mName;
+        mCategories.push_back({aCategory, path});
+        levels.push_back({aCategory, 0, path});
+        seen[aCategory] = true;
+    };
+    enter(root, "");
+    while (!levels.empty()) {
+        Level &level = levels.back();
+        const std::vector<NodeIndex> &features = mNodes[level.mCategory].mFeatures;
+        if (level.mNext == features.size()) {
+            levels.pop_back();
+            continue;
+        }
+        const NodeIndex node = features[level.mNext++];
+        if (seen[node]) {
+            continue;
+        }
+        if (mNodes[node].mKind != NodeKind::Category) {
+            seen[node] = true;
+            mFeatures.push_back({node, level.mPath});
+        }
+        else if (levels.size() < kMaxCategoryDepth) {
+            enter(node, std::string(level.mPath));
+        }
+    }
+    return LxResult();
+}
+
+}  // namespace LxDetail
