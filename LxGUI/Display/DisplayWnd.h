@@ -1,0 +1,118 @@
+#pragma once
+
+#include <QtCore/QMutex>
+#include <QtCore/QPoint>
+#include <QtCore/QPointer>
+#include <QtGui/QColor>
+#include <QtGui/QFont>
+#include <atomic>
+
+#include "LxBuffer/LxBuffer.h"
+#include "LxCodec/LxBufferConverter.h"
+#include "LxCodec/LxH264Decoder.h"
+#include "LxGUI/Display/DisplayGeometry.h"
+#include "LxGUI/Frame/Wnd.h"
+#include "LxGUI/LxDisplayWnd.h"
+
+class QAction;
+class QContextMenuEvent;
+class QPainter;
+class QScrollBar;
+
+/// Shows images. Frames come from any thread: Display() converts them under the image mutex and posts a refresh; all
+/// widget work happens on the GUI thread.
+class DisplayWnd : public Wnd
+{
+    Q_OBJECT
+
+public:
+    DisplayWnd();
+    ~DisplayWnd() override;
+
+    LxResult Display(const LxBuffer &aBuffer, bool aVSync);
+    LxResult Display(const ILxImage *aImage, bool aVSync);
+    LxResult Display(const ILxGenDCImage *aImage, bool aVSync);
+    void Clear();
+    void Refresh();
+
+    LxBufferConverter &GetConverter() { return mConverter; }
+    LxBuffer &GetInternalBuffer() { return mInternalBuffer; }
+
+    LxResult SetBackgroundColor(const QColor &aColor);
+    QColor GetBackgroundColor() const { return mBackgroundColor; }
+    void SetTextOverlay(const QString &aText);
+    QString GetTextOverlay();
+    void SetTextOverlaySize(int aSize);
+    int GetTextOverlaySize();
+    void SetTextOverlayOffsetX(unsigned aOffset) { mOverlayOffsetX.store(static_cast<int>(aOffset)); }
+    void SetTextOverlayOffsetY(unsigned aOffset) { mOverlayOffsetY.store(static_cast<int>(aOffset)); }
+    int GetTextOverlayOffsetX() const { return mOverlayOffsetX.load(); }
+    int GetTextOverlayOffsetY() const { return mOverlayOffsetY.load(); }
+
+    const DisplayGeometry::Zoom &GetZoom() const { return mZoom; }
+    int GetRendererMode() const { return mRendererMode.load(); }
+    LxResult SetRendererMode(int aMode);
+
+    /// Draws the overlay at the painter's origin; returns what it covers, empty when there is no text.
+    QRect DrawOverlay(QPainter &aPainter);
+
+    bool event(QEvent *aEvent) override;
+    bool eventFilter(QObject *aObject, QEvent *aEvent) override;
+
+public slots:
+    void OnMainZoom1To1();
+    void OnMainZoomFit();
+    void OnMainZoomIn();
+    void OnMainZoomOut();
+    void OnMainCenterHere();
+    void OnHorizontalScroll(int aValue);
+    void OnVerticalScroll(int aValue);
+
+protected:
+    void CreateLayout() override;
+    void OnOpen() override;
+    void OnClose() override;
+
+    /// The two steps of decoding; tests replace them.
+    virtual LxResult ProcessAccessUnit(const ILxH264AccessUnit *aUnit);
+    virtual LxResult RetrieveFrame(LxImage *aImage);
+
+private:
+    LxResult DisplayAccessUnit(const ILxH264AccessUnit *aUnit, bool aVSync);
+    void TakeOverlay(bool aVSync);
+    QSize PictureSize();
+    void ApplyBackground();
+    void ChangeZoom(DisplayGeometry::ZoomMode aMode, double aFactor);
+    void ApplyZoom();
+    void UpdateScrollBars(const QSize &aPicture);
+    void PlaceScrollBars(const QSize &aSize);
+    bool OnKeyPress(int aKey);
+    void OnContextMenu(const QContextMenuEvent &aEvent);
+    void Paint();
+
+    // GUI thread only
+    QColor mBackgroundColor = Qt::darkGray;
+    DisplayGeometry::Zoom mZoom;
+    double mLastAppliedZoom = 0.0;
+    bool mZoomPending = true;
+    QPoint mMenuPoint;
+    QPoint mScroll;
+    QPointer<QScrollBar> mHorizontalBar;
+    QPointer<QScrollBar> mVerticalBar;
+
+    QMutex mImageMutex;  // guards mInternalBuffer, mConverter and mDecoder
+    LxBuffer mInternalBuffer{LxPayloadType::Image};
+    LxBufferConverter mConverter{-1};
+    LxH264Decoder mDecoder;
+
+    QMutex mRendererMutex;  // guards changes of mRendererMode and the handling of the private events
+    std::atomic<int> mRendererMode{0};
+    std::atomic<bool> mVSync{false};
+
+    QMutex mOverlayMutex;  // guards both texts and the font
+    QString mOverlayText;
+    QString mShownOverlayText;
+    QFont mOverlayFont;
+    std::atomic<int> mOverlayOffsetX{10};
+    std::atomic<int> mOverlayOffsetY{10};
+};

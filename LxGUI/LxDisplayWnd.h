@@ -1,0 +1,85 @@
+#pragma once
+
+#include "LxGUI/LxWnd.h"
+
+class ILxGenDCImage;
+class ILxImage;
+class LxBuffer;
+class LxBufferConverter;
+
+/// How a display draws.
+enum LxRendererMode : int
+{
+    LxRendererModeSoftware = 0,  ///< Drawn by the processor.
+    LxRendererModeOpenGL = 1,    ///< Drawn by OpenGL.
+    LxRendererModeReserved = 2,  ///< Accepted as a value, never available.
+    LxRendererModeUnknown = 999,
+};
+
+/// Shows images, with zoom, scrolling, a background colour and a text over the picture.
+///
+/// Display(), Clear(), Refresh(), SetRendererMode() and the text overlay's operations may be called from any thread;
+/// all others on the GUI thread. Stop calling them before the object is destroyed.
+class LXGUI_API LxDisplayWnd : public LxWnd
+{
+public:
+    /// The argument is kept for the interface and has no effect.
+    explicit LxDisplayWnd(int aReserved = 0);
+    ~LxDisplayWnd() override;
+
+    /// Shows what a buffer carries: the first image of a GenDC container, else its image, else its H.264 access unit.
+    /// The data are taken before the call returns.
+    /// @param aVSync asks for vertical synchronisation; for OpenGL only.
+    /// @return NoImage (0x0501) when there is nothing to show or a dimension or the pixel type is 0, Failed (0x4000)
+    ///         when H.264 data gave no picture, else what the conversion reports.
+    LxResult Display(const LxBuffer &aBuffer, bool aVSync = false);
+    /// Shows one image. InvalidArgument (0x4001) for a null pointer, else as above.
+    LxResult Display(const ILxImage *aImage, bool aVSync = false);
+    LxResult Display(const ILxGenDCImage *aImage, bool aVSync = false);
+    /// Empties the display and forgets the text overlay.
+    void Clear();
+    /// Asks for a repaint; returns at once.
+    void Refresh();
+
+    /// The converter that makes pictures of incoming frames, for configuration. Do not use it while Display() runs.
+    LxBufferConverter &GetConverter();
+    /// The converted picture of the software renderer. Do not use it while Display() runs.
+    LxBuffer &GetInternalBuffer();
+
+    /// The colour behind and around the picture. Always OK.
+    LxResult SetBackgroundColor(unsigned char aRed, unsigned char aGreen, unsigned char aBlue);
+    void GetBackgroundColor(unsigned char &aRed, unsigned char &aGreen, unsigned char &aBlue);
+
+    /// A text over the picture's top left corner, several lines allowed; shown from the next Display() on.
+    void SetTextOverlay(const LxString &aText);
+    /// The text last set, also when it is not shown yet.
+    LxString GetTextOverlay();
+    /// The size of the overlay's font in points; 11 from the start. Always OK; a size below 1 is ignored by the font.
+    LxResult SetTextOverlaySize(int aSize);
+    int GetTextOverlaySize();
+    /// Where the overlay starts, in pixels from the picture's top left corner; 10, 10 from the start.
+    void SetTextOverlayOffsetX(unsigned int aOffset);
+    void SetTextOverlayOffsetY(unsigned int aOffset);
+    int GetTextOverlayOffsetX();
+    int GetTextOverlayOffsetY();
+    /// These two do nothing: the overlay is green.
+    void SetTextOverlayColor(unsigned char aRed, unsigned char aGreen, unsigned char aBlue);
+    void GetTextOverlayColor(unsigned char &aRed, unsigned char &aGreen, unsigned char &aBlue);
+
+    /// The zoom actions of the context menu, for a host's own menus.
+    void Zoom1To1();
+    void ZoomFit();
+    void ZoomIn();
+    void ZoomOut();
+
+    LxRendererMode GetRendererMode();
+    /// Changes the renderer and clears the display.
+    /// @return InvalidArgument (0x4001) for an unknown value, Unavailable (26) for a mode above the highest.
+    LxResult SetRendererMode(LxRendererMode aMode);
+    /// "OpenGL " and the name of the OpenGL renderer; "OpenGL Default" when none was found.
+    static LxString GetRenderer();
+    /// The OpenGL version; "N/A" when there is none.
+    static LxString GetRendererVersion();
+    /// The highest mode that can be used on this machine.
+    static LxRendererMode GetHighestRendererMode();
+};

@@ -1,0 +1,141 @@
+#include <gtest/gtest.h>
+
+#include "LxGUI/Display/DisplayGeometry.h"
+
+using namespace DisplayGeometry;
+
+TEST(DisplayZoom, OneToOneIsAlwaysOne)
+{
+    const Zoom zoom = ApplyZoom({ZoomOneToOne, 3.5}, {400, 300}, {1000, 1000});
+    EXPECT_EQ(zoom.mMode, ZoomOneToOne);
+    EXPECT_DOUBLE_EQ(zoom.mFactor, 1.0);
+}
+
+TEST(DisplayZoom, FitFollowsFromTheTighterDirection)
+{
+    EXPECT_DOUBLE_EQ(ApplyZoom({ZoomFit, 9}, {400, 300}, {800, 300}).mFactor, 0.5);
+    EXPECT_DOUBLE_EQ(ApplyZoom({ZoomFit, 9}, {400, 300}, {100, 300}).mFactor, 1.0);
+    EXPECT_DOUBLE_EQ(ApplyZoom({ZoomFit, 9}, {400, 300}, {40, 30}).mFactor, 10.0);
+}
+
+TEST(DisplayZoom, AFreeZoomThatLeavesThePictureSmallerThanTheWindowSnapsToFit)
+{
+    const Zoom zoom = ApplyZoom({ZoomFree, 0.5}, {400, 300}, {400, 300});
+    EXPECT_EQ(zoom.mMode, ZoomFit);
+    EXPECT_DOUBLE_EQ(zoom.mFactor, 1.0);
+}
+
+TEST(DisplayZoom, AFreeZoomThatOverflowsOneDirectionStays)
+{
+    // narrower than the window, higher than it
+    EXPECT_EQ(ApplyZoom({ZoomFree, 1.0}, {400, 300}, {100, 301}).mMode, ZoomFree);
+    // wider than the window, lower than it
+    EXPECT_EQ(ApplyZoom({ZoomFree, 1.0}, {400, 300}, {401, 10}).mMode, ZoomFree);
+    EXPECT_EQ(ApplyZoom({ZoomFree, 2.0}, {400, 300}, {400, 300}).mMode, ZoomFree);
+}
+
+TEST(DisplayZoom, APictureExactlyAsWideAsTheWindowSnapsToFitEvenWhenItsHeightOverflows)
+{
+    EXPECT_EQ(ApplyZoom({ZoomFree, 1.0}, {400, 300}, {400, 3000}).mMode, ZoomFit);
+}
+
+TEST(DisplayZoom, RatiosAreNotTruncated)
+{
+    // 300 / 200 = 1.5 covers a factor of 1.4; with whole numbers it would not
+    EXPECT_EQ(ApplyZoom({ZoomFree, 1.4}, {400, 300}, {200, 200}).mMode, ZoomFit);
+}
+
+TEST(DisplayScrollBars, NoneForFitAndForAnEmptyPicture)
+{
+    EXPECT_FALSE(ComputeScrollBars({ZoomFit, 5}, {100, 100}, {1000, 1000}).mHorizontal.mNeeded);
+    EXPECT_FALSE(ComputeScrollBars({ZoomOneToOne, 1}, {100, 100}, {0, 1000}).mVertical.mNeeded);
+}
+
+TEST(DisplayScrollBars, OneBarMayMakeTheOtherNecessary)
+{
+    struct Case
+    {
+        QSize mPicture;
+        bool mHorizontal;
+        bool mVertical;
+    };
+    const Case cases[] = {
+        {{400, 300}, false, false}, {{401, 282}, true, false}, {{401, 283}, true, true},
+        {{382, 301}, false, true},  {{383, 301}, true, true},  {{401, 301}, true, true},
+    };
+    for (const Case &c : cases) {
+        const ScrollBars bars = ComputeScrollBars({ZoomOneToOne, 1}, {400, 300}, c.mPicture);
+        EXPECT_EQ(bars.mHorizontal.mNeeded, c.mHorizontal) << c.mPicture.width() << 'x' << c.mPicture.height();
+        EXPECT_EQ(bars.mVertical.mNeeded, c.mVertical) << c.mPicture.width() << 'x' << c.mPicture.height();
+    }
+}
+
+TEST(DisplayScrollBars, RangesStepsAndValuesTruncate)
+{
+    const ScrollBars bars = ComputeScrollBars({ZoomOneToOne, 1}, {400, 300}, {1000, 801});
+    EXPECT_EQ(bars.mHorizontal.mMaximum, 1000 - 382);
+    EXPECT_EQ(bars.mHorizontal.mPageStep, 95);
+    EXPECT_EQ(bars.mHorizontal.mSingleStep, 19);
+    EXPECT_EQ(bars.mHorizontal.mValue, 309);
+    EXPECT_EQ(bars.mVertical.mMaximum, 801 - 282);
+    EXPECT_EQ(bars.mVertical.mPageStep, 70);
+    EXPECT_EQ(bars.mVertical.mSingleStep, 14);
+    EXPECT_EQ(bars.mVertical.mValue, 259);
+}
+
+TEST(DisplayScrollBars, TheSingleStepIsAtLeastOne)
+{
+    EXPECT_EQ(ComputeScrollBars({ZoomOneToOne, 1}, {30, 30}, {100, 100}).mHorizontal.mSingleStep, 1);
+}
+
+TEST(DisplayScrollBars, TheScaledSizeIsRounded)
+{
+    EXPECT_EQ(ScaledLength(333, 1.5), 500);
+    EXPECT_EQ(ScaledLength(3, 0.5), 2);
+    EXPECT_EQ(ScaledLength(100, 0.004), 0);
+}
+
+TEST(DisplayPlacement, FitFillsTheTighterDirectionAndCentresTheOther)
+{
+    Placement place = ComputePlacement({ZoomFit, 1}, {400, 300}, {100, 100}, {});
+    EXPECT_EQ(place.mTarget, QRect(50, 0, 300, 300));
+    EXPECT_EQ(place.mSource, QRect(0, 0, 100, 100));
+    place = ComputePlacement({ZoomFit, 1}, {400, 300}, {400, 100}, {});
+    EXPECT_EQ(place.mTarget, QRect(0, 100, 400, 100));
+}
+
+TEST(DisplayPlacement, ASmallerPictureIsCentredAtItsZoom)
+{
+    const Placement place = ComputePlacement({ZoomOneToOne, 1}, {400, 300}, {101, 50}, {});
+    EXPECT_EQ(place.mTarget, QRect(149, 125, 101, 50));
+    EXPECT_EQ(place.mSource, QRect(0, 0, 101, 50));
+}
+
+TEST(DisplayPlacement, ALargerPictureShowsTheScrolledPartWithInclusiveCorners)
+{
+    const Placement place = ComputePlacement({ZoomOneToOne, 1}, {382, 282}, {1000, 800}, {309, 259});
+    EXPECT_EQ(place.mTarget, QRect(0, 0, 382, 282));
+    EXPECT_EQ(place.mSource.topLeft(), QPoint(309, 259));
+    EXPECT_EQ(place.mSource.bottomRight(), QPoint(691, 541));
+}
+
+TEST(DisplayPlacement, TheEndIsLimitedToThePicture)
+{
+    const Placement place = ComputePlacement({ZoomFree, 2}, {382, 282}, {300, 300}, {600 - 382, 600 - 282});
+    EXPECT_EQ(place.mSource.right(), 300);
+    EXPECT_EQ(place.mSource.left(), 109);
+}
+
+TEST(DisplayPlacement, AScrollBeyondThePictureShowsTheWholeAxis)
+{
+    const Placement place = ComputePlacement({ZoomOneToOne, 1}, {100, 100}, {200, 200}, {500, 0});
+    EXPECT_EQ(place.mSource.left(), 0);
+    EXPECT_EQ(place.mSource.right(), 200);
+}
+
+TEST(DisplayCentring, IsClampedToTheBar)
+{
+    EXPECT_EQ(CenteredScroll(200, 382, 309, 618), 318);
+    EXPECT_EQ(CenteredScroll(0, 382, 10, 618), 0);
+    EXPECT_EQ(CenteredScroll(400, 382, 600, 618), 618);
+}
