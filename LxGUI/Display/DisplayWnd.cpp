@@ -175,8 +175,8 @@ LxResult DisplayWnd::SetBackgroundColor(const QColor &aColor)
 
 void DisplayWnd::ApplyBackground()
 {
-    if (Widget()) {
-        Widget()->setStyleSheet(QStringLiteral("background-color: rgb(%1, %2, %3);")
+    if (Content()) {
+        Content()->setStyleSheet(QStringLiteral("background-color: rgb(%1, %2, %3);")
                                     .arg(mBackgroundColor.red())
                                     .arg(mBackgroundColor.green())
                                     .arg(mBackgroundColor.blue()));
@@ -230,8 +230,8 @@ bool DisplayWnd::event(QEvent *aEvent)
 {
     if (aEvent->type() == RefreshEvent || aEvent->type() == ClearEvent) {
         const QMutexLocker lock(&mRendererMutex);
-        if (Widget()) {
-            Widget()->update();
+        if (Content()) {
+            Content()->update();
         }
         return true;
     }
@@ -307,10 +307,10 @@ void DisplayWnd::ChangeZoom(ZoomMode aMode, double aFactor)
 void DisplayWnd::ApplyZoom()
 {
     const QSize picture = PictureSize();
-    if (!Widget() || Widget()->size().isEmpty() || picture.isEmpty()) {
+    if (!Content() || Content()->size().isEmpty() || picture.isEmpty()) {
         return;
     }
-    mZoom = DisplayGeometry::ApplyZoom(mZoom, Widget()->size(), picture);
+    mZoom = DisplayGeometry::ApplyZoom(mZoom, Content()->size(), picture);
     mLastAppliedZoom = mZoom.mFactor;
     mZoomPending = false;
     UpdateScrollBars(picture);
@@ -322,7 +322,7 @@ void DisplayWnd::UpdateScrollBars(const QSize &aPicture)
     if (!mHorizontalBar || !mVerticalBar) {
         return;
     }
-    const ScrollBars bars = ComputeScrollBars(mZoom, Widget()->size(), aPicture);
+    const ScrollBars bars = ComputeScrollBars(mZoom, Content()->size(), aPicture);
     const auto apply = [](QScrollBar &aWidget, const ScrollBar &aBar) {
         if (aBar.mNeeded) {
             aWidget.setRange(0, aBar.mMaximum);
@@ -339,12 +339,12 @@ void DisplayWnd::UpdateScrollBars(const QSize &aPicture)
 
 void DisplayWnd::OnMainCenterHere()
 {
-    if (!Widget() || !mHorizontalBar || !mVerticalBar || PictureSize().isEmpty() || mZoom.mMode == ZoomFit) {
+    if (!Content() || !mHorizontalBar || !mVerticalBar || PictureSize().isEmpty() || mZoom.mMode == ZoomFit) {
         return;
     }
     const bool horizontal = !mHorizontalBar->isHidden();
     const bool vertical = !mVerticalBar->isHidden();
-    const QSize view = ViewSize(Widget()->size(), horizontal, vertical);
+    const QSize view = ViewSize(Content()->size(), horizontal, vertical);
     if (horizontal) {
         mHorizontalBar->setValue(CenteredScroll(mMenuPoint.x(), view.width(), mScroll.x(), mHorizontalBar->maximum()));
     }
@@ -394,8 +394,8 @@ bool DisplayWnd::OnKeyPress(int aKey)
 
 void DisplayWnd::OnContextMenu(const QContextMenuEvent &aEvent)
 {
-    mMenuPoint = Widget()->mapFromGlobal(aEvent.globalPos());
-    QMenu menu(Widget());
+    mMenuPoint = Content()->mapFromGlobal(aEvent.globalPos());
+    QMenu menu(Content());
     for (const char *text : {ZoomOneToOneText, ZoomFitText, ZoomInText, ZoomOutText, CenterHereText}) {
         menu.addAction(QLatin1String(text));
     }
@@ -424,14 +424,14 @@ void DisplayWnd::OnContextMenu(const QContextMenuEvent &aEvent)
 
 bool DisplayWnd::eventFilter(QObject *aObject, QEvent *aEvent)
 {
-    if (!Widget() || aObject != Widget()) {
+    if (!Content() || aObject != Content()) {
         return Wnd::eventFilter(aObject, aEvent);
     }
     switch (aEvent->type()) {
         case QEvent::MouseButtonPress: {
             const auto button = static_cast<QMouseEvent *>(aEvent)->button();
             if (button == Qt::LeftButton || button == Qt::RightButton || button == Qt::MiddleButton) {
-                Widget()->setFocus();
+                Content()->setFocus();
             }
             return false;
         }
@@ -458,7 +458,7 @@ bool DisplayWnd::eventFilter(QObject *aObject, QEvent *aEvent)
 
 void DisplayWnd::Paint()
 {
-    QWidget *widget = Widget();
+    QWidget *widget = Content();
     QMutexLocker lock(&mImageMutex);
     const LxImage *image = mInternalBuffer.GetImage();
     const QSize picture(static_cast<int>(image->GetWidth()), static_cast<int>(image->GetHeight()));

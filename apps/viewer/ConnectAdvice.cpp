@@ -1,0 +1,61 @@
+#include "ConnectAdvice.h"
+
+#include <QtCore/QCoreApplication>
+
+namespace
+{
+
+QString Text(const char *aText)
+{
+    return QCoreApplication::translate("ConnectAdvice", aText);
+}
+
+// The advice by the kind of failure, then what the SDK itself says, which names addresses and reasons.
+QString WithReason(const QString &aAdvice, const LxResult &aResult)
+{
+    QString reason = QString::fromUtf8(aResult.GetDescription().GetAscii());
+    if (reason.isEmpty()) {
+        reason = QString::fromUtf8(aResult.GetCodeString().GetAscii());
+    }
+    return aAdvice + QStringLiteral("\n\n") + reason;
+}
+
+}  // namespace
+
+ConnectAdvice AdviseOnConnect(const LxResult &aResult, const QString &aCamera)
+{
+    switch (static_cast<LxResultCode>(aResult.GetCode())) {
+        case LxResultCode::Timeout:
+        case LxResultCode::NotConnected:
+        case LxResultCode::NotFound:
+            return {Text("%1 does not answer.").arg(aCamera),
+                    WithReason(Text("Check that it has power and that its cable is plugged in. A firewall must let UDP "
+                                    "port 3956 pass. Then search again."),
+                               aResult)};
+        case LxResultCode::AccessDenied:
+        case LxResultCode::Busy:
+            return {Text("%1 is controlled by another application.").arg(aCamera),
+                    WithReason(Text("Close the other application, or disconnect the camera there. After a crash the "
+                                    "camera frees itself within a few seconds."),
+                               aResult)};
+        case LxResultCode::Unavailable:
+            return {Text("%1 cannot be reached as it is configured.").arg(aCamera),
+                    WithReason(Text("Give the camera an address on the subnet of the network adapter, or let both get "
+                                    "their addresses automatically."),
+                               aResult)};
+        case LxResultCode::GenICamError:
+            return {Text("The description that %1 gives of itself cannot be read.").arg(aCamera),
+                    WithReason(Text("The camera's firmware may be damaged. Ask its maker for an update."), aResult)};
+        case LxResultCode::NotSupported:
+            return {Text("There is no way to connect to %1.").arg(aCamera),
+                    WithReason(Text("Choose a GigE Vision or USB3 Vision camera."), aResult)};
+        default:
+            return {Text("%1 could not be connected.").arg(aCamera), WithReason(Text("Try again."), aResult)};
+    }
+}
+
+ConnectAdvice AdviseOnStream(const LxResult &aResult, const QString &aCamera)
+{
+    return {Text("%1 is connected but sends no pictures.").arg(aCamera),
+            WithReason(Text("Check the acquisition settings of the camera."), aResult)};
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QtCore/QString>
+
+#include "LxBase/LxResult.h"
+
+/// Why a camera could not be connected or streamed, in words, and what the user can do about it.
+struct ConnectAdvice
+{
+    QString mHeadline;
+    QString mWhatToDo;
+};
+
+ConnectAdvice AdviseOnConnect(const LxResult &aResult, const QString &aCamera);
+ConnectAdvice AdviseOnStream(const LxResult &aResult, const QString &aCamera);

@@ -1,0 +1,171 @@
+#include "HeadlessTour.h"
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
+#include <QtGui/QPixmap>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QDialog>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QTableWidget>
+#include <QtWidgets/QTreeWidget>
+#include <cstdio>
+
+#include "ViewerWindow.h"
+
+namespace
+{
+
+constexpr int StepTimeout = 20000;
+
+QAbstractButton *FindButton(const QWidget *aWindow, const QString &aText)
+{
+    for (QAbstractButton *button : aWindow->findChildren<QAbstractButton *>()) {
+        if (button->text() == aText) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
+// The first device of the finder's tree, or the one whose line names the address.
+QTreeWidgetItem *FindDevice(const QTreeWidget &aTree, const QString &aAddress)
+{
+    for (int i = 0; i < aTree.topLevelItemCount(); ++i) {
+        QTreeWidgetItem *adapter = aTree.topLevelItem(i);
+        for (int k = 0; k < adapter->childCount(); ++k) {
+            if (aAddress.isEmpty() || adapter->child(k)->text(0).contains(aAddress)) {
+                return adapter->child(k);
+            }
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+HeadlessTour::HeadlessTour(ViewerWindow &aWindow, const QString &aFolder, const QString &aAddress)
+    : mWindow(aWindow), mFolder(aFolder), mAddress(aAddress)
+{
+}
+
+bool HeadlessTour::Run()
+{
+    if (!mFolder.mkpath(QStringLiteral("."))) {
+        std::fprintf(stderr, "cannot make the folder %s\n", qPrintable(mFolder.path()));
+        return false;
+    }
+    const bool done =
+        Shoot(&mWindow, QStringLiteral("viewer-start")) && TourFinder() && TourPicture() && TourRegisters();
+    mWindow.close();
+    return done;
+}
+
+bool HeadlessTour::TourFinder()
+{
+    // the finder is modal: this runs inside its loop
+    bool done = false;
+    QTimer::singleShot(0, &mWindow, [&] {
+        QDialog *dialog = nullptr;
+        QTreeWidget *tree = nullptr;
+        QTreeWidgetItem *device = nullptr;
+        const bool found = WaitUntil(QStringLiteral("a camera in the finder"), [&] {
+            dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            tree = dialog ? dialog->findChild<QTreeWidget *>() : nullptr;
+            device = tree ? FindDevice(*tree, mAddress) : nullptr;
+            return device != nullptr;
+        });
+        if (found) {
+            tree->setCurrentItem(device);
+            QAbstractButton *ok = FindButton(dialog, QStringLiteral("OK"));
+            done = WaitUntil(QStringLiteral("the OK button of the finder"), [&] { return ok && ok->isEnabled(); }) &&
+                   Shoot(dialog, QStringLiteral("finder"));
+            if (done) {
+                ok->click();
+                return;
+            }
+        }
+        if (dialog) {
+            dialog->reject();
+        }
+    });
+    mWindow.FindCamera();
+    return done;
+}
+
+bool HeadlessTour::TourPicture()
+{
+    if (!WaitUntil(QStringLiteral("the connection"), [&] { return !mWindow.Session().IsConnecting(); }) ||
+        !WaitUntil(QStringLiteral("live pictures"), [&] { return mWindow.Session().Statistics().mDelivered > 30; }))
+    {
+        return false;
+    }
+    // the figures in the status bar follow within half a second
+    const bool figures = WaitUntil(QStringLiteral("the frame rate"), [&] {
+        return mWindow.Session().Statistics().mFrameRate > 1.0 &&
+               !mWindow.findChild<QWidget *>(QStringLiteral("frameRateStatus"))
+                    ->property("text")
+                    .toString()
+                    .startsWith(QLatin1String("0.0"));
+    });
+    if (!figures || !Shoot(&mWindow, QStringLiteral("viewer-live"))) {
+        return false;
+    }
+    mWindow.Display().SetTextOverlay("Zoom 1:1");
+    mWindow.Display().Zoom1To1();
+    const uint64_t delivered = mWindow.Session().Statistics().mDelivered;
+    return WaitUntil(QStringLiteral("another picture"),
+                     [&] { return mWindow.Session().Statistics().mDelivered > delivered + 2; }) &&
+           Shoot(&mWindow, QStringLiteral("viewer-zoom"));
+}
+
+bool HeadlessTour::TourRegisters()
+{
+    mWindow.ShowRegisters();
+    QWidget *registers = mWindow.Registers().GetQWidget();
+    QAbstractButton *read = FindButton(registers, QStringLiteral("Read"));
+    if (!WaitUntil(QStringLiteral("the register window"), [&] { return read && registers->isVisible(); })) {
+        return false;
+    }
+    // the first register: the version of GigE Vision
+    read->click();
+    return WaitUntil(QStringLiteral("the value of the register"),
+                     [&] {
+                         for (const QLineEdit *edit : registers->findChildren<QLineEdit *>()) {
+                             if (edit->text() == QLatin1String("OK")) {
+                                 return true;
+                             }
+                         }
+                         return false;
+                     }) &&
+           Shoot(registers, QStringLiteral("registers"));
+}
+
+bool HeadlessTour::WaitUntil(const QString &aWhat, const std::function<bool()> &aCondition)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!aCondition()) {
+        if (clock.elapsed() > StepTimeout) {
+            std::fprintf(stderr, "the tour waited in vain for %s\n", qPrintable(aWhat));
+            return false;
+        }
+        QEventLoop loop;
+        QTimer::singleShot(5, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+    return true;
+}
+
+bool HeadlessTour::Shoot(QWidget *aWidget, const QString &aName)
+{
+    QApplication::processEvents();
+    const QString file = mFolder.filePath(aName + QStringLiteral(".png"));
+    if (!aWidget->grab().save(file)) {
+        std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
+        return false;
+    }
+    std::printf("%s\n", qPrintable(file));
+    return true;
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QtCore/QDir>
+#include <QtCore/QString>
+#include <functional>
+
+class QWidget;
+class ViewerWindow;
+
+/// Drives the viewer the way a person would, on the first camera that the finder offers, and writes a picture of each
+/// window.
+class HeadlessTour
+{
+public:
+    /// With an address the finder chooses the camera of that address; otherwise the first that can be used.
+    HeadlessTour(ViewerWindow &aWindow, const QString &aFolder, const QString &aAddress);
+
+    /// False, with the reason on the error output, when a step did not come about.
+    bool Run();
+
+private:
+    bool TourFinder();
+    bool TourPicture();
+    bool TourRegisters();
+    bool WaitUntil(const QString &aWhat, const std::function<bool()> &aCondition);
+    bool Shoot(QWidget *aWidget, const QString &aName);
+
+    ViewerWindow &mWindow;
+    QDir mFolder;
+    QString mAddress;
+};

@@ -1,0 +1,331 @@
+#include "ViewerWindow.h"
+
+#include <QtCore/QSettings>
+#include <QtGui/QAction>
+#include <QtGui/QCloseEvent>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QColorDialog>
+#include <QtWidgets/QInputDialog>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QMenuBar>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QStackedWidget>
+#include <QtWidgets/QStatusBar>
+#include <QtWidgets/QVBoxLayout>
+
+#include "Banner.h"
+#include "ConnectAdvice.h"
+#include "LxDevice/LxDeviceGEV.h"
+
+ViewerWindow::ViewerWindow()
+    : mSession([this](const LxBuffer &aBuffer) { mDisplay.Display(aBuffer); }),
+      mBanner(new Banner(this)),
+      mPages(new QStackedWidget(this)),
+      mPicture(new QWidget(this)),
+      mWelcome(new QLabel(this)),
+      mCamera(new QLabel(this)),
+      mFrameRate(new QLabel(this)),
+      mBandwidth(new QLabel(this)),
+      mLost(new QLabel(this)),
+      mDropped(new QLabel(this))
+{
+    setObjectName(QStringLiteral("viewer"));
+    resize(1024, 768);
+
+    auto *welcomePage = new QWidget(this);
+    auto *findButton = new QPushButton(tr("&Find Camera..."), welcomePage);
+    findButton->setObjectName(QStringLiteral("findButton"));
+    connect(findButton, &QPushButton::clicked, this, &ViewerWindow::FindCamera);
+    mWelcome->setAlignment(Qt::AlignCenter);
+    auto *welcomeLayout = new QVBoxLayout(welcomePage);
+    welcomeLayout->addStretch();
+    welcomeLayout->addWidget(mWelcome);
+    welcomeLayout->addSpacing(12);
+    welcomeLayout->addWidget(findButton, 0, Qt::AlignCenter);
+    welcomeLayout->addStretch();
+
+    mPages->addWidget(welcomePage);
+    mPages->addWidget(mPicture);
+    auto *central = new QWidget(this);
+    auto *layout = new QVBoxLayout(central);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(mBanner);
+    layout->addWidget(mPages, 1);
+    setCentralWidget(central);
+    mPicture->setObjectName(QStringLiteral("picture"));
+    mDisplay.Create(mPicture);
+
+    MakeActions();
+    MakeStatusBar();
+    connect(&mSession, &CameraSession::Connected, this, &ViewerWindow::OnConnected);
+    connect(&mSession, &CameraSession::Failed, this, &ViewerWindow::OnFailed);
+    connect(&mSession, &CameraSession::LinkLost, this, &ViewerWindow::OnLinkLost);
+    connect(&mSession, &CameraSession::LinkBack, this, &ViewerWindow::OnLinkBack);
+    connect(&mStatisticsTimer, &QTimer::timeout, this, &ViewerWindow::UpdateStatistics);
+    mStatisticsTimer.setInterval(500);
+
+    const QByteArray geometry = QSettings().value(QStringLiteral("geometry")).toByteArray();
+    if (!geometry.isEmpty()) {
+        restoreGeometry(geometry);
+    }
+    UpdateState();
+}
+
+ViewerWindow::~ViewerWindow()
+{
+    mRegisters.Close();
+    mFinder.Close();
+    mSession.Disconnect();
+    mDisplay.Close();
+}
+
+void ViewerWindow::MakeActions()
+{
+    const auto add = [this](QMenu *aMenu, const QString &aText, const QKeySequence &aKeys, const char *aName) {
+        QAction *action = aMenu->addAction(aText);
+        action->setShortcut(aKeys);
+        action->setObjectName(QLatin1String(aName));
+        return action;
+    };
+
+    QMenu *camera = menuBar()->addMenu(tr("&Camera"));
+    connect(add(camera, tr("&Find Camera..."), QKeySequence(tr("Ctrl+F")), "findAction"), &QAction::triggered, this,
+            &ViewerWindow::FindCamera);
+    connect(add(camera, tr("Connect to &Address..."), QKeySequence(tr("Ctrl+L")), "addressAction"), &QAction::triggered,
+            this, &ViewerWindow::ConnectToAddress);
+    mDisconnectAction = add(camera, tr("&Disconnect"), QKeySequence(tr("Ctrl+D")), "disconnectAction");
+    connect(mDisconnectAction, &QAction::triggered, this, &ViewerWindow::Disconnect);
+    camera->addSeparator();
+    mLiveAction = add(camera, tr("&Live"), QKeySequence(Qt::Key_F5), "liveAction");
+    mLiveAction->setCheckable(true);
+    connect(mLiveAction, &QAction::triggered, this, &ViewerWindow::ToggleLive);
+    camera->addSeparator();
+    connect(add(camera, tr("&Quit"), QKeySequence::Quit, "quitAction"), &QAction::triggered, this, &QWidget::close);
+
+    QMenu *view = menuBar()->addMenu(tr("&View"));
+    const auto addZoom = [&](const QString &aText, const QKeySequence &aKeys, const char *aName,
+                             void (LxDisplayWnd::*aZoom)()) {
+        QAction *action = add(view, aText, aKeys, aName);
+        connect(action, &QAction::triggered, this, [this, aZoom] { (mDisplay.*aZoom)(); });
+        mPictureActions << action;
+    };
+    addZoom(tr("Zoom &1:1"), QKeySequence(tr("Ctrl+1")), "zoomOneToOneAction", &LxDisplayWnd::Zoom1To1);
+    addZoom(tr("Zoom &Fit"), QKeySequence(tr("Ctrl+0")), "zoomFitAction", &LxDisplayWnd::ZoomFit);
+    addZoom(tr("Zoom &In"), QKeySequence::ZoomIn, "zoomInAction", &LxDisplayWnd::ZoomIn);
+    addZoom(tr("Zoom &Out"), QKeySequence::ZoomOut, "zoomOutAction", &LxDisplayWnd::ZoomOut);
+    view->addSeparator();
+    mOverlayAction = add(view, tr("Show &Camera Name in the Picture"), QKeySequence(tr("Ctrl+T")), "overlayAction");
+    mOverlayAction->setCheckable(true);
+    connect(mOverlayAction, &QAction::toggled, this,
+            [this](bool aShow) { mDisplay.SetTextOverlay(aShow ? mSession.CameraName().toUtf8().constData() : ""); });
+    connect(add(view, tr("&Background Colour..."), QKeySequence(tr("Ctrl+B")), "backgroundAction"), &QAction::triggered,
+            this, &ViewerWindow::ChooseBackground);
+    view->addSeparator();
+    mRegistersAction = add(view, tr("&Registers..."), QKeySequence(tr("Ctrl+R")), "registersAction");
+    connect(mRegistersAction, &QAction::triggered, this, &ViewerWindow::ShowRegisters);
+
+    QMenu *help = menuBar()->addMenu(tr("&Help"));
+    connect(help->addAction(tr("&About")), &QAction::triggered, this, [this] {
+        QMessageBox::about(this, tr("About the viewer"),
+                           tr("<b>LxGUI viewer %1</b><p>A camera application on the windows of LxGUI.</p>")
+                               .arg(QApplication::applicationVersion()));
+    });
+}
+
+void ViewerWindow::MakeStatusBar()
+{
+    mCamera->setObjectName(QStringLiteral("cameraStatus"));
+    statusBar()->addWidget(mCamera, 1);
+    const std::pair<QLabel *, const char *> figures[] = {{mFrameRate, "frameRateStatus"},
+                                                         {mBandwidth, "bandwidthStatus"},
+                                                         {mLost, "lostStatus"},
+                                                         {mDropped, "droppedStatus"}};
+    for (const auto &[label, name] : figures) {
+        label->setObjectName(QLatin1String(name));
+        statusBar()->addPermanentWidget(label);
+    }
+    mFrameRate->setToolTip(tr("Frames shown per second"));
+    mBandwidth->setToolTip(tr("Picture data received per second"));
+    mLost->setToolTip(tr("Frames that did not arrive or arrived with gaps"));
+    mDropped->setToolTip(tr("Frames that this program was too slow to take"));
+}
+
+QString ViewerWindow::BannerText() const
+{
+    return mBanner->Text();
+}
+
+void ViewerWindow::FindCamera()
+{
+    const LxResult result = mFinder.ShowModal(this);
+    const LxDeviceInfo *selected = result.IsOK() ? mFinder.GetSelected() : nullptr;
+    if (!selected) {
+        emit Settled();
+        return;
+    }
+    Disconnect();
+    mSession.Connect(selected);
+    UpdateState();
+}
+
+void ViewerWindow::ConnectToAddress()
+{
+    bool accepted = false;
+    const QString address =
+        QInputDialog::getText(this, tr("Connect to Address"), tr("IP address of the camera:"), QLineEdit::Normal,
+                              QSettings().value(QStringLiteral("address")).toString(), &accepted)
+            .trimmed();
+    if (accepted && !address.isEmpty()) {
+        QSettings().setValue(QStringLiteral("address"), address);
+        Connect(address);
+    }
+}
+
+void ViewerWindow::Connect(const QString &aAddress)
+{
+    Disconnect();
+    mSession.ConnectAddress(aAddress);
+    UpdateState();
+}
+
+void ViewerWindow::Disconnect()
+{
+    mRegisters.Close();
+    mRegisters.SetDevice(nullptr);
+    mSession.Disconnect();
+    mDisplay.Clear();
+    mLinkLost = false;
+    mBanner->Clear();
+    UpdateState();
+}
+
+void ViewerWindow::OnConnected()
+{
+    mRegisters.SetDevice(dynamic_cast<LxDeviceGEV *>(mSession.Device()));
+    mLiveAction->setChecked(true);
+    ToggleLive(true);
+    emit Settled();
+}
+
+void ViewerWindow::OnFailed(const LxResult &aResult)
+{
+    UpdateState();
+    const ConnectAdvice advice = AdviseOnConnect(aResult, mSession.CameraName());
+    QMessageBox box(QMessageBox::Warning, tr("No connection"), advice.mHeadline, QMessageBox::Close, this);
+    box.setInformativeText(advice.mWhatToDo);
+    QPushButton *find = box.addButton(tr("&Find Camera..."), QMessageBox::AcceptRole);
+    box.setDefaultButton(find);
+    box.exec();
+    emit Settled();
+    if (box.clickedButton() == find) {
+        FindCamera();
+    }
+}
+
+void ViewerWindow::ToggleLive(bool aLive)
+{
+    if (!aLive) {
+        mSession.StopLive();
+        UpdateState();
+        return;
+    }
+    if (mOverlayAction->isChecked()) {
+        mDisplay.SetTextOverlay(mSession.CameraName().toUtf8().constData());
+    }
+    const LxResult result = mSession.StartLive();
+    if (!result.IsOK()) {
+        const ConnectAdvice advice = AdviseOnStream(result, mSession.CameraName());
+        mBanner->Say(advice.mHeadline + QLatin1Char(' ') + advice.mWhatToDo);
+    }
+    UpdateState();
+}
+
+void ViewerWindow::OnLinkLost()
+{
+    mLinkLost = true;
+    mBanner->Say(tr("%1 no longer answers. Check its cable and its power; the picture goes on by itself when it is "
+                    "back.")
+                     .arg(mSession.CameraName()));
+    UpdateState();
+}
+
+void ViewerWindow::OnLinkBack()
+{
+    mLinkLost = false;
+    mBanner->Clear();
+    UpdateState();
+}
+
+void ViewerWindow::ShowRegisters()
+{
+    mRegisters.ShowModeless(this);
+}
+
+void ViewerWindow::ChooseBackground()
+{
+    unsigned char red = 0;
+    unsigned char green = 0;
+    unsigned char blue = 0;
+    mDisplay.GetBackgroundColor(red, green, blue);
+    const QColor color = QColorDialog::getColor(QColor(red, green, blue), this, tr("Background Colour"));
+    if (color.isValid()) {
+        mDisplay.SetBackgroundColor(static_cast<unsigned char>(color.red()), static_cast<unsigned char>(color.green()),
+                                    static_cast<unsigned char>(color.blue()));
+    }
+}
+
+void ViewerWindow::UpdateState()
+{
+    const bool connected = mSession.IsConnected();
+    const bool connecting = mSession.IsConnecting();
+    mDisconnectAction->setEnabled(connected || connecting);
+    mLiveAction->setEnabled(connected);
+    mLiveAction->setChecked(mSession.IsLive());
+    mRegistersAction->setEnabled(connected && dynamic_cast<LxDeviceGEV *>(mSession.Device()));
+    for (QAction *action : mPictureActions) {
+        action->setEnabled(connected);
+    }
+    mPages->setCurrentIndex(connected ? 1 : 0);
+    if (connected) {
+        mPicture->setFocus();
+    }
+    mWelcome->setText(connecting ? tr("Connecting to %1...").arg(mSession.CameraName())
+                                 : tr("No camera is connected."));
+    setWindowTitle(connected ? tr("%1 - LxGUI viewer").arg(mSession.CameraName()) : tr("LxGUI viewer"));
+    if (connecting) {
+        mCamera->setText(tr("Connecting to %1...").arg(mSession.CameraName()));
+    }
+    else if (!connected) {
+        mCamera->setText(tr("Not connected"));
+    }
+    else {
+        mCamera->setText(mLinkLost           ? tr("%1: no answer").arg(mSession.CameraName())
+                         : mSession.IsLive() ? tr("%1: live").arg(mSession.CameraName())
+                                             : tr("%1: connected").arg(mSession.CameraName()));
+    }
+    if (mSession.IsLive()) {
+        mStatisticsTimer.start();
+    }
+    else {
+        mStatisticsTimer.stop();
+    }
+    UpdateStatistics();
+}
+
+void ViewerWindow::UpdateStatistics()
+{
+    const LxStreamStatistics statistics = mSession.Statistics();
+    mFrameRate->setText(tr("%1 fps").arg(statistics.mFrameRate, 0, 'f', 1));
+    mBandwidth->setText(tr("%1 MB/s").arg(statistics.mBandwidth / 1e6, 0, 'f', 1));
+    mLost->setText(tr("%1 lost").arg(statistics.mIncomplete + statistics.mMissed));
+    mDropped->setText(tr("%1 dropped").arg(statistics.mDropped));
+}
+
+void ViewerWindow::closeEvent(QCloseEvent *aEvent)
+{
+    QSettings().setValue(QStringLiteral("geometry"), saveGeometry());
+    Disconnect();
+    QMainWindow::closeEvent(aEvent);
+}

@@ -1,0 +1,57 @@
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QTimer>
+#include <QtWidgets/QApplication>
+
+#include "Backends/Simulation/LxSimulation.h"
+#include "HeadlessTour.h"
+#include "LxGUIVersion.h"
+#include "ViewerWindow.h"
+
+int main(int argc, char **argv)
+{
+    // the tour needs no display; the platform must be chosen before the application exists
+    for (int i = 1; i < argc; ++i) {
+        if (qstrncmp(argv[i], "--headless", 10) == 0 && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        }
+    }
+    QApplication application(argc, argv);
+    QApplication::setOrganizationName(QStringLiteral("LxGUI"));
+    QApplication::setApplicationName(QStringLiteral("lxgui-viewer"));
+    QApplication::setApplicationVersion(QStringLiteral(LXGUI_VERSION_STRING));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Finds a camera and shows its live picture."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addOptions({
+        {QStringLiteral("simulate"), QStringLiteral("Also offer simulated cameras, without any hardware.")},
+        {QStringLiteral("camera"), QStringLiteral("Connect to the camera at <address> instead of opening the finder."),
+         QStringLiteral("address")},
+        {QStringLiteral("headless"),
+         QStringLiteral("Show every window without a display, write a picture of each into <folder>, and end."),
+         QStringLiteral("folder")},
+    });
+    parser.process(application);
+
+    if (parser.isSet(QStringLiteral("simulate"))) {
+        LxSimulation::EnableDefaultHost();
+    }
+
+    ViewerWindow window;
+    window.show();
+    if (parser.isSet(QStringLiteral("headless"))) {
+        HeadlessTour tour(window, parser.value(QStringLiteral("headless")), parser.value(QStringLiteral("camera")));
+        return tour.Run() ? 0 : 1;
+    }
+    const QString address = parser.value(QStringLiteral("camera"));
+    QTimer::singleShot(0, &window, [&] {
+        if (address.isEmpty()) {
+            window.FindCamera();
+        }
+        else {
+            window.Connect(address);
+        }
+    });
+    return QApplication::exec();
+}
