@@ -425,7 +425,7 @@ void DisplayWnd::OnContextMenu(const QContextMenuEvent &aEvent)
 bool DisplayWnd::eventFilter(QObject *aObject, QEvent *aEvent)
 {
     if (!Content() || aObject != Content()) {
-        return Wnd::eventFilter(aObject, aEvent);
+        return QObject::eventFilter(aObject, aEvent);
     }
     switch (aEvent->type()) {
         case QEvent::MouseButtonPress: {

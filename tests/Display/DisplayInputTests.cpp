@@ -1,3 +1,4 @@
+#include <QtCore/QTimer>
 #include <QtGui/QWheelEvent>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>

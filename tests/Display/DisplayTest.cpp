@@ -29,7 +29,7 @@ int CountGreen(const QImage &aImage, const QRect &aArea)
     for (int y = area.top(); y <= area.bottom(); ++y) {
         for (int x = area.left(); x <= area.right(); ++x) {
             const QRgb color = aImage.pixel(x, y);
-            count += qGreen(color) > 180 && qRed(color) < 100 && qBlue(color) < 100;
+            count += qGreen(color) > 180 && qRed(color) < 100 && qBlue(color) < 40;
         }
     }
     return count;

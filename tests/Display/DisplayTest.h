@@ -30,5 +30,5 @@ protected:
 /// The picture that ShowPicture() shows.
 std::unique_ptr<LxBuffer> MakePicture(int aWidth, int aHeight);
 QRgb PictureColor(int aX, int aY);
-/// How many pixels of an area are mostly green.
+/// How many pixels of an area are as green as the overlay, which no pixel of MakePicture() is.
 int CountGreen(const QImage &aImage, const QRect &aArea);
