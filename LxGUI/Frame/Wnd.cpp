@@ -310,12 +310,12 @@ void Wnd::SetWidget(QWidget *aWidget)
     }
     if (mWidget) {
         mWidget->removeEventFilter(this);
-        disconnect(mWidget, &QObject::destroyed, this, &Wnd::End);
+        disconnect(mWidget, &QObject::destroyed, this, &Wnd::OnWidgetDestroyed);
     }
     FreeWidget(std::exchange(mPrivateWidget, nullptr));
     mWidget = aWidget;
-    // Emitted while the children still live: what runs is stopped before they go.
-    connect(mWidget, &QObject::destroyed, this, &Wnd::End);
+    mWidgetIsDialog = aWidget == mDialog;
+    connect(mWidget, &QObject::destroyed, this, &Wnd::OnWidgetDestroyed);
 }
 
 void Wnd::MakeDialog(QWidget *aParent)
@@ -349,6 +349,19 @@ void Wnd::ApplyPosition()
     if (mX >= 1 && mY >= 1) {
         mWidget->move(mX, mY);
     }
+}
+
+void Wnd::OnWidgetDestroyed()
+{
+    // The widget is no longer usable, but its children still live: what runs is stopped before they go.
+    if (mContent == mWidget) {
+        mContent = nullptr;
+    }
+    if (std::exchange(mWidgetIsDialog, false)) {
+        mDialog = nullptr;
+    }
+    mWidget = nullptr;
+    End();
 }
 
 void Wnd::End()

@@ -53,7 +53,7 @@ protected:
     /// The dialog that the show operations made, or null.
     QDialog *Dialog() const { return mDialog; }
     /// Whether the content is shown in the window's own dialog.
-    bool IsDialog() const { return mDialog && mWidget == mDialog; }
+    bool IsDialog() const { return mWidgetIsDialog; }
     bool IsOpen() const { return mOpen; }
     HWND ParentHandle() const { return mParentHandle; }
     const QString &Title() const { return mTitle; }
@@ -78,6 +78,7 @@ private:
     void BuildContent();
     void DeleteContent();
     void ApplyPosition();
+    void OnWidgetDestroyed();
     void End();
 
     QPointer<QWidget> mWidget;
@@ -91,6 +92,7 @@ private:
     bool mOpen = false;
     HWND mParentHandle = nullptr;
 
+    bool mWidgetIsDialog = false;
     QPointer<QWidget> mContent;
     QList<QPointer<QObject>> mParts;   // The direct children of the widget that CreateLayout() made.
     QObjectList mOthers;               // Those that were there before it; only while it runs.
