@@ -10,7 +10,8 @@
 namespace LxDetail
 {
 
-/// How the samples of a format lie in memory; LxPixelFormats.inc says what each means.
+/// How the samples of a format lie in memory; LxPixelFormats.inc says what each means. Unknown: deprecated formats
+/// whose layout is not published.
 enum class PixelPacking : uint8_t
 {
     Unpacked,

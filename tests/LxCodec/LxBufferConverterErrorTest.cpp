@@ -75,6 +75,8 @@ protected:
     LxBufferConverter mConverter{0};
 };
 
+using LxBufferConverterOutput = LxBufferConverterError;
+
 }  // namespace
 
 TEST_F(LxBufferConverterError, WithoutAnInputImage)
@@ -237,7 +239,7 @@ TEST_F(LxBufferConverterError, DoesNotSpoilTheNextConversion)
     EXPECT_EQ(static_cast<uint8_t *>(mOutput.GetDataPointer())[46], 7);
 }
 
-TEST_F(LxBufferConverterError, IsNotAnOutputThatMayBeAdapted)
+TEST_F(LxBufferConverterOutput, IsMadeToFitWhenItMayBeAdapted)
 {
     mInput.mMemory.fill(9);
     const auto expectAdapted = [this](LxBuffer &aOutput) {
@@ -266,7 +268,7 @@ TEST_F(LxBufferConverterError, IsNotAnOutputThatMayBeAdapted)
     expectAdapted(output);
 }
 
-TEST_F(LxBufferConverterError, IsNotAnOutputThatFitsAndKeepsItsMemory)
+TEST_F(LxBufferConverterOutput, ThatFitsKeepsItsMemory)
 {
     std::array<uint8_t, 48> memory = {};
     LxBuffer output(LxPayloadType::Image);
@@ -279,7 +281,7 @@ TEST_F(LxBufferConverterError, IsNotAnOutputThatFitsAndKeepsItsMemory)
     }
 }
 
-TEST_F(LxBufferConverterError, IsNotDataThatAreLongerThanTheGeometry)
+TEST_F(LxBufferConverterOutput, IsMadeFromDataThatAreLongerThanTheGeometry)
 {
     mInput.mDataSize = 64;
     EXPECT_TRUE(mConverter.Convert(&mInput, &mOutput, false, false).IsOK());
