@@ -35,7 +35,8 @@ int main(int argc, char **argv)
     parser.process(application);
 
     if (parser.isSet(QStringLiteral("simulate"))) {
-        LxSimulation::EnableDefaultHost();
+        LxSimulation::AddDefaultHost();
+        LxSimulation::Enable();
     }
 
     ViewerWindow window;

@@ -1,0 +1,233 @@
+#include <gtest/gtest.h>
+
+#include <QtCore/QStandardPaths>
+#include <QtGui/QAction>
+#include <QtTest/QTest>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QTreeWidget>
+
+#include "Backends/Simulation/LxSimulation.h"
+#include "GuiTest.h"
+#include "LxSystem/LxDeviceInfo.h"
+#include "ViewerWindow.h"
+
+namespace
+{
+
+/// A viewer in front of a simulated host with one adapter and one camera.
+class Viewer : public testing::Test
+{
+protected:
+    static constexpr const char *Camera = "02:00:00:00:01:01";
+    static constexpr const char *Address = "192.168.7.20";
+
+    void SetUp() override
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        LxSimulation::Clear();
+        LxSimulation::Enable(true);
+        LxSimulatedNetworkAdapter adapter;
+        adapter.mName = "eth7";
+        adapter.mAddresses = {{"192.168.7.1", "255.255.255.0"}};
+        ASSERT_TRUE(LxSimulation::SetNetworkAdapter(adapter).IsOK());
+        LxSimulatedDevice camera;
+        camera.mUserDefinedName = "Left";
+        camera.mMACAddress = Camera;
+        camera.mIPAddress = Address;
+        camera.mSubnetMask = "255.255.255.0";
+        camera.mInterfaces = {"eth7"};
+        ASSERT_TRUE(LxSimulation::SetDevice(camera).IsOK());
+        mWindow = std::make_unique<ViewerWindow>();
+        mWindow->show();
+    }
+    void TearDown() override
+    {
+        mWindow.reset();
+        LxSimulation::Clear();
+        LxSimulation::Disable();
+    }
+
+    void ConnectLive()
+    {
+        mWindow->Connect(Address);
+        ASSERT_TRUE(WaitForGui([&] { return mWindow->Session().Statistics().mDelivered > 2; }));
+    }
+    QString Status(const char *aName) const { return mWindow->findChild<QLabel *>(aName)->text(); }
+    QAction *Action(const char *aName) const { return mWindow->findChild<QAction *>(aName); }
+
+    /// Waits for the viewer's failure box, closes it and gives its texts.
+    void ExpectFailure(const QString &aAddress, QString &aHeadline, QString &aAdvice)
+    {
+        bool shown = false;
+        OnNextModal([&](QWidget *aWidget) {
+            auto *box = qobject_cast<QMessageBox *>(aWidget);
+            ASSERT_NE(box, nullptr);
+            aHeadline = box->text();
+            aAdvice = box->informativeText();
+            shown = true;
+            box->reject();
+        });
+        mWindow->Connect(aAddress);
+        EXPECT_TRUE(WaitForGui([&] { return shown; }));
+    }
+
+    std::unique_ptr<ViewerWindow> mWindow;
+};
+
+}  // namespace
+
+TEST_F(Viewer, StartsWithoutACameraAndOffersTheFinder)
+{
+    EXPECT_EQ(Status("cameraStatus"), "Not connected");
+    EXPECT_FALSE(Action("liveAction")->isEnabled());
+    EXPECT_FALSE(Action("registersAction")->isEnabled());
+    EXPECT_FALSE(Action("disconnectAction")->isEnabled());
+    EXPECT_TRUE(mWindow->findChild<QPushButton *>("findButton")->isVisible());
+}
+
+TEST_F(Viewer, TheCameraChosenInTheFinderIsShownLive)
+{
+    OnNextModal([&](QWidget *aFinder) {
+        auto *tree = aFinder->findChild<QTreeWidget *>();
+        ASSERT_NE(tree, nullptr);
+        ASSERT_TRUE(
+            WaitForGui([&] { return tree->topLevelItemCount() > 0 && tree->topLevelItem(0)->childCount() > 0; }));
+        tree->setCurrentItem(tree->topLevelItem(0)->child(0));
+        for (QPushButton *button : aFinder->findChildren<QPushButton *>()) {
+            if (button->text() == "OK") {
+                QTest::mouseClick(button, Qt::LeftButton);
+            }
+        }
+    });
+    QTest::mouseClick(mWindow->findChild<QPushButton *>("findButton"), Qt::LeftButton);
+    ASSERT_TRUE(WaitForGui([&] { return mWindow->Session().Statistics().mDelivered > 5; }));
+    EXPECT_TRUE(Status("cameraStatus").endsWith(": live"));
+    EXPECT_TRUE(Status("cameraStatus").startsWith("Left"));
+    EXPECT_TRUE(WaitForGui([&] { return !Status("frameRateStatus").startsWith("0.0"); }));
+    EXPECT_TRUE(WaitForGui([&] { return !Status("bandwidthStatus").startsWith("0.0"); }));
+    EXPECT_EQ(Status("lostStatus"), "0 lost");
+    EXPECT_GT(mWindow->Display().GetInternalBuffer().GetImage()->GetWidth(), 0u);
+}
+
+TEST_F(Viewer, ClosingTheFinderChoosesNothing)
+{
+    OnNextModal([](QWidget *aFinder) { QTest::keyClick(aFinder, Qt::Key_Escape); });
+    mWindow->FindCamera();
+    EXPECT_FALSE(mWindow->Session().IsConnecting());
+    EXPECT_EQ(Status("cameraStatus"), "Not connected");
+}
+
+TEST_F(Viewer, AnUnpluggedCameraIsReportedAndComesBackByItself)
+{
+    ConnectLive();
+    LxSimulation::SetDevicePresent(Camera, false);
+    ASSERT_TRUE(WaitForGui([&] { return !mWindow->BannerText().isEmpty(); }));
+    EXPECT_TRUE(mWindow->BannerText().contains("no longer answers"));
+    EXPECT_TRUE(Status("cameraStatus").endsWith(": no answer"));
+    LxSimulation::SetDevicePresent(Camera, true);
+    ASSERT_TRUE(WaitForGui([&] { return mWindow->BannerText().isEmpty(); }));
+    const uint64_t delivered = mWindow->Session().Statistics().mDelivered;
+    EXPECT_TRUE(WaitForGui([&] { return mWindow->Session().Statistics().mDelivered > delivered + 3; }));
+    EXPECT_TRUE(Status("cameraStatus").endsWith(": live"));
+}
+
+TEST_F(Viewer, LiveCanBeStoppedAndStarted)
+{
+    ConnectLive();
+    Action("liveAction")->trigger();
+    EXPECT_FALSE(mWindow->Session().IsLive());
+    EXPECT_TRUE(Status("cameraStatus").endsWith(": connected"));
+    Action("liveAction")->trigger();
+    EXPECT_TRUE(WaitForGui([&] { return mWindow->Session().Statistics().mDelivered > 2; }));
+}
+
+TEST_F(Viewer, ACameraThatSomebodyElseControlsIsExplained)
+{
+    LxSystem system;
+    const LxDeviceInfo *info = nullptr;
+    ASSERT_TRUE(system.FindDevice(Address, &info).IsOK());
+    std::unique_ptr<LxDevice> other;
+    ASSERT_TRUE(LxSystem::Connect(info, LxDeviceAccess::Control, other).IsOK());
+    QString headline;
+    QString advice;
+    ExpectFailure(Address, headline, advice);
+    EXPECT_TRUE(headline.contains("is controlled by another application.")) << headline.toStdString();
+    EXPECT_TRUE(advice.contains("Close the other application"));
+    EXPECT_FALSE(mWindow->Session().IsConnected());
+}
+
+TEST_F(Viewer, AnAddressWithoutACameraIsExplained)
+{
+    QString headline;
+    QString advice;
+    ExpectFailure("192.168.7.99", headline, advice);
+    EXPECT_EQ(headline, "192.168.7.99 does not answer.");
+    EXPECT_TRUE(advice.contains("cable"));
+    EXPECT_EQ(Status("cameraStatus"), "Not connected");
+}
+
+TEST_F(Viewer, ACameraOnAWrongSubnetIsExplained)
+{
+    LxSimulatedDevice camera;
+    ASSERT_TRUE(LxSimulation::GetDevice(Camera, camera).IsOK());
+    camera.mIPAddress = "10.9.9.9";
+    ASSERT_TRUE(LxSimulation::SetDevice(camera).IsOK());
+    QString headline;
+    QString advice;
+    ExpectFailure("10.9.9.9", headline, advice);
+    EXPECT_TRUE(headline.contains("cannot be reached as it is configured.")) << headline.toStdString();
+    EXPECT_TRUE(advice.contains("subnet"));
+}
+
+TEST_F(Viewer, TheRegisterWindowWorksOnTheConnectedCamera)
+{
+    ConnectLive();
+    ASSERT_TRUE(Action("registersAction")->isEnabled());
+    Action("registersAction")->trigger();
+    QWidget *registers = mWindow->Registers().GetQWidget();
+    ASSERT_TRUE(WaitForGui([&] { return registers->isVisible(); }));
+    for (QPushButton *button : registers->findChildren<QPushButton *>()) {
+        if (button->text() == "Read") {
+            QTest::mouseClick(button, Qt::LeftButton);
+        }
+    }
+    QStringList texts;
+    for (const QLineEdit *edit : registers->findChildren<QLineEdit *>()) {
+        texts << edit->text();
+    }
+    EXPECT_TRUE(texts.contains("OK")) << texts.join("|").toStdString();
+    mWindow->Disconnect();
+    EXPECT_FALSE(registers->isVisible()) << "it has no camera any more";
+}
+
+TEST_F(Viewer, TheCameraNameCanBeShownInThePicture)
+{
+    ConnectLive();
+    Action("overlayAction")->trigger();
+    EXPECT_EQ(mWindow->Display().GetTextOverlay(), LxString(mWindow->Session().CameraName().toUtf8().constData()));
+    Action("overlayAction")->trigger();
+    EXPECT_TRUE(mWindow->Display().GetTextOverlay().IsEmpty());
+}
+
+TEST_F(Viewer, ZoomActionsReachTheDisplay)
+{
+    ConnectLive();
+    Action("zoomOneToOneAction")->trigger();
+    EXPECT_TRUE(WaitForGui([&] { return !mWindow->findChild<QWidget *>("horizontalScrollBar")->isHidden(); }));
+    Action("zoomFitAction")->trigger();
+    EXPECT_TRUE(mWindow->findChild<QWidget *>("horizontalScrollBar")->isHidden());
+}
+
+TEST_F(Viewer, MayBeClosedAtAnyTime)
+{
+    mWindow->Connect(Address);
+    mWindow->close();
+    mWindow.reset();
+    mWindow = std::make_unique<ViewerWindow>();
+    ConnectLive();
+    LxSimulation::SetDevicePresent(Camera, false);
+    mWindow->close();
+}
