@@ -1,6 +1,7 @@
 // Which backends reach real devices.
 
 #include "Backends/GigEVisionBackend.h"
+#include "Backends/UsbBackend.h"
 #include "LxDevice/DeviceBackend.h"
 
 namespace LxDetail
@@ -8,7 +9,8 @@ namespace LxDetail
 
 std::vector<std::shared_ptr<DeviceBackend>> CreateRealDeviceBackends()
 {
-    return {std::make_shared<GigEVisionBackend>()};
+    // USB first: it is done at once, while GigE Vision listens for the whole detection time-out
+    return {std::make_shared<UsbBackend>(), std::make_shared<GigEVisionBackend>()};
 }
 
 }  // namespace LxDetail

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
+#include "Backends/GigEVisionBackend.h"
 #include "GvcpResponder.h"
 
 /// A wire from this network namespace to one made for a camera. Needs root in a private namespace.
@@ -15,7 +17,8 @@ public:
     Wire(const std::string &aName, const std::string &aNear, const std::string &aFar) : mName(aName)
     {
         EXPECT_TRUE(RunCommand("ip netns add " + mName));
-        EXPECT_TRUE(RunCommand("ip link add " + GetNearEnd() + " type veth peer name " + GetFarEnd() + " netns " + mName));
+        EXPECT_TRUE(
+            RunCommand("ip link add " + GetNearEnd() + " type veth peer name " + GetFarEnd() + " netns " + mName));
         if (!aNear.empty()) {
             EXPECT_TRUE(RunCommand("ip address add " + aNear + " dev " + GetNearEnd()));
         }
@@ -46,12 +49,27 @@ private:
     const std::string mName;
 };
 
-/// Tests that own the network: they refuse to run beside other adapters.
+/// Tests that own the network: they refuse to run beside other adapters. Only GigE Vision devices are searched.
 class NetworkTest : public testing::Test
 {
+public:
+    NetworkTest() : mBackend(std::make_shared<LxDetail::GigEVisionBackend>())
+    {
+        LxDetail::DeviceBackends::SetRealDevicesHidden(true);
+        LxDetail::DeviceBackends::Add(mBackend);
+    }
+    ~NetworkTest() override
+    {
+        LxDetail::DeviceBackends::Remove(mBackend);
+        LxDetail::DeviceBackends::SetRealDevicesHidden(false);
+    }
+
 protected:
     void SetUp() override
     {
         ASSERT_TRUE(RunCommand("test \"$(ls /sys/class/net)\" = lo")) << "run me with tests/support/in-netns";
     }
+
+private:
+    const std::shared_ptr<LxDetail::DeviceBackend> mBackend;
 };
