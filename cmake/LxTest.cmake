@@ -8,6 +8,8 @@
 # network namespace of its own. Tests that use threads carry the label "concurrency" too and also run under the thread
 # sanitizer.
 set(LXGUI_TEST_SUPPORT ${CMAKE_SOURCE_DIR}/tests/support)
+# All programs that the tests labelled "concurrency" run: what is built for the thread sanitizer.
+add_custom_target(concurrency_tests)
 
 function(lx_add_test)
   cmake_parse_arguments(T "NETNS;SDK_ONLY" "NAME;PLATFORM;TIMEOUT;MAIN;RESOURCE_LOCK" "LABELS;SOURCES;LIBS;ARGS" ${ARGN})
@@ -57,6 +59,9 @@ function(lx_add_test)
   endif()
   set_tests_properties(${T_NAME} PROPERTIES
     LABELS "${T_LABELS}" TIMEOUT ${T_TIMEOUT} SKIP_RETURN_CODE 77 ENVIRONMENT "${environment}")
+  if("concurrency" IN_LIST T_LABELS)
+    add_dependencies(concurrency_tests ${T_NAME})
+  endif()
   if(T_RESOURCE_LOCK)
     set_tests_properties(${T_NAME} PROPERTIES RESOURCE_LOCK ${T_RESOURCE_LOCK})
   endif()
