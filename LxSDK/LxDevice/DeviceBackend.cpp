@@ -43,6 +43,8 @@ LxResult DeviceBackend::SetKelvraIPConfiguration(const LxString &, const LxStrin
 
 std::vector<std::shared_ptr<DeviceBackend>> DeviceBackends::Get()
 {
+    static std::once_flag environment;
+    std::call_once(environment, EnableBackendsByEnvironment);
     Registry &registry = GetRegistry();
     const std::lock_guard lock(registry.mMutex);
     std::vector<std::shared_ptr<DeviceBackend>> backends = registry.mAdded;

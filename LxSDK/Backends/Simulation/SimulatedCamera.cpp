@@ -76,4 +76,17 @@ void SimulatedCamera::AbortAcquisition()
     mData->AbortAcquisition();
 }
 
+void SimulatedCamera::Restart()
+{
+    mData->AbortAcquisition();
+    std::lock_guard lock(mData->mMutex);
+    mData->Restart();
+}
+
+uint64_t SimulatedCamera::GetTimestamp() const
+{
+    std::lock_guard lock(mData->mMutex);
+    return mData->GetTimestamp(Data::Clock::now());
+}
+
 }  // namespace LxDetail

@@ -28,6 +28,7 @@ struct SimulatedCameraIdentity
     uint32_t mIPAddress = 0x7F000001;
     uint32_t mSubnetMask = 0xFF000000;
     uint32_t mDefaultGateway = 0;
+    bool mUSB3Vision = false;  ///< Leaves the GigE Vision features out of the XML.
 };
 
 /// The register memory of a GigE Vision camera (bootstrap registers at 0x0000 to 0x9FFF, its own registers from 0xA000
@@ -57,7 +58,8 @@ public:
     double GetFrameRate() const;
 
     bool IsAcquiring() const;
-    /// Called on the thread that writes AcquisitionStart or AcquisitionStop, without any lock.
+    /// Called on the thread that writes AcquisitionStart or AcquisitionStop, without any lock. Not called when the
+    /// acquisition ends because it has taken all its frames.
     void SetAcquisitionListener(std::function<void(bool aAcquiring)> aListener);
     /// Waits until the next frame is due by frame rate or software trigger and acquisition mode. False when the
     /// acquisition ended or aStop became true.
@@ -66,6 +68,10 @@ public:
     void DrawFrame(uint64_t aNumber, uint8_t *aData, uint64_t aSize) const;
     /// Stops an acquisition from outside: the link was lost or control was given up.
     void AbortAcquisition();
+    /// As after switching it off and on: no acquisition, the settings of the default user set, the clock at 0.
+    void Restart();
+    /// The camera's clock, in nanoseconds.
+    uint64_t GetTimestamp() const;
 
     class Data;
 

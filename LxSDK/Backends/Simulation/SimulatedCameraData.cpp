@@ -64,11 +64,14 @@ LxResult Refuse(const RegisterSpec &aSpec, const char *aReason)
 
 SimulatedCamera::Data::Data(const SimulatedCameraIdentity &aIdentity) : mIdentity(aIdentity), mShadow(GetLastAddress())
 {
-    mXML = MakeSimulatedXML(
-        aIdentity.mVendor, aIdentity.mModel,
-        {"DeviceControl", "ImageFormatControl", "AcquisitionControl", "AnalogControl", "LUTControl", "DigitalIOControl",
-         "CounterAndTimerControl", "UserSetControl", "TransportLayerControl", "SimulationControl"},
-        GetSimulatedRegisterNodes());
+    std::vector<std::string> categories = {"DeviceControl",          "ImageFormatControl", "AcquisitionControl",
+                                           "AnalogControl",          "LUTControl",         "DigitalIOControl",
+                                           "CounterAndTimerControl", "UserSetControl",     "TransportLayerControl",
+                                           "SimulationControl"};
+    if (!aIdentity.mUSB3Vision) {
+        categories.push_back("TransportLayerControl\\GigEVision");
+    }
+    mXML = MakeSimulatedXML(aIdentity.mVendor, aIdentity.mModel, categories, GetSimulatedRegisterNodes());
     ReadPixelFormats();
     MapRegisters();
     WriteIdentity();
@@ -118,6 +121,7 @@ void SimulatedCamera::Data::WriteIdentity()
     mPort->Poke32(R::GevCurrentIPAddress, mIdentity.mIPAddress);
     mPort->Poke32(R::GevCurrentSubnetMask, mIdentity.mSubnetMask);
     mPort->Poke32(R::GevCurrentDefaultGateway, mIdentity.mDefaultGateway);
+    Set(R::DeviceTLType, mIdentity.mUSB3Vision ? 2 : 0);
     mPort->PokeString(R::DeviceVendorName, 32, mIdentity.mVendor);
     mPort->PokeString(R::DeviceModelName, 32, mIdentity.mModel);
     mPort->PokeString(R::DeviceVersion, 32, mIdentity.mVersion);
@@ -432,8 +436,7 @@ void SimulatedCamera::Data::Complete(uint64_t aAddress)
     const bool once = Get(aAddress) == 1;
     switch (aAddress) {
         case R::DeviceReset:
-            LoadSettings(mUserSets[std::min<size_t>(Get(R::UserSetDefault), UserSetCount - 1)]);
-            mClockZero = Clock::now();
+            Restart();
             Set(aAddress, 0);
             break;
         case R::UserSetLoad:
@@ -530,6 +533,9 @@ void SimulatedCamera::Data::Refresh(const RegisterSpec &aSpec, Clock::time_point
                 Set(R::CounterStatus + 4 * i, Get(R::CounterEventSource + 4 * i) == 0 ? 0 : complete ? 2 : 1);
             }
             break;
+        case R::GevSCPS:
+            Set(R::GevSCPS, Get(R::GevSCPS) & 0x7FFFFFFF);  // the bit that fires a test packet clears itself
+            break;
         case R::SimUptime:
             Set64(R::SimUptime, static_cast<uint64_t>(seconds));
             break;
@@ -557,6 +563,12 @@ uint64_t SimulatedCamera::Data::GetTimestamp(Clock::time_point aNow) const
 {
     return static_cast<uint64_t>(
         std::max<int64_t>(0, std::chrono::duration_cast<std::chrono::nanoseconds>(aNow - mClockZero).count()));
+}
+
+void SimulatedCamera::Data::Restart()
+{
+    LoadSettings(mUserSets[std::min<size_t>(Get(R::UserSetDefault), UserSetCount - 1)]);
+    mClockZero = Clock::now();
 }
 
 std::vector<uint8_t> SimulatedCamera::Data::SaveSettings() const

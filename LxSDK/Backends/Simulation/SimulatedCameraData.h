@@ -28,6 +28,8 @@ public:
     bool WaitForFrame(const std::atomic<bool> &aStop);
     void DrawFrame(uint64_t aNumber, uint8_t *aData, uint64_t aSize);
     void AbortAcquisition();
+    void Restart();
+    uint64_t GetTimestamp(Clock::time_point aNow) const;
 
     uint32_t Get(uint64_t aAddress) const { return mPort->Peek32(aAddress); }
     double GetFloat(uint64_t aAddress) const;
@@ -69,7 +71,6 @@ private:
     void StartAcquisition();
     void StopAcquisition();
     void CountFrame(uint32_t aSource);
-    uint64_t GetTimestamp(Clock::time_point aNow) const;
     uint32_t GetLineLevels() const;
     std::vector<uint8_t> SaveSettings() const;
     void LoadSettings(const std::vector<uint8_t> &aSettings);

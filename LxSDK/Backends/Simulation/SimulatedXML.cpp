@@ -35,20 +35,28 @@ std::string MakeSimulatedXML(const std::string &aVendor, const std::string &aMod
                       " VersionGuid=\"b5a7c9d4-8e1f-4f25-8d5e-3f6a7b8c9d02\""
                       " xmlns=\"http://www.genicam.org/GenApi/Version_1_1\">\n\n"
                       "<Category Name=\"Root\" NameSpace=\"Standard\">\n";
-    for (const std::string &category : aCategories) {
-        xml += "  <pFeature>" + category + "</pFeature>\n";
-    }
-    xml +=
-        "</Category>\n\n<Port Name=\"Device\" NameSpace=\"Standard\">\n"
-        "  <ToolTip>The registers of the device.</ToolTip>\n</Port>\n\n";
-    for (const std::string &category : aCategories) {
+    std::string text;
+    for (const std::string &path : aCategories) {
+        const size_t separator = path.find('\\');
+        const std::string category = separator == std::string::npos ? path : path.substr(separator + 1);
+        const std::string reference = "  <pFeature>" + category + "</pFeature>\n";
+        if (separator == std::string::npos) {
+            xml += reference;
+        }
+        else {
+            const size_t outer = text.find("<Category Name=\"" + path.substr(0, separator) + '"');
+            text.insert(text.find("</Category>", outer), reference);
+        }
         for (const SimulatedXMLModule &module : GetSimulatedXMLModules()) {
             if (module.mCategory == category) {
-                xml += module.mText + "\n";
+                text += module.mText + "\n";
             }
         }
     }
-    return xml + "<Group Comment=\"Registers\">\n" + aNodes + "</Group>\n</RegisterDescription>\n";
+    return xml +
+           "</Category>\n\n<Port Name=\"Device\" NameSpace=\"Standard\">\n"
+           "  <ToolTip>The registers of the device.</ToolTip>\n</Port>\n\n" +
+           text + "<Group Comment=\"Registers\">\n" + aNodes + "</Group>\n</RegisterDescription>\n";
 }
 
 }  // namespace LxDetail

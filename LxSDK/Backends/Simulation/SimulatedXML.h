@@ -18,7 +18,8 @@ struct SimulatedXMLModule
 /// All modules, by name.
 const std::vector<SimulatedXMLModule> &GetSimulatedXMLModules();
 
-/// An XML for a device with these categories, in this order, and these further nodes (its registers).
+/// An XML for a device with these categories, in this order, and these further nodes (its registers). "Outer\\Inner"
+/// puts a category into one that stands before it.
 std::string MakeSimulatedXML(const std::string &aVendor, const std::string &aModel,
                              const std::vector<std::string> &aCategories, const std::string &aNodes);
 

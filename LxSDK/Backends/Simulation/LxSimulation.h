@@ -1,0 +1,207 @@
+#pragma once
+
+#include <cstdint>
+#include <thread>
+#include <vector>
+
+#include "LxBase/LxResult.h"
+#include "LxBase/LxString.h"
+
+/// An IPv4 address of a simulated network adapter, dotted decimal.
+struct LxSimulatedAddress
+{
+    LxString mIPAddress = "0.0.0.0";
+    LxString mSubnetMask = "0.0.0.0";
+};
+
+/// A network adapter of the simulated host.
+struct LxSimulatedNetworkAdapter
+{
+    LxString mName;         ///< Unique among the interfaces; also LxInterface::GetUniqueID().
+    LxString mDisplayID;    ///< Empty: made from name and addresses.
+    LxString mDescription;  ///< Empty: "Simulated network adapter".
+    LxString mMACAddress = "02:00:00:00:00:01";
+    std::vector<LxSimulatedAddress> mAddresses;
+    LxString mDefaultGateway = "0.0.0.0";
+    bool mKelvraDriverInstalled = true;
+};
+
+/// A USB host controller of the simulated host. Any numbers are allowed.
+struct LxSimulatedUSBHostController
+{
+    LxString mName;       ///< Unique among the interfaces; also LxInterface::GetUniqueID().
+    LxString mDisplayID;  ///< Empty: "Simulated USB host controller".
+    uint32_t mVendorID = 0x8086;
+    uint32_t mDeviceID = 0xA12F;
+    uint32_t mSubsystemID = 0x06B91028;
+    uint32_t mRevision = 49;
+    uint32_t mSpeed = 4;  ///< One of LxUSBSpeed, or any number.
+};
+
+/// An answer that follows from the other values unless it is forced.
+enum class LxSimulatedAnswer : int
+{
+    Automatic = -1,
+    No = 0,
+    Yes = 1,
+};
+
+/// A simulated device of any kind. The values that its kind does not have are not looked at.
+struct LxSimulatedDevice
+{
+    int mType = 0;                      ///< One of LxDeviceInfoType, or any number.
+    LxString mUniqueID;                 ///< Empty: the MAC address of a network device, the GUID of a USB one.
+    std::vector<LxString> mInterfaces;  ///< The names of the interfaces at which it is found; empty: nowhere.
+
+    LxString mDisplayID;  ///< Empty: made from vendor, model, name and address.
+    LxString mVendorName = "LxGUI";
+    LxString mModelName = "Simulated Camera";
+    LxString mVersion = "1.0.0";
+    LxString mManufacturerInfo = "simulated by LxSDK";
+    LxString mSerialNumber = "SIM0001";
+    LxString mUserDefinedName;
+    bool mLicenseValid = true;
+    LxString mLicenseMessage = "Valid";
+    /// Automatic: a network device is on a subnet of the interface, a USB3 Vision device has SuperSpeed, a USB device
+    /// has status 0. Connecting to a device whose configuration is not valid fails with Unavailable.
+    LxSimulatedAnswer mConfigurationValid = LxSimulatedAnswer::Automatic;
+
+    // Network devices.
+    LxString mMACAddress = "02:00:00:00:01:01";
+    LxString mIPAddress = "0.0.0.0";
+    LxString mSubnetMask = "0.0.0.0";
+    LxString mDefaultGateway = "0.0.0.0";
+
+    // GigE Vision devices.
+    uint32_t mIPConfigOptions = 7;  ///< Bits: 1 persistent IP, 2 DHCP, 4 LLA.
+    uint32_t mIPConfigCurrent = 6;
+    uint32_t mGEVMajor = 2;
+    uint32_t mGEVMinor = 0;
+    int mClass = 1;        ///< As LxDeviceInfoGEV::GetClass(), or any number.
+    int mAccessType = -1;  ///< -1: by the connections to it; else one of LxAccessType: what another application has.
+
+    // Kelvra protocol devices.
+    uint32_t mDeviceID = 1;
+    uint32_t mModuleID = 2;
+    uint32_t mSubID = 3;
+    uint32_t mVendorID = 4;
+    uint32_t mSoftwareMajor = 1;
+    uint32_t mSoftwareMinor = 0;
+
+    // USB3 Vision devices.
+    bool mKelvraDriverInstalled = true;
+    bool mInitializedCapabilities = true;
+    LxString mPowerMessage = "Power is sufficient";
+    bool mLowSpeedSupported = false;
+    bool mFullSpeedSupported = false;
+    bool mHighSpeedSupported = true;
+    bool mSuperSpeedSupported = true;
+    LxSimulatedAnswer mCurrentSpeedSupported = LxSimulatedAnswer::Automatic;
+    uint32_t mSpeed = 4;     ///< One of LxUSBSpeed, or any number.
+    LxString mSpeedMessage;  ///< Empty: made from the speed.
+    LxString mDeviceGUID = "0000C0FFEE01";
+    LxString mFamilyName = "Simulation";
+    LxString mU3VSerialNumber = "SIM0001";
+    uint32_t mGenCPMajor = 1;
+    uint32_t mGenCPMinor = 3;
+    uint32_t mU3VMajor = 1;
+    uint32_t mU3VMinor = 2;
+    uint32_t mMaxPower = 900;  ///< In milliamperes.
+
+    // USB devices.
+    int mStatus = 0;  ///< As LxDeviceInfoUSB::GetStatus(), or any number.
+};
+
+/// A call that the simulation has seen.
+struct LxSimulatedCall
+{
+    LxString mName;       ///< For example "Connect", "ReadRegister".
+    LxString mArguments;  ///< The device first, separated by ", "; numbers in hexadecimal.
+    std::thread::id mThread;
+    uint64_t mTime = 0;  ///< Nanoseconds of the monotonic clock.
+};
+
+/// What of the simulation lives at the moment.
+struct LxSimulationCounters
+{
+    uint32_t mScanners = 0;     ///< One for each LxSystem.
+    uint32_t mDeviceInfos = 0;  ///< Device informations that scanners have handed out.
+    uint32_t mDevices = 0;      ///< Connected or disconnected LxDevice objects.
+    uint32_t mReceivers = 0;    ///< Opened streams.
+};
+
+/// Tests a camera application without a camera: devices that exist in memory only, found, connected and streamed like
+/// real ones, and every fault that a real one may show.
+///
+/// Off unless Enable() was called or the environment variable LXSDK_SIMULATION is set when the SDK is first used: to
+/// "1" for a plausible host beside the real devices, to "only" for that host instead of them. Network cameras and USB3
+/// Vision cameras can be connected and streamed; they have some 150 GenICam features (SFNC names).
+///
+/// All functions may be called from any thread at any time. Devices are named by their unique ID; NotFound for a name
+/// that no device has. A change of a device or an interface is seen by the next search.
+class LX_API LxSimulation
+{
+public:
+    LxSimulation() = delete;
+
+    /// Lets every LxSystem find what has been added here. Calling it again only changes the argument.
+    /// @param aHideRealDevices whether real devices and interfaces are left out.
+    static void Enable(bool aHideRealDevices = false);
+    /// Hides the simulated host. What has been added stays; connected devices stay connected.
+    static void Disable();
+    static bool IsEnabled();
+
+    /// Removes all interfaces and devices (which vanish where they are connected) and sets every setting back.
+    static void Clear();
+    /// Adds a plausible host: two network adapters, a USB controller, three GigE Vision cameras, one of them on a wrong
+    /// subnet, and a USB3 Vision camera.
+    static void AddDefaultHost();
+
+    /// Adds an interface, or replaces the values of the one with this name. InvalidArgument: the name is empty, used by
+    /// an interface of the other kind, or an address is none.
+    static LxResult SetNetworkAdapter(const LxSimulatedNetworkAdapter &aAdapter);
+    static LxResult SetUSBHostController(const LxSimulatedUSBHostController &aController);
+    /// Removes an interface; devices that are nowhere else vanish.
+    static LxResult RemoveInterface(const LxString &aName);
+    /// Adds a device, or replaces the values of the one with this unique ID. InvalidArgument: there is no unique ID to
+    /// be had, or an address is none.
+    static LxResult SetDevice(const LxSimulatedDevice &aDevice);
+    static LxResult GetDevice(const LxString &aDevice, LxSimulatedDevice &aValues);
+    static LxResult RemoveDevice(const LxString &aDevice);
+
+    /// Unplugs a device, or plugs it in again. Where it is connected, the link is lost and comes back; it has restarted
+    /// then, so that its settings are the default ones.
+    static LxResult SetDevicePresent(const LxString &aDevice, bool aPresent);
+    /// The device stops answering without a word: accesses fail with Timeout after this time (milliseconds), frames do
+    /// not come, after a second and a half the link is lost.
+    static LxResult FreezeDevice(const LxString &aDevice, uint32_t aTimeout = 500);
+    static LxResult ThawDevice(const LxString &aDevice);
+
+    /// Register accesses that overlap the range fail with the result, those of features too.
+    static LxResult FailRange(const LxString &aDevice, uint64_t aAddress, uint64_t aLength, const LxResult &aResult);
+    /// The n-th register access from now on (1 is the next) fails, once.
+    static LxResult FailCall(const LxString &aDevice, uint32_t aNumber, const LxResult &aResult);
+    static LxResult FailAll(const LxString &aDevice, const LxResult &aResult);
+    static LxResult ClearFailures(const LxString &aDevice);
+    /// Every register access takes this much longer, in microseconds.
+    static LxResult SetAccessDelay(const LxString &aDevice, uint32_t aDelay);
+    /// Some frames from now on never arrive, or arrive without some of their packets.
+    static LxResult SkipFrames(const LxString &aDevice, uint32_t aCount);
+    static LxResult DamageFrames(const LxString &aDevice, uint32_t aCount);
+
+    /// How long devices take to answer a search, in milliseconds; one that answers after the time-out is not found. An
+    /// empty name stands for all devices that have no delay of their own. 0 by default.
+    static LxResult SetFindDelay(const LxString &aDevice, uint32_t aDelay);
+
+    /// The next call of this operation returns the result and does nothing: "Connect", "FindDevice", "GetAccessType",
+    /// "SetGEVIPConfiguration", "SetKelvraIPConfiguration", "StreamStart". Results for one operation queue up.
+    static void QueueResult(const LxString &aOperation, const LxResult &aResult);
+
+    /// Keeps the calls from now on, at most the last 10000. Off by default. Recorded are the operations above and
+    /// "Find", "Disconnect", "ReadRegister", "WriteRegister", "ReadMemory", "WriteMemory", "StreamStop".
+    static void SetRecording(bool aEnabled);
+    /// The recorded calls of a name, in order; all for an empty name.
+    static std::vector<LxSimulatedCall> GetCalls(const LxString &aName = LxString());
+    static void ClearCalls();
+    static LxSimulationCounters GetCounters();
+};
