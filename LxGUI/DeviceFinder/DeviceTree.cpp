@@ -1,0 +1,6 @@
+#include "LxGUI/DeviceFinder/DeviceTree.h"
+
+DeviceTree::~DeviceTree()
+{
+    emit AboutToBeDestroyed(this);
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QtGui/QIcon>
+#include <QtGui/QPixmap>
+#include <vector>
+
+/// The icons of the device finder, cut from one bitmap. Pure white is transparent.
+class IconStrip
+{
+public:
+    /// Loads the bitmap; needs a QApplication.
+    void Load();
+    /// The icon of a tile; empty for a tile that is not there.
+    QIcon GetIcon(int aTile) const;
+
+private:
+    std::vector<QIcon> mIcons;
+};

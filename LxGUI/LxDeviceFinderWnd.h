@@ -1,0 +1,39 @@
+#pragma once
+
+#include "LxGUI/LxWnd.h"
+
+class LxDeviceInfo;
+
+/// Shows the devices at the network adapters and USB host controllers of this computer and lets the user choose one.
+///
+/// Devices are searched without end while the window is open; one that has not answered for two seconds disappears.
+/// ShowModal() returns OK when a device was chosen; GetSelected() then says which.
+///
+/// A kind of devices that is visible is listed; one that is enabled besides can be chosen. What is set takes effect
+/// when the window opens the next time; in an open window it applies to devices that are found later. By default GigE
+/// Vision and USB3 Vision are enabled and visible, the Kelvra protocol is visible only.
+class LXGUI_API LxDeviceFinderWnd : public LxWnd
+{
+public:
+    LxDeviceFinderWnd();
+    ~LxDeviceFinderWnd() override;
+
+    /// Whether a device is listed. The default takes every device.
+    ///
+    /// Called on the search thread, and on the GUI thread while a device is searched by its address; an override must
+    /// be thread-safe, must return soon and must not wait for the GUI thread. An application that overrides it calls
+    /// Close() before it destroys the window.
+    /// @param aInfo never null.
+    virtual bool OnFound(const LxDeviceInfo *aInfo);
+
+    /// The chosen device, or null when none was chosen since the window was opened last. Owned by the window and valid
+    /// until it is opened again or destroyed.
+    const LxDeviceInfo *GetSelected() const;
+
+    void SetGEVEnabled(bool aEnabled, bool aVisible);
+    void GetGEVEnabled(bool &aEnabled, bool &aVisible) const;
+    void SetU3VEnabled(bool aEnabled, bool aVisible);
+    void GetU3VEnabled(bool &aEnabled, bool &aVisible) const;
+    void SetKelvraProtocolEnabled(bool aEnabled, bool aVisible);
+    void GetKelvraProtocolEnabled(bool &aEnabled, bool &aVisible) const;
+};
