@@ -16,7 +16,6 @@ public:
     /// Errors: NotWritable, NotFound (no such entry), NotAvailable (the entry cannot be chosen now), the device's.
     virtual LxResult SetValue(int64_t aValue) = 0;
     virtual LxResult SetValue(const LxString &aName) = 0;
-    LxResult SetValue(const char *aName) { return SetValue(LxString(aName)); }
 
     /// All entries of the XML, in its order, whatever their availability and visibility.
     virtual LxResult GetEntriesCount(int64_t &aCount) const = 0;

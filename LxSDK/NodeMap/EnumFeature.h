@@ -43,8 +43,6 @@ class EnumFeature : public FeatureOf<LxGenEnum, LxGenTypeEnum>
 public:
     EnumFeature(NodeEngine &aEngine, NodeIndex aNode, std::string aCategory, std::shared_ptr<SinkDomain> aDomain);
 
-    using LxGenEnum::SetValue;
-
     LxResult GetValue(int64_t &aValue) const override;
     LxResult GetValue(LxString &aName) const override;
     LxResult SetValue(int64_t aValue) override;

@@ -27,19 +27,41 @@ LxResult Broken(const std::string &aReason)
     return LxResult(LxResultCode::GenICamError, "The camera's XML description is broken: " + aReason);
 }
 
+// What other nodes can take from a node.
+enum class Gives
+{
+    Nothing,
+    Number,
+    Flag,  // a number, but not for formulas
+    Text,
+};
+
 struct Tag
 {
     const char *mName;
     NodeKind mKind;
+    Gives mGives;
 };
 
 constexpr Tag kTags[] = {
-    {"Category", NodeKind::Category},    {"Integer", NodeKind::Value},          {"Float", NodeKind::Value},
-    {"Boolean", NodeKind::Value},        {"Enumeration", NodeKind::Value},      {"String", NodeKind::Value},
-    {"Command", NodeKind::Command},      {"IntReg", NodeKind::Register},        {"MaskedIntReg", NodeKind::Register},
-    {"FloatReg", NodeKind::Register},    {"StringReg", NodeKind::Register},     {"Register", NodeKind::Register},
-    {"StructEntry", NodeKind::Register}, {"SwissKnife", NodeKind::SwissKnife},  {"IntSwissKnife", NodeKind::SwissKnife},
-    {"Converter", NodeKind::Converter},  {"IntConverter", NodeKind::Converter}, {"Port", NodeKind::Port},
+    {"Category", NodeKind::Category, Gives::Nothing},
+    {"Integer", NodeKind::Value, Gives::Number},
+    {"Float", NodeKind::Value, Gives::Number},
+    {"Boolean", NodeKind::Value, Gives::Flag},
+    {"Enumeration", NodeKind::Value, Gives::Number},
+    {"String", NodeKind::Value, Gives::Text},
+    {"Command", NodeKind::Command, Gives::Nothing},
+    {"IntReg", NodeKind::Register, Gives::Number},
+    {"MaskedIntReg", NodeKind::Register, Gives::Number},
+    {"FloatReg", NodeKind::Register, Gives::Number},
+    {"StringReg", NodeKind::Register, Gives::Text},
+    {"Register", NodeKind::Register, Gives::Nothing},
+    {"StructEntry", NodeKind::Register, Gives::Number},
+    {"SwissKnife", NodeKind::SwissKnife, Gives::Number},
+    {"IntSwissKnife", NodeKind::SwissKnife, Gives::Number},
+    {"Converter", NodeKind::Converter, Gives::Number},
+    {"IntConverter", NodeKind::Converter, Gives::Number},
+    {"Port", NodeKind::Port, Gives::Nothing},
 };
 
 const Tag *FindTag(std::string_view aName)
@@ -251,6 +273,7 @@ private:
             // of two nodes of one name the last counts
             mXML.mIndexes[name] = static_cast<NodeIndex>(mElements.size());
             mElements.push_back(element);
+            mGives.push_back(known->mGives);
             mXML.mNodes.push_back(std::move(node));
         }
     }
@@ -271,15 +294,26 @@ private:
         }
     }
 
-    // Adds a reference to a list and notes the dependency; one that names nothing is a problem.
+    // Adds a reference to a list and notes the dependency; one that names nothing, or a node that cannot give what is
+    // needed, is a problem.
     void AddReference(NodeIndex aNode, const pugi::xml_node &aElement, std::vector<NodeIndex> &aList,
                       std::string &aProblem)
     {
         const NodeIndex target = FindReference(Text(aElement), aElement.name(), aProblem);
-        if (target != kNoNode) {
-            aList.push_back(target);
-            AddDependency(aNode, target);
+        if (target == kNoNode) {
+            return;
         }
+        const bool isFormula = std::strcmp(aElement.name(), "pVariable") == 0;
+        const bool isText = std::strcmp(aElement.name(), "pValue") == 0 && mGives[aNode] == Gives::Text;
+        const Gives gives = mGives[target];
+        const bool fits =
+            isText ? gives == Gives::Text : gives == Gives::Number || (gives == Gives::Flag && !isFormula);
+        if (!fits && aProblem.empty()) {
+            aProblem = std::string(aElement.name()) + " names \"" + Text(aElement) + "\", which is no " +
+                       (isText ? "text" : "number");
+        }
+        aList.push_back(target);
+        AddDependency(aNode, target);
     }
 
     void ReadAccess(NodeIndex aNode, const pugi::xml_node &aElement, NodeAccess &aAccess)
@@ -343,6 +377,19 @@ private:
         if (std::strcmp(element.name(), "StructEntry") == 0) {
             ReadReferences(aIndex, element.parent());
         }
+        const bool isEntry = std::strcmp(element.name(), "StructEntry") == 0;
+        if (node.mValueProblem.empty() && node.mKind == NodeKind::Register && !NamesPort(element) &&
+            !(isEntry && NamesPort(element.parent())))
+        {
+            node.mValueProblem = "it names no port";
+        }
+        const bool needsTarget = node.mKind == NodeKind::Converter;
+        const bool needsValue = node.mKind == NodeKind::Value || node.mKind == NodeKind::Command;
+        if (node.mValueProblem.empty() && node.mTargets.empty() &&
+            (needsTarget || (needsValue && !element.child("Value") && !element.child("ValueDefault"))))
+        {
+            node.mValueProblem = "it has no value";
+        }
         for (const pugi::xml_node &child : element.children("EnumEntry")) {
             EnumEntryDescription entry;
             entry.mTexts = ParseTexts(child);
@@ -355,6 +402,12 @@ private:
         if (node.mKind == NodeKind::Command && node.mCommandValueNode == kNoNode) {
             ParseInteger(ChildText(element, "CommandValue"), node.mCommandValue);
         }
+    }
+
+    bool NamesPort(const pugi::xml_node &aElement) const
+    {
+        const NodeIndex port = mXML.Find(ChildText(aElement, "pPort"));
+        return port != kNoNode && mXML.mNodes[port].mKind == NodeKind::Port;
     }
 
     NodeIndex AddTarget(NodeDescription &aNode, const pugi::xml_node &aElement)
@@ -518,7 +571,8 @@ private:
 
     GenApiXML &mXML;
     pugi::xml_document mDocument;
-    std::vector<pugi::xml_node> mElements;
+    std::vector<pugi::xml_node> mElements;  // of the nodes
+    std::vector<Gives> mGives;              // by the nodes
 };
 
 LxResult GenApiXML::Parse(const std::string &aXML)
