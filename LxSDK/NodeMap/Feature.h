@@ -119,10 +119,10 @@ public:
         return Give(aNameSpace, mCore.Texts().mNameSpace);
     }
 
-    LxResult IsImplemented(bool &aImplemented) const override { return Ask(aImplemented, &NodeEngine::IsImplemented); }
-    LxResult IsAvailable(bool &aAvailable) const override { return Ask(aAvailable, &NodeEngine::IsAvailable); }
-    LxResult IsReadable(bool &aReadable) const override { return Ask(aReadable, &NodeEngine::IsReadable); }
-    LxResult IsWritable(bool &aWritable) const override { return Ask(aWritable, &NodeEngine::IsWritable); }
+    LxResult IsImplemented(bool &aImplemented) const override { return Ask<&NodeEngine::IsImplemented>(aImplemented); }
+    LxResult IsAvailable(bool &aAvailable) const override { return Ask<&NodeEngine::IsAvailable>(aAvailable); }
+    LxResult IsReadable(bool &aReadable) const override { return Ask<&NodeEngine::IsReadable>(aReadable); }
+    LxResult IsWritable(bool &aWritable) const override { return Ask<&NodeEngine::IsWritable>(aWritable); }
 
     LxResult GetSelectedParameters(LxGenParameterList &aList) const override
     {
@@ -155,10 +155,11 @@ protected:
         aTo = aFrom;
         return LxResult();
     }
-    LxResult Ask(bool &aAnswer, LxResult (NodeEngine::*aQuestion)(const NodeAccess &, bool &)) const
+    template <LxResult (NodeEngine::*Question)(const NodeAccess &, bool &)>
+    LxResult Ask(bool &aAnswer) const
     {
         aAnswer = false;
-        return mCore.mEngine.Run([&] { return (mCore.mEngine.*aQuestion)(mCore.Access(), aAnswer); });
+        return mCore.mEngine.Run([&] { return (mCore.mEngine.*Question)(mCore.Access(), aAnswer); });
     }
     int Representation() const
     {
