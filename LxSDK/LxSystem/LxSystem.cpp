@@ -56,7 +56,14 @@ public:
         bool mActive = true;
     };
 
-    Data() { Update(); }
+    Data()
+    {
+        // what fails here fails again, and is told, in the first search
+        static_cast<void>(Guard([this] {
+            Update();
+            return LxResult();
+        }));
+    }
 
     /// Takes over which backends are active and which interfaces they have.
     void Update();

@@ -5,31 +5,20 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <system_error>
 
 namespace LxDetail
 {
 
-namespace
-{
+// Where no descriptor can be had, waiting looks at the flag this often.
+constexpr std::chrono::milliseconds lookAgain(10);
 
-int MakeEvent()
-{
-    const int descriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    if (descriptor < 0) {
-        throw std::system_error(errno, std::generic_category(), "eventfd");
-    }
-    return descriptor;
-}
-
-}  // namespace
-
-CancelEvent::CancelEvent() : mDescriptor(MakeEvent()) {}
+CancelEvent::CancelEvent() : mDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
 CancelEvent::~CancelEvent()
 {
-    close(mDescriptor);
+    if (mDescriptor >= 0) {
+        close(mDescriptor);
+    }
 }
 
 void CancelEvent::Set()
@@ -66,7 +55,8 @@ bool CancelEvent::Wait(std::chrono::milliseconds aTimeout) const
             return IsSet();
         }
         pollfd event{mDescriptor, POLLIN, 0};
-        poll(&event, 1, static_cast<int>(std::min<int64_t>(left.count(), 60000)));
+        const auto longest = mDescriptor >= 0 ? std::chrono::milliseconds(60000) : lookAgain;
+        poll(&event, 1, static_cast<int>(std::min<int64_t>(left.count(), longest.count())));
     }
 }
 

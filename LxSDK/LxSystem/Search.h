@@ -23,7 +23,7 @@ public:
     void Set();
     void Reset();
     bool IsSet() const;
-    /// Readable while the event is set.
+    /// Readable while the event is set; -1 when the system has no descriptors left.
     int GetDescriptor() const { return mDescriptor; }
     /// Waits until the event is set. False when the time passed first.
     bool Wait(std::chrono::milliseconds aTimeout) const;

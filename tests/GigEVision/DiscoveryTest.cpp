@@ -36,6 +36,11 @@ public:
         const std::lock_guard lock(mMutex);
         return mReports;
     }
+    void Clear()
+    {
+        const std::lock_guard lock(mMutex);
+        mReports.clear();
+    }
     std::thread::id GetThread() const
     {
         const std::lock_guard lock(mMutex);
@@ -54,7 +59,7 @@ protected:
     void SetUp() override
     {
         NetworkTest::SetUp();
-        mSystem.SetDetectionTimeout(100);
+        mSystem.SetDetectionTimeout(50);
         mSystem.RegisterEventSink(&mRecorder);
     }
 
@@ -66,6 +71,21 @@ protected:
             }
         }
         return nullptr;
+    }
+
+    // Searches until all interfaces together have so many devices: an answer may be late on a busy machine. Only the
+    // reports of the last search are kept.
+    bool FindDevices(uint32_t aCount)
+    {
+        return WaitFor([this, aCount] {
+            mRecorder.Clear();
+            EXPECT_TRUE(mSystem.Find().IsOK());
+            uint32_t count = 0;
+            for (uint32_t i = 0; i < mSystem.GetInterfaceCount(); ++i) {
+                count += mSystem.GetInterface(i)->GetDeviceCount();
+            }
+            return count == aCount;
+        });
     }
 
     LxSystem mSystem;
@@ -110,7 +130,7 @@ TEST_F(Discovery, FindsACameraOnLoopbackWithAllThatItSays)
         return std::vector<Reply>{AnswerDiscovery(aCommand, camera)};
     });
     ASSERT_TRUE(responder.IsReady());
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(1));
     ASSERT_EQ(mRecorder.GetReports().size(), 1U);
     EXPECT_EQ(mRecorder.GetThread(), std::this_thread::get_id());
     const auto [interface, device] = mRecorder.GetReports().front();
@@ -178,11 +198,12 @@ TEST_F(Discovery, ACancelledSearchLeavesTheListOfTheLastOne)
     const GvcpResponder responder([&silent](const ReceivedCommand &aCommand) {
         return silent ? std::vector<Reply>() : AnswerAsCamera(aCommand);
     });
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(1));
     silent = true;
+    const int before = responder.GetCount(Gvcp::Command::Discovery);
     mSystem.SetDetectionTimeout(60000);
     std::thread searcher([this] { EXPECT_EQ(mSystem.Find(), LxResultCode::Aborted); });
-    EXPECT_TRUE(WaitFor([&responder] { return responder.GetCount(Gvcp::Command::Discovery) == 2; }));
+    EXPECT_TRUE(WaitFor([&responder, before] { return responder.GetCount(Gvcp::Command::Discovery) > before; }));
     mSystem.CancelFind();
     searcher.join();
     EXPECT_EQ(mSystem.GetInterface(0)->GetDeviceCount(), 1U);
@@ -192,7 +213,7 @@ TEST_F(Discovery, SilenceIsNoErrorAndTakesTheTimeout)
 {
     const auto start = std::chrono::steady_clock::now();
     EXPECT_TRUE(mSystem.Find().IsOK());
-    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(100));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(50));
     EXPECT_TRUE(mRecorder.GetReports().empty());
 }
 
@@ -217,7 +238,7 @@ TEST_F(Discovery, GarbageIsIgnoredAndTheCameraBesideItFound)
         replies.push_back(good);
         return replies;
     });
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(1));
     ASSERT_EQ(mRecorder.GetReports().size(), 1U);
     EXPECT_EQ(mRecorder.GetReports().front().second->GetUniqueID(), "00:11:22:33:44:AB");
 }
@@ -230,7 +251,7 @@ TEST_F(Discovery, AnswersWithAnotherRequestIdAreDropped)
         return std::vector<Reply>{reply};
     });
     EXPECT_TRUE(mSystem.Find().IsOK());
-    EXPECT_GE(responder.GetCount(Gvcp::Command::Discovery), 1);
+    EXPECT_TRUE(WaitFor([&responder] { return responder.GetCount(Gvcp::Command::Discovery) > 0; }));
     EXPECT_TRUE(mRecorder.GetReports().empty());
 }
 
@@ -240,7 +261,7 @@ TEST_F(Discovery, DuplicateAnswersAreReportedOnce)
         const Reply reply = AnswerDiscovery(aCommand, MakeCamera(mac, loopbackAddress));
         return std::vector<Reply>{reply, reply, reply};
     });
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(1));
     EXPECT_EQ(mRecorder.GetReports().size(), 1U);
     EXPECT_EQ(mSystem.GetInterface(0)->GetDeviceCount(), 1U);
 }
@@ -251,7 +272,7 @@ TEST_F(Discovery, TwoAnswersWithOneMACAddressAreOneDeviceAndTheNewestCounts)
         return std::vector<Reply>{AnswerDiscovery(aCommand, MakeCamera(mac, 0x7F000002)),
                                   AnswerDiscovery(aCommand, MakeCamera(mac, 0x7F000003))};
     });
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(1));
     EXPECT_EQ(mRecorder.GetReports().size(), 2U);
     ASSERT_EQ(mSystem.GetInterface(0)->GetDeviceCount(), 1U);
     EXPECT_EQ(mSystem.GetInterface(0)->GetDeviceInfo(0)->GetConnectionID(), "127.0.0.3");
@@ -263,7 +284,7 @@ TEST_F(Discovery, CamerasWithoutMACAddressAreToldApartByTheirAddress)
         return std::vector<Reply>{AnswerDiscovery(aCommand, MakeCamera(0, 0x7F000002)),
                                   AnswerDiscovery(aCommand, MakeCamera(0, 0x7F000003))};
     });
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(2));
     ASSERT_EQ(mSystem.GetInterface(0)->GetDeviceCount(), 2U);
     EXPECT_EQ(mSystem.GetInterface(0)->GetDeviceInfo(0)->GetUniqueID(), "127.0.0.2");
     EXPECT_EQ(mSystem.GetInterface(0)->GetDeviceInfo(1)->GetUniqueID(), "127.0.0.3");
@@ -276,20 +297,20 @@ TEST_F(Discovery, TheObjectOfADeviceIsKeptAndUpdatedOverSearches)
     const GvcpResponder responder([&](const ReceivedCommand &aCommand) {
         return silent ? std::vector<Reply>() : std::vector<Reply>{AnswerDiscovery(aCommand, MakeCamera(mac, address))};
     });
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(1));
     const LxDeviceInfo *info = mSystem.GetInterface(0)->GetDeviceInfo(0);
     ASSERT_NE(info, nullptr);
     silent = true;
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(0));
     EXPECT_EQ(mSystem.GetInterface(0)->GetDeviceCount(), 0U);
     EXPECT_EQ(info->GetConnectionID(), "127.0.0.2") << "the information outlives the device";
     silent = false;
     address = 0x0A000001;
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(1));
     EXPECT_EQ(mSystem.GetInterface(0)->GetDeviceInfo(0), info);
     EXPECT_EQ(info->GetConnectionID(), "10.0.0.1");
     EXPECT_FALSE(info->IsConfigurationValid());
-    EXPECT_EQ(mRecorder.GetReports().size(), 2U);
+    EXPECT_EQ(mRecorder.GetReports().size(), 1U);
 }
 
 TEST_F(Discovery, ADeviceWithoutAddressIsListedAsNotConfigured)
@@ -297,7 +318,7 @@ TEST_F(Discovery, ADeviceWithoutAddressIsListedAsNotConfigured)
     const GvcpResponder responder([](const ReceivedCommand &aCommand) {
         return std::vector<Reply>{AnswerDiscovery(aCommand, MakeCamera(mac, 0))};
     });
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(1));
     ASSERT_EQ(mSystem.GetInterface(0)->GetDeviceCount(), 1U);
     EXPECT_FALSE(mSystem.GetInterface(0)->GetDeviceInfo(0)->IsConfigurationValid());
 }
@@ -314,7 +335,7 @@ TEST_F(Discovery, EveryDeviceClassHasItsNumber)
                                                         {0xB0000001, 4}, {0xC0000001, 0}, {0xF0000001, 0}};
     for (const auto &[word, number] : classes) {
         mode = word;
-        EXPECT_TRUE(mSystem.Find().IsOK());
+        ASSERT_TRUE(FindDevices(1));
         const auto *info = dynamic_cast<const LxDeviceInfoGEV *>(mSystem.GetInterface(0)->GetDeviceInfo(0));
         ASSERT_NE(info, nullptr);
         EXPECT_EQ(info->GetClass(), number) << std::hex << word;
@@ -332,7 +353,7 @@ TEST_F(Discovery, ABroadcastAnswerFromAnotherSubnetIsHeard)
         },
         wire.GetNamespace(), wire.GetFarEnd());
     ASSERT_TRUE(responder.IsReady());
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(1));
     const LxInterface *interface = GetInterface(wire.GetNearEnd());
     ASSERT_NE(interface, nullptr);
     ASSERT_EQ(interface->GetDeviceCount(), 1U);
@@ -361,7 +382,7 @@ TEST_F(Discovery, AnAdapterWithoutAddressFindsToo)
         },
         wire.GetNamespace(), wire.GetFarEnd());
     ASSERT_TRUE(responder.IsReady());
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(1));
     const auto *adapter = dynamic_cast<const LxNetworkAdapter *>(GetInterface(wire.GetNearEnd()));
     ASSERT_NE(adapter, nullptr);
     EXPECT_EQ(adapter->GetIPAddressCount(), 0U);
@@ -379,7 +400,7 @@ TEST_F(Discovery, ADeviceAtTwoAdaptersHasTwoObjectsAndOneID)
     };
     const GvcpResponder one(script, first.GetNamespace());
     const GvcpResponder two(script, second.GetNamespace());
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(2));
     const LxInterface *left = GetInterface(first.GetNearEnd());
     const LxInterface *right = GetInterface(second.GetNearEnd());
     ASSERT_NE(left, nullptr);
@@ -401,10 +422,12 @@ TEST_F(Discovery, SubnetBroadcastsAreSentOnlyWhenTheyAreEnabled)
     const GvcpResponder responder([](const ReceivedCommand &) { return std::vector<Reply>(); }, wire.GetNamespace());
     EXPECT_FALSE(mSystem.IsSubnetBroadcastEnabled());
     EXPECT_TRUE(mSystem.Find().IsOK());
+    EXPECT_TRUE(WaitFor([&responder] { return responder.GetCount(Gvcp::Command::Discovery) > 0; }));
     EXPECT_EQ(responder.GetDestinations(Gvcp::Command::Discovery), std::vector<uint32_t>{0xFFFFFFFF});
     mSystem.SetSubnetBroadcastEnabled(true);
     EXPECT_TRUE(mSystem.IsSubnetBroadcastEnabled());
     EXPECT_TRUE(mSystem.Find().IsOK());
+    EXPECT_TRUE(WaitFor([&responder] { return responder.GetCount(Gvcp::Command::Discovery) > 2; }));
     EXPECT_EQ(responder.GetDestinations(Gvcp::Command::Discovery),
               (std::vector<uint32_t>{0xFFFFFFFF, 0xFFFFFFFF, 0xC0A832FF}));
 }
@@ -423,14 +446,19 @@ TEST_F(Discovery, EveryAddressOfAnAdapterAsksForItself)
             return std::vector<Reply>{AnswerDiscovery(aCommand, MakeCamera(mac, 0xC0A83C02))};
         },
         wire.GetNamespace(), wire.GetFarEnd());
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(1));
     const auto *adapter = dynamic_cast<const LxNetworkAdapter *>(GetInterface(wire.GetNearEnd()));
     ASSERT_NE(adapter, nullptr);
     EXPECT_EQ(adapter->GetIPAddressCount(), 2U) << "a label is an address of its adapter, no adapter";
     EXPECT_EQ(adapter->GetIPAddress(1), "192.168.60.1");
     ASSERT_EQ(adapter->GetDeviceCount(), 1U);
     EXPECT_TRUE(adapter->GetDeviceInfo(0)->IsConfigurationValid()) << "by the second address";
+    EXPECT_TRUE(WaitFor([&] {
+        const std::lock_guard lock(mutex);
+        return sources.size() > 1;
+    }));
     const std::lock_guard lock(mutex);
+    sources.resize(2);  // one search may not have been enough
     EXPECT_EQ(sources, (std::vector<uint32_t>{0xC0A83201, 0xC0A83C01}));
 }
 
@@ -496,7 +524,7 @@ TEST_F(Discovery, FindDeviceAndFindShareTheObjectOfADevice)
     const GvcpResponder responder(AnswerAsCamera);
     const LxDeviceInfo *info = nullptr;
     EXPECT_TRUE(mSystem.FindDevice("127.0.0.1", &info).IsOK());
-    EXPECT_TRUE(mSystem.Find().IsOK());
+    ASSERT_TRUE(FindDevices(1));
     EXPECT_EQ(mSystem.GetInterface(0)->GetDeviceInfo(0), info);
 }
 
