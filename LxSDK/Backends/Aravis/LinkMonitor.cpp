@@ -1,5 +1,6 @@
 #include "Backends/Aravis/LinkMonitor.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace LxDetail
@@ -9,15 +10,22 @@ LinkMonitor::LinkMonitor(World aWorld, const LinkTiming &aTiming) : mWorld(std::
 
 std::chrono::milliseconds LinkMonitor::Step()
 {
+    const TimePoint start = mWorld.mNow();
     const uint64_t successes = mSuccesses.load(std::memory_order_relaxed);
     LinkSign sign = mWorld.mLook(mTiming.mAnswerTimeout);
     if (sign == LinkSign::NoAnswer && mSuccesses.load(std::memory_order_relaxed) != successes) {
         sign = LinkSign::Answer;
     }
-    if (Judge(sign, mWorld.mNow())) {
+    const TimePoint now = mWorld.mNow();
+    if (Judge(sign, now)) {
         mWorld.mStartRestore();
     }
-    return sign == LinkSign::NoAnswer ? std::chrono::milliseconds(0) : mTiming.mPause;
+    if (sign != LinkSign::NoAnswer) {
+        return mTiming.mPause;
+    }
+    // the next look follows at once, unless this one knew early that there is no way to the device
+    const auto rest = std::chrono::duration_cast<std::chrono::milliseconds>(start + mTiming.mAnswerTimeout - now);
+    return std::max(rest, std::chrono::milliseconds(0));
 }
 
 // Returns whether restoring is to be started.

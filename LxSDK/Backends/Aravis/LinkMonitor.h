@@ -96,6 +96,9 @@ public:
     void Close();
 
     LinkState GetState() const { return mState.load(std::memory_order_acquire); }
+    /// Whether the device is there as far as its user is concerned: Connected or Suspect.
+    bool IsUp() const { return IsUp(GetState()); }
+    static bool IsUp(LinkState aState) { return aState == LinkState::Connected || aState == LinkState::Suspect; }
     /// OK while Connected, otherwise what every access is answered. Never blocks.
     LxResult GetResult() const;
     /// Counts the times that the link was restored.

@@ -1,0 +1,70 @@
+#include "Backends/Aravis/BackgroundTasks.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+namespace LxDetail
+{
+
+namespace
+{
+
+/// More than the library needs to give up one call that waits behind another.
+constexpr std::chrono::seconds longestCall{8};
+
+/// Never destroyed: a task may outlive the waiting at the end of the process.
+struct Tasks
+{
+    std::mutex mMutex;  // guards mCount
+    std::condition_variable mChanged;
+    uint32_t mCount = 0;
+};
+
+Tasks &GetTasks()
+{
+    static Tasks *const sTasks = new Tasks;
+    return *sTasks;
+}
+
+/// Lets the tasks that give devices back finish before the process ends.
+struct ExitWait
+{
+    ~ExitWait()
+    {
+        Tasks &tasks = GetTasks();
+        std::unique_lock lock(tasks.mMutex);
+        tasks.mChanged.wait_for(lock, longestCall, [&tasks] { return tasks.mCount == 0; });
+    }
+};
+
+}  // namespace
+
+void RunInBackground(std::function<void()> aTask)
+{
+    static ExitWait sExitWait;
+    Tasks &tasks = GetTasks();
+    {
+        const std::lock_guard lock(tasks.mMutex);
+        ++tasks.mCount;
+    }
+    std::thread([&tasks, task = std::move(aTask)]() mutable {
+        task();
+        task = nullptr;  // what it holds is given back on this thread too
+        const std::lock_guard lock(tasks.mMutex);
+        --tasks.mCount;
+        tasks.mChanged.notify_all();
+    }).detach();
+}
+
+void GiveBackInBackground(GObjectPtr<_ArvDevice> aDevice)
+{
+    if (aDevice) {
+        RunInBackground([device = std::shared_ptr<_ArvDevice>(std::move(aDevice))] {});
+    }
+}
+
+}  // namespace LxDetail
