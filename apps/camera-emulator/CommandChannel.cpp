@@ -234,6 +234,7 @@ std::string DescribeState(EmulatedCamera &aCamera, const Words &)
     };
     add("commands", control.mCommands);
     add("invalid", control.mInvalid);
+    add("ignored", control.mIgnored);
     add("repeats", control.mRepeats);
     add("denied", control.mDenied);
     add("expired", control.mExpired);

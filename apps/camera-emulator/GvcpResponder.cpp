@@ -120,11 +120,9 @@ std::vector<GvcpAnswer> GvcpResponder::Respond(std::span<const uint8_t> aDatagra
     const auto packet = Gvcp::ParseCommand(aDatagram);
     {
         std::lock_guard lock(mMutex);
-        if (mFaults.mFrozen) {
-            return {};
-        }
-        if (mFaults.mIgnoreCommands > 0) {
-            --mFaults.mIgnoreCommands;
+        if (mFaults.mFrozen || mFaults.mIgnoreCommands > 0) {
+            mFaults.mIgnoreCommands -= mFaults.mFrozen ? 0 : 1;
+            ++mStatistics.mIgnored;
             return {};
         }
         if (!packet) {

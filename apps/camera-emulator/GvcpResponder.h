@@ -33,6 +33,7 @@ struct ControlStatistics
 {
     uint64_t mCommands = 0;  ///< understood, executed or refused
     uint64_t mInvalid = 0;   ///< datagrams that are no commands
+    uint64_t mIgnored = 0;   ///< datagrams that a fault kept from the camera
     uint64_t mRepeats = 0;   ///< commands that came again and were answered without being executed again
     uint64_t mDenied = 0;
     uint64_t mExpired = 0;  ///< heartbeats that stayed away

@@ -95,13 +95,18 @@ LxResult GvcpServer::Start()
 void GvcpServer::Stop()
 {
     if (mThread.joinable()) {
-        mStop = true;
+        {
+            std::lock_guard lock(mMutex);
+            mStop = true;
+            mMoved.notify_all();
+        }
         Wake();
         mThread.join();
         close(mWakeDescriptor);
         mWakeDescriptor = -1;
     }
     mSockets = Sockets();
+    mNext.reset();
     mOutgoing.clear();
 }
 
@@ -119,10 +124,13 @@ LxResult GvcpServer::Move(uint32_t aAddress)
     Sockets opened;
     const LxResult result = Open(aAddress, opened);
     if (result.IsOK()) {
-        std::lock_guard lock(mMutex);
+        std::unique_lock lock(mMutex);
         mNext = std::move(opened);
         mAddress = aAddress;
         Wake();
+        if (std::this_thread::get_id() != mThread.get_id()) {  // that one takes it before its next command anyway
+            mMoved.wait(lock, [this] { return !mNext || mStop; });
+        }
     }
     return result;
 }
@@ -139,6 +147,7 @@ void GvcpServer::TakeMove()
     if (mNext) {
         mSockets = std::move(*mNext);
         mNext.reset();
+        mMoved.notify_all();
     }
 }
 

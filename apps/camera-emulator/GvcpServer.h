@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -33,8 +34,9 @@ public:
     LxResult Start();
     void Stop();
 
-    /// Listens to another address from the next command on. Does nothing on an interface. Fails when the address does
-    /// not belong to this machine or is in use; the server then goes on as before.
+    /// Listens to another address, and no longer to the old one, from the next command on. Does nothing on an
+    /// interface. Fails when the address does not belong to this machine or is in use; the server then goes on as
+    /// before.
     LxResult Move(uint32_t aAddress);
     uint32_t GetAddress() const;
     uint16_t GetUdpPort() const { return mUdpPort; }
@@ -74,6 +76,7 @@ private:
     std::multimap<GvcpResponder::Clock::time_point, Outgoing> mOutgoing;  // of the server's thread
 
     mutable std::mutex mMutex;  // guards all members below
+    std::condition_variable mMoved;
     std::optional<Sockets> mNext;
     uint32_t mAddress = 0;
 };

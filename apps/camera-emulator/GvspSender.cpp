@@ -23,6 +23,7 @@ constexpr uint32_t cExtendedIds = 0x40000000;   // of the GVSP configuration reg
 constexpr uint32_t cExtendedStatusCodes = 0x4;  // of the GVCP configuration register
 constexpr uint32_t cMaxUnavailable = 64;        // packets said to be missing in answer to one request
 constexpr size_t cBatch = 32;                   // packets handed to the kernel at once
+constexpr std::chrono::microseconds cBatchTime{500};
 constexpr uint64_t cKeptBytes = 64 * 1024 * 1024;
 constexpr size_t cMinKeptBlocks = 2;
 constexpr size_t cMaxKeptBlocks = 64;
@@ -107,7 +108,10 @@ LxResult GvspSender::Open(uint32_t aAddress, const std::string &aInterface)
 
 void GvspSender::Start()
 {
-    mCamera.SetAcquisitionListener([this](bool) {
+    mCamera.SetAcquisitionListener([this](bool aAcquiring) {
+        if (!aAcquiring) {
+            mEnded = true;
+        }
         std::lock_guard lock(mMutex);
         mWake.notify_all();
     });
@@ -135,12 +139,16 @@ void GvspSender::Run()
         {
             std::unique_lock lock(mMutex);
             mWake.wait(lock, [this] { return mStop || mCamera.IsAcquiring(); });
-            mLastId = 0;
-            mKept.clear();
+            mEnded = true;
         }
         while (!mStop && mCamera.WaitForFrame(mStop)) {
             if (GetDestination() == Endpoint()) {
                 continue;  // the channel is closed
+            }
+            if (mEnded.exchange(false)) {
+                std::lock_guard lock(mMutex);
+                mLastId = 0;
+                mKept.clear();
             }
             const std::shared_ptr<GvspBlock> block = MakeBlock();
             Keep(block);
@@ -162,8 +170,9 @@ std::shared_ptr<GvspBlock> GvspSender::MakeBlock()
     for (const uint8_t byte : timestamp) {
         block->mTimestamp = block->mTimestamp << 8 | byte;
     }
-    // The registers may change while the image is drawn; an image that fits what its leader says is wanted.
-    do {
+    // The registers may change while the image is drawn; one that fits what its leader says is wanted, but not awaited
+    // for ever.
+    for (int tries = 0; tries < 3; ++tries) {
         block->mSizeX = mCamera.GetWidth();
         block->mSizeY = mCamera.GetHeight();
         block->mOffsetX = port->Peek32(Register::OffsetX);
@@ -171,8 +180,12 @@ std::shared_ptr<GvspBlock> GvspSender::MakeBlock()
         block->mPixelFormat = static_cast<uint32_t>(mCamera.GetPixelType());
         block->mData.resize(mCamera.GetPayloadSize());
         mCamera.DrawFrame(mLastId, block->mData.data(), block->mData.size());
-    } while (block->mSizeX != mCamera.GetWidth() || block->mSizeY != mCamera.GetHeight() ||
-             block->mData.size() != mCamera.GetPayloadSize());
+        if (block->mSizeX == mCamera.GetWidth() && block->mSizeY == mCamera.GetHeight() &&
+            block->mData.size() == mCamera.GetPayloadSize())
+        {
+            break;
+        }
+    }
     return block;
 }
 
@@ -267,12 +280,16 @@ void GvspSender::SendBlock(const GvspBlock &aBlock)
     socket->SetDontFragment((size & cDontFragment) != 0);
     sockaddr_in to = ToSocketAddress(GetDestination());
     const Clock::duration time = GetSendTime(aBlock);
+    // Packets that are far apart go out one by one, others in batches.
+    const auto distance = time / std::max<Clock::rep>(static_cast<Clock::rep>(plan.size()), 1);
+    const auto batchSize = static_cast<size_t>(
+        std::clamp<Clock::rep>(cBatchTime / std::max(distance, Clock::duration(1)), 1, Clock::rep{cBatch}));
     const Clock::time_point start = Clock::now();
     Batch batch;
     uint64_t failed = 0;
     size_t done = 0;
     while (done < plan.size() && !IsInterrupted()) {
-        const size_t end = std::min(done + cBatch, plan.size());
+        const size_t end = std::min(done + batchSize, plan.size());
         for (; done < end; ++done) {
             GvspPacket packet = aBlock.MakePacket(plan[done].mId, false);
             if (plan[done].mTruncated) {
