@@ -16,8 +16,14 @@ typedef struct HWND__ *HWND;
 /// under a native window.
 ///
 /// The first window that a program without a QApplication creates also creates one, and deletes it again when it is
-/// destroyed; such a program calls DoEvents() regularly while modeless windows are shown. All operations must be called
-/// on the thread that runs the QApplication, the program's GUI thread. Nothing is thrown.
+/// destroyed (or, if that happens inside its event loop, when the loop has ended); such a program calls DoEvents()
+/// regularly while modeless windows are shown. All operations must be called on the thread that runs the QApplication,
+/// the program's GUI thread. Nothing is thrown. Where a window cannot be made because the program has only a
+/// QCoreApplication, or no application any more, the show operations return InvalidArgument (0x4001).
+///
+/// A window may be shown again and in another way at any time; its content then moves along. A dialog that the user
+/// closes ends the window's work as Close() does, and so does the end of a host's widget or of a dialog's parent.
+/// Destroying the window also takes its dialog, or its content in a host's widget, from the screen.
 ///
 /// A host that overrides virtual operations of a derived class calls Close() before it destroys the window.
 class LXGUI_API LxWnd
@@ -28,22 +34,24 @@ public:
 
     /// Shows the window as a child of a native window, filling its client area; WM_SIZE is then posted to the parent.
     /// On X11 a posted message is a client message of the type _LXGUI_MESSAGE, format 32, with the data message,
-    /// wParam, lParam.
+    /// wParam, lParam. The host closes or destroys the window before it destroys the native parent; it resizes the
+    /// child itself when the parent's size changes. Where there are no native windows (Wayland, offscreen) the window
+    /// is shown as a top-level window.
     /// @param aParent the native parent. With null the window is shown as a top-level window all the same, and the
     ///        result is InvalidArgument (0x4001).
     /// @return OK, or InvalidArgument (0x4001) when no native handle can be had.
     LxResult Create(HWND aParent, int aReserved);
     /// Builds the window's content into a widget of the host and shows it. The host keeps the ownership; a layout that
     /// the widget already has is kept and the content is added to it.
+    /// @return OK, or InvalidArgument (0x4001) for null.
     LxResult Create(QWidget *aHost);
 
-    /// Runs the window as a modal dialog.
-    /// @return OK when it was accepted, Cancelled (0x4002) when it ended otherwise, AlreadyShown (28) when the window
-    /// is
-    ///         visible already.
+    /// Runs the window as a modal dialog. A parent is taken by the first dialog of the window, which is then reused.
+    /// @return OK when it was accepted; Cancelled (0x4002) when it ended otherwise, also by Close() or by the window's
+    ///         destruction; AlreadyShown (28) when the window is visible already.
     LxResult ShowModal();
     LxResult ShowModal(QWidget *aParent);
-    /// Shows the window as a modeless dialog; a visible one is brought to the front. Always OK.
+    /// Shows the window as a modeless dialog; a visible one is brought to the front. Returns OK.
     LxResult ShowModeless();
     LxResult ShowModeless(QWidget *aParent);
     /// The same with a native parent, which also receives the window's notifications. A null pointer must be cast
@@ -53,17 +61,20 @@ public:
     /// Ends the window's work and hides its dialog; an embedded window is not hidden. Always OK, also when closed.
     LxResult Close();
 
-    /// Position and size in pixels, applied now or when the window is shown. A width and height below 1 leave the size,
-    /// an x or y below 1 leaves the position.
+    /// Position and size in device-independent pixels, applied now or when the window is shown. The size is left alone
+    /// unless width and height are at least 1, the position unless x and y are.
     void SetPosition(int aX, int aY, int aWidth, int aHeight);
     /// The present geometry, or what was set before the window exists; -1 when nothing was.
     void GetPosition(int &aX, int &aY, int &aWidth, int &aHeight);
-    /// The native handle while the window is visible, else null.
+    /// The native handle while the window is visible, else null. Like IsVisible() and GetQWidget(), it builds the
+    /// content of a window that was never shown.
     HWND GetHandle() const;
     bool IsVisible() const;
-    /// The widget that carries the content; made when there is none yet. Owned by the window.
+    /// The widget that carries the content; made when there is none yet. Owned by the window, unless the host puts it
+    /// under a widget of its own. Showing the window in another way makes another widget.
     QWidget *GetQWidget();
 
+    /// UTF-8; empty at first.
     LxString GetTitle() const;
     void SetTitle(const LxString &aTitle);
 

@@ -275,16 +275,12 @@ void Wnd::DeleteContent()
         for (QObject *object : part->findChildren<QObject *>()) {
             disconnect(object, nullptr, this, nullptr);
         }
-        if (qobject_cast<QLayout *>(part.data())) {
-            delete part;  // At once, as the widget takes no other layout before.
-        }
-        else if (auto *widget = qobject_cast<QWidget *>(part.data())) {
+        if (auto *widget = qobject_cast<QWidget *>(part.data())) {
             widget->setParent(nullptr);
             widget->deleteLater();  // One of its own slots may be on the stack.
         }
         else {
-            part->setParent(nullptr);
-            part->deleteLater();
+            delete part;  // At once: the widget takes no second layout, and an old shortcut would rival the new one.
         }
     }
 }

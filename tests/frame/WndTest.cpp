@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QtGui/QShortcut>
 #include <QtTest/QTest>
 #include <QtWidgets/QMainWindow>
 #include <QtWidgets/QPushButton>
@@ -91,6 +92,20 @@ TEST(CreateInHostWidget, AgainOnTheSameHostReplacesTheContent)
     EXPECT_EQ(host.layout()->indexOf(wnd.mEdit), 0);
     DeleteDeferred();
     EXPECT_EQ(first, nullptr);
+}
+
+TEST(CreateInHostWidget, ObjectsOfReplacedContentGoWithIt)
+{
+    QWidget host;
+    const QPointer<QShortcut> hosts = new QShortcut(QKeySequence(Qt::Key_F4), &host);
+    TestWnd wnd;
+    QPointer<QShortcut> shortcut;
+    wnd.mInCreateLayout = [&] { shortcut = new QShortcut(QKeySequence(Qt::Key_F5), wnd.Widget()); };
+    wnd.Create(&host);
+    const QPointer<QShortcut> first = shortcut;
+    wnd.Create(&host);
+    EXPECT_EQ(first, nullptr) << "two shortcuts of one key are ambiguous";
+    EXPECT_THAT(host.findChildren<QShortcut *>(), ElementsAre(hosts.data(), shortcut.data()));
 }
 
 TEST(CreateInHostWidget, ReplacedContentNoLongerCallsTheWindow)
