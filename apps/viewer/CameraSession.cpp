@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "LxSystem/LxDeviceInfo.h"
+#include "LxSystem/LxInterface.h"
 
 namespace
 {
@@ -15,6 +16,20 @@ QString NameOf(const LxDeviceInfo &aInfo)
     const QString id = QString::fromUtf8(aInfo.GetConnectionID().GetAscii());
     const QString name = user.isEmpty() ? model : user;
     return name.isEmpty() ? id : QStringLiteral("%1 (%2)").arg(name, id);
+}
+
+const LxDeviceInfo *FindByAddress(const LxSystem &aSystem, const QString &aAddress)
+{
+    for (uint32_t i = 0; i < aSystem.GetInterfaceCount(); ++i) {
+        const LxInterface *interface = aSystem.GetInterface(i);
+        for (uint32_t k = 0; k < interface->GetDeviceCount(); ++k) {
+            const LxDeviceInfo *info = interface->GetDeviceInfo(k);
+            if (info && aAddress == QString::fromUtf8(info->GetConnectionID().GetAscii())) {
+                return info;
+            }
+        }
+    }
+    return nullptr;
 }
 
 }  // namespace
@@ -46,7 +61,12 @@ void CameraSession::ConnectAddress(const QString &aAddress)
         LxSystem system;
         const LxDeviceInfo *info = nullptr;
         attempt.mResult = system.FindDevice(aAddress.toUtf8().constData(), &info);
-        if (attempt.mResult.IsOK()) {
+        if (!attempt.mResult.IsOK()) {
+            // a camera on a foreign subnet hears broadcasts only; connecting to it then tells what is wrong
+            system.Find();
+            info = FindByAddress(system, aAddress);
+        }
+        if (info) {
             attempt.mName = NameOf(*info);
             attempt.mResult = LxSystem::Connect(info, LxDeviceAccess::Control, attempt.mDevice);
         }
