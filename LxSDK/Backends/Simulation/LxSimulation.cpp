@@ -1,5 +1,7 @@
 #include "Backends/Simulation/LxSimulation.h"
 
+#include <new>
+
 #include "Backends/Simulation/SimulatedUnit.h"
 #include "Backends/Simulation/SimulationHost.h"
 #include "Backends/Simulation/SimulationLog.h"
@@ -23,33 +25,55 @@ void EnableBackendsByEnvironment()
 namespace
 {
 
-/// Does something with a device.
+/// Nothing is thrown across the public boundary.
 template <class Operation>
-LxResult With(const LxString &aDevice, Operation aOperation)
+LxResult Guard(Operation aOperation) noexcept
 {
     try {
-        const auto unit = SimulationHost::Get().FindUnit(aDevice);
-        if (unit == nullptr) {
-            return LxResult(LxResultCode::NotFound, "There is no simulated device \"" + aDevice.GetString() + "\".");
-        }
-        aOperation(*unit);
-        return LxResult();
+        return aOperation();
+    }
+    catch (const std::bad_alloc &) {
+        return LxResultCode::NoMemory;
     }
     catch (const std::exception &exception) {
         return LxResult(LxResultCode::Failed, exception.what());
     }
 }
 
+/// Does something with a device.
+template <class Operation>
+LxResult With(const LxString &aDevice, Operation aOperation)
+{
+    return Guard([&] {
+        const auto unit = SimulationHost::Get().FindUnit(aDevice);
+        if (unit == nullptr) {
+            return LxResult(LxResultCode::NotFound, "There is no simulated device \"" + aDevice.GetString() + "\".");
+        }
+        aOperation(*unit);
+        return LxResult();
+    });
+}
+
+/// Does something that cannot fail but for want of memory.
+template <class Operation>
+void Do(Operation aOperation)
+{
+    Guard([&] {
+        aOperation();
+        return LxResult();
+    });
+}
+
 }  // namespace
 
 void LxSimulation::Enable(bool aHideRealDevices)
 {
-    SimulationHost::Get().Enable(aHideRealDevices);
+    Do([&] { SimulationHost::Get().Enable(aHideRealDevices); });
 }
 
 void LxSimulation::Disable()
 {
-    SimulationHost::Get().Disable();
+    Do([&] { SimulationHost::Get().Disable(); });
 }
 
 bool LxSimulation::IsEnabled()
@@ -59,7 +83,7 @@ bool LxSimulation::IsEnabled()
 
 void LxSimulation::Clear()
 {
-    SimulationHost::Get().Clear();
+    Do([&] { SimulationHost::Get().Clear(); });
 }
 
 void LxSimulation::AddDefaultHost()
@@ -116,22 +140,22 @@ void LxSimulation::AddDefaultHost()
 
 LxResult LxSimulation::SetNetworkAdapter(const LxSimulatedNetworkAdapter &aAdapter)
 {
-    return SimulationHost::Get().SetInterface(aAdapter);
+    return Guard([&] { return SimulationHost::Get().SetInterface(aAdapter); });
 }
 
 LxResult LxSimulation::SetUSBHostController(const LxSimulatedUSBHostController &aController)
 {
-    return SimulationHost::Get().SetInterface(aController);
+    return Guard([&] { return SimulationHost::Get().SetInterface(aController); });
 }
 
 LxResult LxSimulation::RemoveInterface(const LxString &aName)
 {
-    return SimulationHost::Get().RemoveInterface(aName);
+    return Guard([&] { return SimulationHost::Get().RemoveInterface(aName); });
 }
 
 LxResult LxSimulation::SetDevice(const LxSimulatedDevice &aDevice)
 {
-    return SimulationHost::Get().SetDevice(aDevice);
+    return Guard([&] { return SimulationHost::Get().SetDevice(aDevice); });
 }
 
 LxResult LxSimulation::GetDevice(const LxString &aDevice, LxSimulatedDevice &aValues)
@@ -141,12 +165,12 @@ LxResult LxSimulation::GetDevice(const LxString &aDevice, LxSimulatedDevice &aVa
 
 LxResult LxSimulation::RemoveDevice(const LxString &aDevice)
 {
-    return SimulationHost::Get().RemoveDevice(aDevice);
+    return Guard([&] { return SimulationHost::Get().RemoveDevice(aDevice); });
 }
 
 LxResult LxSimulation::SetDevicePresent(const LxString &aDevice, bool aPresent)
 {
-    return SimulationHost::Get().SetDevicePresent(aDevice, aPresent);
+    return Guard([&] { return SimulationHost::Get().SetDevicePresent(aDevice, aPresent); });
 }
 
 LxResult LxSimulation::FreezeDevice(const LxString &aDevice, uint32_t aTimeout)
@@ -206,7 +230,7 @@ LxResult LxSimulation::SetFindDelay(const LxString &aDevice, uint32_t aDelay)
 
 void LxSimulation::QueueResult(const LxString &aOperation, const LxResult &aResult)
 {
-    SimulationLog::Get().QueueResult(aOperation.GetString(), aResult);
+    Do([&] { SimulationLog::Get().QueueResult(aOperation.GetString(), aResult); });
 }
 
 void LxSimulation::SetRecording(bool aEnabled)
@@ -216,12 +240,14 @@ void LxSimulation::SetRecording(bool aEnabled)
 
 std::vector<LxSimulatedCall> LxSimulation::GetCalls(const LxString &aName)
 {
-    return SimulationLog::Get().GetCalls(aName.GetString());
+    std::vector<LxSimulatedCall> calls;
+    Do([&] { calls = SimulationLog::Get().GetCalls(aName.GetString()); });
+    return calls;
 }
 
 void LxSimulation::ClearCalls()
 {
-    SimulationLog::Get().ClearCalls();
+    Do([&] { SimulationLog::Get().ClearCalls(); });
 }
 
 LxSimulationCounters LxSimulation::GetCounters()

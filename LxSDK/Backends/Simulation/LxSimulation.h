@@ -66,6 +66,10 @@ struct LxSimulatedDevice
     /// has status 0. Connecting to a device whose configuration is not valid fails with Unavailable.
     LxSimulatedAnswer mConfigurationValid = LxSimulatedAnswer::Automatic;
 
+    /// The GenICam XML that connections get; empty: that of the camera inside. One that is broken makes connecting fail
+    /// with GenICamError.
+    LxString mGenICamXML;
+
     // Network devices.
     LxString mMACAddress = "02:00:00:00:01:01";
     LxString mIPAddress = "0.0.0.0";

@@ -158,10 +158,13 @@ void PatternGenerator::BuildLines()
     mBankBytes = ToBytes(width);
     mBank.resize(static_cast<size_t>(mBankBytes) * mBankLines);
 
+    // The scene repeats itself, so that one period of a line is all that must be encoded.
     const bool scene = mSettings.mPattern == TestPattern::Off;
-    std::vector<Color16> line(width);
+    const uint32_t encoded = scene ? ScenePeriod : width;
+    const size_t encodedBytes = ToBytes(encoded);
+    std::vector<Color16> line(encoded);
     for (uint32_t y = 0; y < mBankLines; ++y) {
-        for (uint32_t x = 0; x < width; ++x) {
+        for (uint32_t x = 0; x < encoded; ++x) {
             const uint32_t column = mSettings.mReverseX ? width - 1 - x : x;
             line[x] = scene ? GetPatternColor((mSettings.mOffsetX + column) * mSettings.mBinningX,
                                               (mSettings.mOffsetY + y) * mSettings.mBinningY)
@@ -169,7 +172,11 @@ void PatternGenerator::BuildLines()
         }
         // A picture is mirrored by taking the lines in reverse, so that an even one lands on an odd place.
         const bool odd = (y % 2 != 0) != mSettings.mReverseY;
-        mEncoder->Encode(line.data(), width, odd, mBank.data() + static_cast<size_t>(mBankBytes) * y);
+        uint8_t *bank = mBank.data() + static_cast<size_t>(mBankBytes) * y;
+        mEncoder->Encode(line.data(), encoded, odd, bank);
+        for (size_t at = encodedBytes; at < mBankBytes; at += encodedBytes) {
+            std::memcpy(bank + at, bank, std::min(encodedBytes, mBankBytes - at));
+        }
     }
 }
 

@@ -292,6 +292,10 @@ LxResult SimulatedCamera::Data::Check(const RegisterSpec &aSpec, uint64_t aEleme
             return LxResult(LxResultCode::InvalidAddress, "SimFailingEnumeration fails on purpose.");
         case R::SimCommandFailing:
             return LxResult(LxResultCode::NotSupported, "SimCommandFailing fails on purpose.");
+        case R::AcquisitionStart:
+            return mPending.count(R::UserSetLoad) + mPending.count(R::DeviceReset) != 0
+                       ? LxResult(LxResultCode::Busy, "The camera is loading its settings.")
+                       : LxResult();
         case R::UserSetSave:
             return Get(R::UserSetSelector) == 0
                        ? LxResult(LxResultCode::WriteProtected, "The default set cannot be changed.")

@@ -100,9 +100,9 @@ SimulatedConnection::SimulatedConnection(std::shared_ptr<SimulatedUnit> aUnit, s
 
 SimulatedConnection::~SimulatedConnection() = default;
 
-LxResult SimulatedConnection::Open()
+LxResult SimulatedConnection::Open(const std::string &aXML)
 {
-    return NodeMap::Create(mPort, mCamera->GetXML(), mNodeMap);
+    return NodeMap::Create(mPort, aXML.empty() ? mCamera->GetXML() : aXML, mNodeMap);
 }
 
 void SimulatedConnection::SetDevice(LxDevice *aDevice)

@@ -55,8 +55,8 @@ public:
                         std::shared_ptr<FaultPort> aPort, LxDeviceAccess aAccess);
     ~SimulatedConnection();
 
-    /// Makes the node map.
-    LxResult Open();
+    /// Makes the node map, from the camera's own XML when the text is empty.
+    LxResult Open(const std::string &aXML);
     /// Binds the object that event sinks are told of; null unbinds it and waits for calls of sinks that run.
     void SetDevice(LxDevice *aDevice);
     LxResult Disconnect();

@@ -311,9 +311,11 @@ LxResult SimulatedUnit::Connect(LxDeviceAccess aAccess, std::unique_ptr<LxDevice
 {
     std::shared_ptr<SimulatedConnection> connection;
     int type = 0;
+    std::string xml;
     {
         std::lock_guard lock(mMutex);
         type = mValues.mType;
+        xml = mValues.mGenICamXML.GetString();
         if (type != LxDeviceInfoTypeGEV && type != LxDeviceInfoTypeU3V) {
             return LxResult(LxResultCode::NotSupported, "There is no way to connect to this kind of device.");
         }
@@ -336,7 +338,7 @@ LxResult SimulatedUnit::Connect(LxDeviceAccess aAccess, std::unique_ptr<LxDevice
         }
         PublishControl();
     }
-    if (const LxResult result = connection->Open(); !result.IsOK()) {
+    if (const LxResult result = connection->Open(xml); !result.IsOK()) {
         connection->Disconnect();
         return result;
     }

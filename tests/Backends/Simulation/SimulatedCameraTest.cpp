@@ -276,6 +276,7 @@ TEST_F(SimulatedCameraTest, UserSetRemembersSettingsAndResetBringsTheDefault)
 
     ASSERT_TRUE(Write(R::UserSetSelector, 1).IsOK());
     ASSERT_TRUE(Write(R::UserSetLoad, 1).IsOK());
+    EXPECT_EQ(Write(R::AcquisitionStart, 1), LxResultCode::Busy) << "the size of the pictures is about to change";
     EXPECT_TRUE(WaitFor([&] { return Read(R::UserSetLoad) == 0; }));
     EXPECT_EQ(Read(R::Width), 640u);
     EXPECT_DOUBLE_EQ(ReadFloat(R::Gain), 6.0);

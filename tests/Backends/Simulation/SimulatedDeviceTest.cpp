@@ -306,6 +306,32 @@ TEST_F(SimulatedDeviceTest, DisconnectedDeviceAnswersNothing)
     EXPECT_EQ(dynamic_cast<LxDeviceGEV &>(*device).ReadRegister(R::Width, value), LxResultCode::NotConnected);
 }
 
+TEST_F(SimulatedDeviceTest, DeviceMayHaveAnXMLOfATest)
+{
+    LxSimulatedDevice camera = MakeCamera();
+    camera.mGenICamXML = "this is no XML";
+    ASSERT_TRUE(LxSimulation::SetDevice(camera).IsOK());
+    std::unique_ptr<LxDevice> device;
+    EXPECT_EQ(LxSystem::Connect(Find(Camera), LxDeviceAccess::Control, device), LxResultCode::GenICamError);
+    EXPECT_EQ(device, nullptr);
+    int type = 0;
+    EXPECT_TRUE(LxDeviceGEV::GetAccessType("192.168.1.10", &type).IsOK());
+    EXPECT_EQ(type, LxAccessOpen) << "a failed connection must give control back";
+    camera.mGenICamXML =
+        "<?xml version=\"1.0\"?><RegisterDescription ModelName=\"M\" VendorName=\"V\" StandardNameSpace=\"GEV\" "
+        "SchemaMajorVersion=\"1\" SchemaMinorVersion=\"1\" SchemaSubMinorVersion=\"0\" MajorVersion=\"1\" "
+        "MinorVersion=\"0\" SubMinorVersion=\"0\" ProductGuid=\"1\" VersionGuid=\"1\" "
+        "xmlns=\"http://www.genicam.org/GenApi/Version_1_1\"><Category Name=\"Root\"><pFeature>Five</pFeature>"
+        "</Category><Integer Name=\"Five\"><Value>5</Value></Integer><Port Name=\"Device\"/></RegisterDescription>";
+    ASSERT_TRUE(LxSimulation::SetDevice(camera).IsOK());
+    device = Connect(Find(Camera));
+    ASSERT_NE(device, nullptr);
+    EXPECT_EQ(device->GetParameters()->GetCount(), 1u);
+    int64_t five = 0;
+    EXPECT_TRUE(device->GetParameters()->GetIntegerValue("Five", five).IsOK());
+    EXPECT_EQ(five, 5);
+}
+
 TEST_F(SimulatedDeviceTest, DeviceOutlivesTheSystem)
 {
     const auto device = ConnectCamera();
