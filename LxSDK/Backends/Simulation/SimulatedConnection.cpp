@@ -90,8 +90,7 @@ bool SimulatedLinkPort::Close()
 
 SimulatedConnection::SimulatedConnection(std::shared_ptr<SimulatedUnit> aUnit, std::shared_ptr<SimulatedCamera> aCamera,
                                          std::shared_ptr<FaultPort> aPort, LxDeviceAccess aAccess)
-    : mCount(SimulationLog::Get().mDevices),
-      mUnit(aUnit),
+    : mUnit(aUnit),
       mAccess(aAccess),
       mCamera(std::move(aCamera)),
       mPort(std::make_shared<SimulatedLinkPort>(std::move(aUnit), std::move(aPort), aAccess))
@@ -111,14 +110,19 @@ void SimulatedConnection::SetDevice(LxDevice *aDevice)
     mDevice = aDevice;
 }
 
-LxResult SimulatedConnection::Disconnect()
+bool SimulatedConnection::Disconnect()
 {
-    if (mPort->Close()) {
-        SimulationLog::Get().Record("Disconnect", mUnit->GetID().GetString());
-        mUnit->Release(this);
-        mPort->NotifyState();
+    if (!mPort->Close()) {
+        return false;
     }
-    return LxResult();
+    SimulationLog::Get().Record("Disconnect", mUnit->GetID().GetString());
+    mUnit->Release(this);
+    return true;
+}
+
+void SimulatedConnection::PostStateChange()
+{
+    mUnit->Post([self = shared_from_this()] { self->mPort->NotifyState(); });
 }
 
 bool SimulatedConnection::IsConnected() const

@@ -59,7 +59,10 @@ public:
     LxResult Open(const std::string &aXML);
     /// Binds the object that event sinks are told of; null unbinds it and waits for calls of sinks that run.
     void SetDevice(LxDevice *aDevice);
-    LxResult Disconnect();
+    /// Ends the connection. False when it had ended before.
+    bool Disconnect();
+    /// Lets the features hear of it, on the simulation's thread: a sink may wait for the thread that disconnects.
+    void PostStateChange();
     bool IsConnected() const;
     bool IsClosed() const { return mPort->IsClosed(); }
     LxDeviceAccess GetAccess() const { return mAccess; }
@@ -84,7 +87,6 @@ private:
     LxResult CheckRange(int64_t aAddress, const void *aData, uint64_t aLength) const;
     LxResult CheckRegister(int64_t aAddress) const;
 
-    const SimulationCount mCount;
     const std::shared_ptr<SimulatedUnit> mUnit;
     const LxDeviceAccess mAccess;
     const std::shared_ptr<SimulatedCamera> mCamera;
@@ -101,7 +103,8 @@ template <class Base>
 class SimulatedDeviceOf : public Base, public StreamSource
 {
 public:
-    explicit SimulatedDeviceOf(std::shared_ptr<SimulatedConnection> aConnection) : mConnection(std::move(aConnection))
+    explicit SimulatedDeviceOf(std::shared_ptr<SimulatedConnection> aConnection)
+        : mConnection(std::move(aConnection)), mCount(SimulationLog::Get().mDevices)
     {
         mConnection->SetDevice(this);
     }
@@ -111,7 +114,13 @@ public:
         mConnection->Disconnect();
     }
 
-    LxResult Disconnect() override { return mConnection->Disconnect(); }
+    LxResult Disconnect() override
+    {
+        if (mConnection->Disconnect()) {
+            mConnection->PostStateChange();
+        }
+        return LxResult();
+    }
     bool IsConnected() const override { return mConnection->IsConnected(); }
     LxString GetUniqueID() const override { return mConnection->GetUnit().GetID(); }
     LxDeviceAccess GetAccess() const override { return mConnection->GetAccess(); }
@@ -153,6 +162,9 @@ public:
 
 protected:
     const std::shared_ptr<SimulatedConnection> mConnection;
+
+private:
+    const SimulationCount mCount;
 };
 
 class SimulatedDeviceGEV : public SimulatedDeviceOf<LxDeviceGEV>

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -68,6 +69,8 @@ public:
     LxResult Connect(LxDeviceAccess aAccess, std::unique_ptr<LxDevice> &aDevice);
     void Release(const SimulatedConnection *aConnection);
     LxAccessType GetAccessType() const;
+    /// Does something on the simulation's thread.
+    void Post(std::function<void()> aTask) { mClock.Post(std::move(aTask)); }
 
 private:
     static bool TakeOne(std::atomic<uint32_t> &aCount);

@@ -470,6 +470,34 @@ TEST_F(SimulatedDeviceTest, SinkMayDestroyTheDevice)
     EXPECT_TRUE(WaitFor([&] { return LxSimulation::GetCounters().mDevices == 0; }));
 }
 
+TEST_F(SimulatedDeviceTest, DisconnectDoesNotWaitForASinkThatWaitsForIt)
+{
+    class Waiter : public LxGenEventSink
+    {
+    public:
+        void OnParameterUpdate(LxGenParameter *) override
+        {
+            mEntered = true;
+            mInTime = WaitFor([this] { return mDisconnected.load(); });
+            mLeft = true;
+        }
+        std::atomic<bool> mEntered{false};
+        std::atomic<bool> mDisconnected{false};
+        std::atomic<bool> mInTime{false};
+        std::atomic<bool> mLeft{false};
+    } waiter;
+    const auto device = ConnectCamera();
+    LxGenParameter *width = device->GetParameters()->Get("Width");
+    ASSERT_TRUE(width->RegisterEventSink(&waiter).IsOK());
+    LxSimulation::SetDevicePresent(Camera, false);
+    ASSERT_TRUE(WaitFor([&] { return waiter.mEntered.load(); }));
+    EXPECT_TRUE(device->Disconnect().IsOK());
+    waiter.mDisconnected = true;
+    EXPECT_TRUE(WaitFor([&] { return waiter.mLeft.load(); }));
+    EXPECT_TRUE(waiter.mInTime);
+    width->UnregisterEventSink(&waiter);
+}
+
 TEST_F(SimulatedDeviceTest, ManyThreadsUseADeviceThatComesAndGoes)
 {
     const auto device = ConnectCamera();
