@@ -159,8 +159,3 @@ Gvcp::Discovery MakeCamera(uint64_t aMAC, uint32_t aAddress)
     camera.mSerialNumber = "S1";
     return camera;
 }
-
-bool RunCommand(const std::string &aCommand)
-{
-    return std::system(aCommand.c_str()) == 0;
-}

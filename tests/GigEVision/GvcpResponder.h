@@ -63,6 +63,3 @@ Reply Answer(const ReceivedCommand &aCommand, LxDetail::Gvcp::Status aStatus,
              const std::vector<uint8_t> &aPayload = {});
 /// A camera to answer as.
 LxDetail::Gvcp::Discovery MakeCamera(uint64_t aMAC, uint32_t aAddress);
-
-/// Runs a shell command; false when it fails.
-bool RunCommand(const std::string &aCommand);

@@ -10,13 +10,14 @@ class CameraProcess
 {
 public:
     /// @param aCommand the program and its arguments; found by PATH unless it has a slash.
-    /// @param aAddress where it answers.
+    /// @param aAddress where it answers; empty when only a search can tell.
     explicit CameraProcess(std::vector<std::string> aCommand, std::string aAddress = "127.0.0.1");
     ~CameraProcess();
     CameraProcess(const CameraProcess &) = delete;
     CameraProcess &operator=(const CameraProcess &) = delete;
 
-    /// Starts the process and waits until it answers. False when it cannot be started or does not answer.
+    /// Starts the process and waits until it answers at its address, if it has one. False when it cannot be started or
+    /// does not answer.
     bool Start();
     void Kill();
     /// Stops and continues the process with signals: it is there, but it does not answer.

@@ -43,6 +43,9 @@ bool CameraProcess::Start()
     if (mProcess < 0) {
         return false;
     }
+    if (mAddress.empty()) {
+        return true;
+    }
     YrUtilsLib::Network::IpAddress address;
     address.Set(mAddress.c_str());
     LxDetail::LivenessProbe probe(address.Get());

@@ -1,0 +1,294 @@
+// Whole road of an application on cameras that are processes of their own on a real network: found, connected, read,
+// streamed, lost and regained, through the public interface only.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "CameraProcess.h"
+#include "LxBufferReceive/LxStream.h"
+#include "LxDevice/LxDeviceGEV.h"
+#include "LxGenICam/LxGenParameterArray.h"
+#include "LxSystem/LxDeviceInfoGEV.h"
+#include "LxSystem/LxNetworkAdapter.h"
+#include "LxSystem/LxSystem.h"
+#include "WaitFor.h"
+#include "Wire.h"
+
+namespace
+{
+
+using Clock = std::chrono::steady_clock;
+
+double MillisecondsSince(Clock::time_point aStart)
+{
+    return std::chrono::duration<double, std::milli>(Clock::now() - aStart).count();
+}
+
+const LxInterface *FindInterface(const LxSystem &aSystem, const std::string &aName)
+{
+    for (uint32_t i = 0; i < aSystem.GetInterfaceCount(); ++i) {
+        const LxInterface *interface = aSystem.GetInterface(i);
+        if (interface->GetDisplayID().GetString().find(aName) != std::string::npos) {
+            return interface;
+        }
+    }
+    return nullptr;
+}
+
+/// Searches until the interface of this name has a device.
+const LxDeviceInfoGEV *FindAt(LxSystem &aSystem, const std::string &aInterface)
+{
+    const LxDeviceInfoGEV *found = nullptr;
+    aSystem.SetDetectionTimeout(100);
+    WaitFor([&] {
+        aSystem.Find();
+        const LxInterface *interface = FindInterface(aSystem, aInterface);
+        found = interface ? dynamic_cast<const LxDeviceInfoGEV *>(interface->GetDeviceInfo(0)) : nullptr;
+        return found != nullptr;
+    });
+    return found;
+}
+
+/// Takes frames until so many complete ones came; 0 when they do not.
+uint64_t TakeFrames(LxStream &aStream, int aCount)
+{
+    uint64_t bytes = 0;
+    for (int taken = 0; taken < aCount;) {
+        std::shared_ptr<const LxBuffer> buffer;
+        const LxResult result = aStream.RetrieveBuffer(buffer, 10000);
+        if (!result.IsOK()) {
+            ADD_FAILURE() << result.GetCodeString().GetAscii() << ' ' << result.GetDescription().GetAscii();
+            return 0;
+        }
+        if (buffer->GetStatus() == LxBufferStatus::Complete && buffer->GetImage()) {
+            bytes += buffer->GetImage()->GetDataSize();
+            ++taken;
+        }
+    }
+    return bytes;
+}
+
+std::unique_ptr<LxDeviceGEV> Connect(const LxDeviceInfo *aInfo)
+{
+    std::unique_ptr<LxDevice> device;
+    const LxResult result = LxSystem::Connect(aInfo, LxDeviceAccess::Control, device);
+    EXPECT_TRUE(result.IsOK()) << result.GetCodeString().GetAscii() << ' ' << result.GetDescription().GetAscii();
+    return std::unique_ptr<LxDeviceGEV>(dynamic_cast<LxDeviceGEV *>(device.release()));
+}
+
+std::vector<std::string> EmulatorBehind(const Wire &aWire, const std::string &aIP, const std::string &aMAC)
+{
+    std::vector<std::string> command = {"ip", "netns", "exec", aWire.GetNamespace()};
+    command.push_back(EmulatorCommand().front());
+    for (const std::string &argument :
+         {std::string("--interface"), aWire.GetFarEnd(), std::string("--ip"), aIP, std::string("--mask"),
+          std::string("255.255.255.0"), std::string("--mac"), aMAC})
+    {
+        command.push_back(argument);
+    }
+    return command;
+}
+
+struct Kind
+{
+    const char *mName;
+    std::vector<std::string> (*mCommand)();
+};
+
+class NetworkCamera : public testing::TestWithParam<Kind>
+{
+};
+
+}  // namespace
+
+TEST_P(NetworkCamera, IsFoundConnectedReadAndStreamed)
+{
+    CameraProcess camera(GetParam().mCommand());
+    ASSERT_TRUE(camera.Start());
+    LxSystem system;
+    const LxDeviceInfoGEV *info = FindAt(system, "lo");
+    ASSERT_NE(info, nullptr);
+    EXPECT_EQ(info->GetIPAddress(), LxString("127.0.0.1"));
+    EXPECT_TRUE(info->IsConfigurationValid());
+    EXPECT_FALSE(info->GetModelName().IsEmpty());
+
+    int access = LxAccessUnknown;
+    EXPECT_TRUE(LxDeviceGEV::GetAccessType(info->GetIPAddress(), &access).IsOK());
+    EXPECT_EQ(access, LxAccessOpen);
+    const auto device = Connect(info);
+    ASSERT_NE(device, nullptr);
+    EXPECT_TRUE(LxDeviceGEV::GetAccessType(info->GetIPAddress(), &access).IsOK());
+    EXPECT_EQ(access, LxAccessControl);
+
+    uint32_t privilege = 0;
+    EXPECT_TRUE(device->ReadRegister(0x0A00, privilege).IsOK());
+    EXPECT_EQ(privilege, 2u);
+    LxGenParameterArray *parameters = device->GetParameters();
+    ASSERT_NE(parameters, nullptr);
+    EXPECT_GT(parameters->GetCount(), 10u);
+    int64_t width = 0;
+    int64_t height = 0;
+    ASSERT_TRUE(parameters->GetIntegerValue("Width", width).IsOK());
+    ASSERT_TRUE(parameters->GetIntegerValue("Height", height).IsOK());
+
+    LxStream stream;
+    ASSERT_TRUE(stream.Open(device.get()).IsOK());
+    ASSERT_TRUE(stream.Start().IsOK());
+    EXPECT_GE(TakeFrames(stream, 10), static_cast<uint64_t>(10 * width * height));
+    EXPECT_TRUE(stream.Stop().IsOK());
+}
+
+TEST_P(NetworkCamera, ThatAnotherApplicationControlsIsRefusedWithTheReason)
+{
+    CameraProcess camera(GetParam().mCommand());
+    ASSERT_TRUE(camera.Start());
+    LxSystem system;
+    const LxDeviceInfoGEV *info = FindAt(system, "lo");
+    ASSERT_NE(info, nullptr);
+    const auto other = Connect(info);
+    ASSERT_NE(other, nullptr);
+
+    std::unique_ptr<LxDevice> device;
+    const LxResult result = LxSystem::Connect(info, LxDeviceAccess::Control, device);
+    EXPECT_TRUE(result == LxResultCode::AccessDenied) << result.GetCodeString().GetAscii();
+    EXPECT_NE(result.GetDescription().GetString().find("control"), std::string::npos)
+        << result.GetDescription().GetAscii();
+    EXPECT_EQ(device, nullptr);
+    uint32_t value = 0;
+    EXPECT_TRUE(other->ReadRegister(0x0A00, value).IsOK()) << "the holder is not disturbed";
+    EXPECT_EQ(value, 2u);
+}
+
+TEST_P(NetworkCamera, KilledWhileStreamingIsStreamedAgainWhenItIsBack)
+{
+    CameraProcess camera(GetParam().mCommand());
+    ASSERT_TRUE(camera.Start());
+    LxSystem system;
+    const auto device = Connect(FindAt(system, "lo"));
+    ASSERT_NE(device, nullptr);
+    LxStream stream;
+    ASSERT_TRUE(stream.Open(device.get()).IsOK());
+    ASSERT_TRUE(stream.Start().IsOK());
+    ASSERT_GT(TakeFrames(stream, 5), 0u);
+
+    camera.Kill();
+    ASSERT_TRUE(WaitFor([&] { return !device->IsConnected(); }));
+    const auto asked = Clock::now();
+    uint32_t value = 0;
+    EXPECT_FALSE(device->ReadRegister(0, value).IsOK());
+    EXPECT_LT(MillisecondsSince(asked), 500.0) << "a lost camera is not waited for";
+
+    ASSERT_TRUE(camera.Start());
+    ASSERT_TRUE(WaitFor([&] { return device->IsConnected(); }));
+    EXPECT_TRUE(WaitFor([&] {
+        std::shared_ptr<const LxBuffer> buffer;
+        return stream.RetrieveBuffer(buffer, 100).IsOK();
+    }));
+}
+
+TEST_P(NetworkCamera, FrozenAnswersAtOnceUntilItGoesOn)
+{
+    CameraProcess camera(GetParam().mCommand());
+    ASSERT_TRUE(camera.Start());
+    LxSystem system;
+    const auto device = Connect(FindAt(system, "lo"));
+    ASSERT_NE(device, nullptr);
+    LxGenParameterArray *parameters = device->GetParameters();
+    int64_t width = 0;
+    ASSERT_TRUE(parameters->GetIntegerValue("Width", width).IsOK());
+
+    std::atomic<bool> stop{false};
+    std::thread reader([&] {
+        while (!stop) {
+            uint32_t value = 0;
+            device->ReadRegister(0, value);
+            std::this_thread::yield();
+        }
+    });
+    camera.Freeze();
+    ASSERT_TRUE(WaitFor([&] { return parameters->GetAccessMode() != 0; }));
+    const auto asked = Clock::now();
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_FALSE(parameters->GetIntegerValue("Width", width).IsOK());
+    }
+    EXPECT_LT(MillisecondsSince(asked), 1000.0) << "a hundred reads, while another thread may be stuck in one";
+    camera.Thaw();
+    EXPECT_TRUE(WaitFor([&] { return parameters->GetIntegerValue("Width", width).IsOK(); }));
+    stop = true;
+    reader.join();
+}
+
+INSTANTIATE_TEST_SUITE_P(Cameras, NetworkCamera,
+                         testing::Values(Kind{"Emulator", [] { return EmulatorCommand(); }},
+                                         Kind{"FakeCamera", [] { return FakeCameraCommand(); }}),
+                         [](const auto &aInfo) { return aInfo.param.mName; });
+
+TEST(NetworkCameras, OnAWrongSubnetIsFoundButNotConnectedAndBothSubnetsAreNamed)
+{
+    const Wire wire("wrong", "192.168.50.1/24", "");
+    CameraProcess camera(EmulatorBehind(wire, "10.9.9.9", "02:00:00:00:00:09"), "");
+    ASSERT_TRUE(camera.Start());
+    LxSystem system;
+    const LxDeviceInfoGEV *info = FindAt(system, wire.GetNearEnd());
+    ASSERT_NE(info, nullptr);
+    EXPECT_EQ(info->GetIPAddress(), LxString("10.9.9.9"));
+    EXPECT_EQ(info->GetMACAddress(), LxString("02:00:00:00:00:09"));
+    EXPECT_FALSE(info->IsConfigurationValid());
+
+    std::unique_ptr<LxDevice> device;
+    const LxResult result = LxSystem::Connect(info, LxDeviceAccess::Control, device);
+    EXPECT_TRUE(result == LxResultCode::Unavailable) << result.GetCodeString().GetAscii();
+    const std::string text = result.GetDescription().GetString();
+    EXPECT_NE(text.find("10.9.9."), std::string::npos) << text;
+    EXPECT_NE(text.find("192.168.50."), std::string::npos) << text;
+}
+
+TEST(NetworkCameras, TwoOnTwoAdaptersAreFoundAtTheirsAndStreamAtTheSameTime)
+{
+    const Wire left("left", "192.168.51.1/24", "");
+    const Wire right("right", "192.168.52.1/24", "");
+    CameraProcess leftCamera(EmulatorBehind(left, "192.168.51.7", "02:00:00:00:00:51"), "");
+    CameraProcess rightCamera(EmulatorBehind(right, "192.168.52.7", "02:00:00:00:00:52"), "");
+    ASSERT_TRUE(leftCamera.Start());
+    ASSERT_TRUE(rightCamera.Start());
+    LxSystem system;
+    const LxDeviceInfoGEV *leftInfo = FindAt(system, left.GetNearEnd());
+    const LxDeviceInfoGEV *rightInfo = FindAt(system, right.GetNearEnd());
+    ASSERT_NE(leftInfo, nullptr);
+    ASSERT_NE(rightInfo, nullptr);
+    EXPECT_EQ(leftInfo->GetIPAddress(), LxString("192.168.51.7"));
+    EXPECT_EQ(rightInfo->GetIPAddress(), LxString("192.168.52.7"));
+    EXPECT_EQ(leftInfo->GetInterface(), FindInterface(system, left.GetNearEnd()));
+
+    const auto leftDevice = Connect(leftInfo);
+    const auto rightDevice = Connect(rightInfo);
+    ASSERT_NE(leftDevice, nullptr);
+    ASSERT_NE(rightDevice, nullptr);
+    LxStream leftStream;
+    LxStream rightStream;
+    ASSERT_TRUE(leftStream.Open(leftDevice.get()).IsOK());
+    ASSERT_TRUE(rightStream.Open(rightDevice.get()).IsOK());
+    ASSERT_TRUE(leftStream.Start().IsOK());
+    ASSERT_TRUE(rightStream.Start().IsOK());
+    std::thread other([&] { EXPECT_GT(TakeFrames(leftStream, 10), 0u); });
+    EXPECT_GT(TakeFrames(rightStream, 10), 0u);
+    other.join();
+}
+
+TEST(NetworkCameras, AtOneAddressBehindAWireIsFoundWithoutASearch)
+{
+    const Wire wire("direct", "192.168.53.1/24", "");
+    CameraProcess camera(EmulatorBehind(wire, "192.168.53.7", "02:00:00:00:00:53"), "");
+    ASSERT_TRUE(camera.Start());
+    LxSystem system;
+    const LxDeviceInfo *info = nullptr;
+    ASSERT_TRUE(WaitFor([&] { return system.FindDevice("192.168.53.7", &info).IsOK(); }));
+    EXPECT_NE(Connect(info), nullptr);
+    EXPECT_TRUE(system.FindDevice("192.168.53.8", &info) == LxResultCode::NotFound);
+    EXPECT_EQ(info, nullptr);
+}
