@@ -100,8 +100,8 @@ TEST(LxStreamTest, RefusesWhatCannotStream)
 
 TEST(LxStreamTest, RefusesConfigurationsOutOfRange)
 {
+    StreamingDevice device;  // outlives the stream
     LxStream stream;
-    StreamingDevice device;
     LxStreamConfiguration configuration;
     configuration.mBufferCount = 1;
     EXPECT_EQ(stream.Open(&device, configuration), LxResultCode::InvalidArgument);
@@ -118,8 +118,8 @@ TEST(LxStreamTest, RefusesConfigurationsOutOfRange)
 
 TEST(LxStreamTest, OperationsNeedTheirState)
 {
+    StreamingDevice device;  // outlives the stream
     LxStream stream;
-    StreamingDevice device;
     std::shared_ptr<const LxBuffer> buffer;
     EXPECT_EQ(stream.Start(), LxResultCode::InvalidState);
     EXPECT_TRUE(stream.Stop().IsOK());
@@ -140,8 +140,8 @@ TEST(LxStreamTest, OperationsNeedTheirState)
 
 TEST(LxStreamTest, FailedStartLeavesItStopped)
 {
+    StreamingDevice device;  // outlives the stream
     LxStream stream;
-    StreamingDevice device;
     device.mStart = LxResultCode::Timeout;
     ASSERT_TRUE(stream.Open(&device).IsOK());
     EXPECT_EQ(stream.Start(), LxResultCode::Timeout);
@@ -152,8 +152,8 @@ TEST(LxStreamTest, FailedStartLeavesItStopped)
 
 TEST(LxStreamTest, BufferStaysReadableAfterClose)
 {
+    StreamingDevice device;  // outlives the stream
     LxStream stream;
-    StreamingDevice device;
     ASSERT_TRUE(stream.Open(&device).IsOK());
     ASSERT_TRUE(stream.Start().IsOK());
     auto frame = std::make_shared<LxBuffer>(LxPayloadType::Image);
@@ -172,8 +172,8 @@ TEST(LxStreamTest, BufferStaysReadableAfterClose)
 
 TEST(LxStreamTest, WhatADeviceThrowsBecomesAResult)
 {
+    StreamingDevice device;  // outlives the stream
     LxStream stream;
-    StreamingDevice device;
     device.mThrows = true;
     const LxResult result = stream.Open(&device);
     EXPECT_EQ(result, LxResultCode::Failed);
