@@ -53,9 +53,12 @@ LxResult AravisDeviceCore::Open(std::unique_ptr<AravisTransport> aTransport, std
 
 void AravisDeviceCore::Start(LxDevice *aOwner)
 {
-    mConnection->Start([this, aOwner](bool aConnected) {
-        mSinks.Notify([aOwner, aConnected](LxDeviceEventSink *aSink) {
-            aConnected ? aSink->OnLinkReconnected(aOwner) : aSink->OnLinkDisconnected(aOwner);
+    // a sink may destroy the device: then the list lives until the sink returns, and no other sink is called
+    mConnection->Start([sinks = mSinks, connection = mConnection.get(), aOwner](bool aConnected) {
+        sinks->Notify([connection, aOwner, aConnected](LxDeviceEventSink *aSink) {
+            if (connection->GetLink().GetState() != LinkState::Closed) {
+                aConnected ? aSink->OnLinkReconnected(aOwner) : aSink->OnLinkDisconnected(aOwner);
+            }
         });
     });
 }
@@ -102,13 +105,13 @@ LxResult AravisDeviceCore::AddSink(LxDeviceEventSink *aSink)
     if (!aSink) {
         return LxResult(LxResultCode::InvalidArgument, "There is no event sink.");
     }
-    mSinks.Add(aSink);
+    mSinks->Add(aSink);
     return LxResult();
 }
 
 LxResult AravisDeviceCore::RemoveSink(LxDeviceEventSink *aSink)
 {
-    return mSinks.Remove(aSink) ? LxResult() : LxResult(LxResultCode::NotFound, "The event sink is not registered.");
+    return mSinks->Remove(aSink) ? LxResult() : LxResult(LxResultCode::NotFound, "The event sink is not registered.");
 }
 
 LxResult AravisDeviceCore::CreateReceiver(const LxStreamConfiguration &aConfiguration,

@@ -44,7 +44,7 @@ private:
     const std::shared_ptr<ArvDevicePort> mPort;
     const std::shared_ptr<NodeMap> mNodeMap;
     std::atomic<bool> mDisconnected{false};
-    SinkList<LxDeviceEventSink> mSinks;
+    const std::shared_ptr<SinkList<LxDeviceEventSink>> mSinks = std::make_shared<SinkList<LxDeviceEventSink>>();
 };
 
 }  // namespace LxDetail

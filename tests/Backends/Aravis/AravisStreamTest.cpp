@@ -87,8 +87,10 @@ protected:
         return result.IsOK() ? mStream.Start() : result;
     }
 
-    static constexpr uint32_t width = 256;
-    static constexpr uint32_t height = 128;
+    // small, so that frames are quickly drawn under sanitizers too
+    static constexpr uint32_t width = 128;
+    static constexpr uint32_t height = 64;
+    static constexpr uint32_t smallPacket = 1000;  // makes eleven packets of a frame
     LxEmulator::EmulatedCamera mCamera{LxEmulator::EmulatedCameraOptions()};
     std::unique_ptr<LxDeviceGEV> mDevice;
     LxStream mStream;
@@ -274,7 +276,7 @@ TEST_F(AravisStreamFaults, AsksForLostPacketsAgain)
     faults.mDropEvery = 7;
     mCamera.SetPacketFaults(faults);
     LxStreamConfiguration configuration;
-    configuration.mPacketSize = 1500;
+    configuration.mPacketSize = smallPacket;
     ASSERT_TRUE(StartStream(configuration).IsOK());
     EXPECT_NE(TakeUntil(mStream, [](const LxBuffer &aFrame) { return aFrame.GetStatus() == LxBufferStatus::Complete; }),
               nullptr);
@@ -288,7 +290,7 @@ TEST_F(AravisStreamFaults, CountsFramesWithLostPacketsAndKeepsThemBack)
     faults.mDropResends = true;
     mCamera.SetPacketFaults(faults);
     LxStreamConfiguration configuration;
-    configuration.mPacketSize = 1500;
+    configuration.mPacketSize = smallPacket;
     ASSERT_TRUE(StartStream(configuration).IsOK());
     ASSERT_TRUE(WaitFor([&] { return GetStatistics(mStream).mIncomplete >= 3; }));
     EXPECT_EQ(GetStatistics(mStream).mDelivered, 0U);
@@ -304,7 +306,7 @@ TEST_F(AravisStreamFaults, HandsOutFramesWithLostPacketsWhenAsked)
     faults.mDropResends = true;
     mCamera.SetPacketFaults(faults);
     LxStreamConfiguration configuration;
-    configuration.mPacketSize = 1500;
+    configuration.mPacketSize = smallPacket;
     configuration.mDeliverIncomplete = true;
     ASSERT_TRUE(StartStream(configuration).IsOK());
     const Frame frame = TakeOne(mStream);

@@ -50,7 +50,8 @@ public:
     LinkSign mSign = LinkSign::Answer;
     int mLoseNext = 0;           // looks whose packet is lost
     bool mAccessInLook = false;  // another thread's access succeeds while a look waits
-    int mLooks = 0;
+    milliseconds mHeldUp{0};     // how much later than it should a look ends
+    bool mAnswersEarly = false;  // a look without an answer takes no time
     int mRestoresStarted = 0;
     std::vector<LinkState> mStates;
     LinkMonitor mMonitor;
@@ -58,13 +59,12 @@ public:
 private:
     LinkSign Look(milliseconds aTimeout)
     {
-        ++mLooks;
         if (mAccessInLook) {
             mMonitor.NoteSuccess();
         }
         if (mLoseNext > 0 || mSign == LinkSign::NoAnswer) {
             mLoseNext = std::max(0, mLoseNext - 1);
-            mNow += aTimeout;
+            mNow += mAnswersEarly ? milliseconds(0) : aTimeout + mHeldUp;
             return LinkSign::NoAnswer;
         }
         return mSign;
@@ -113,6 +113,25 @@ TEST(LinkMonitor, AnAccessThatSucceedsDuringALookOutweighsItsMissingAnswer)
         world.Step();
     }
     EXPECT_EQ(world.mMonitor.GetState(), LinkState::Connected);
+}
+
+TEST(LinkMonitor, ALookThatWasHeldUpByABusyComputerIsNoMiss)
+{
+    PlayedWorld world;
+    world.mSign = LinkSign::NoAnswer;
+    world.mHeldUp = milliseconds(100);
+    for (int i = 0; i < 20; ++i) {
+        world.Step();
+    }
+    EXPECT_EQ(world.mMonitor.GetState(), LinkState::Connected);
+}
+
+TEST(LinkMonitor, ALookThatKnowsEarlyThatThereIsNoWayToTheDeviceIsFollowedByAPause)
+{
+    PlayedWorld world;
+    world.mSign = LinkSign::NoAnswer;
+    world.mAnswersEarly = true;
+    EXPECT_EQ(world.mMonitor.Step(), LinkTiming().mAnswerTimeout);
 }
 
 TEST(LinkMonitor, ASuspectThatAnswersIsConnectedAgainWithoutBeingRestored)
