@@ -1,12 +1,12 @@
 #include "NodeMap/GenApiXML.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 #include <pugixml.hpp>
-#include <set>
 #include <string_view>
 #include <utility>
+
+#include "NodeMap/GenApiElements.h"
 
 namespace LxDetail
 {
@@ -17,57 +17,12 @@ namespace
 constexpr size_t kMaxSize = 64u << 20;  // bytes; real descriptions have some hundred kilobytes
 constexpr int kMaxNesting = 64;         // elements in elements; the schema needs six
 constexpr int kMaxCategoryDepth = 64;
-constexpr size_t kMaxFormula = 8192;      // bytes
-constexpr int kMaxFormulaNesting = 100;   // parentheses
 constexpr int64_t kMaxLength = 16 << 20;  // of a register, in bytes
 constexpr size_t kMaxFormulaVariables = 256;
 
 LxResult Broken(const std::string &aReason)
 {
     return LxResult(LxResultCode::GenICamError, "The camera's XML description is broken: " + aReason);
-}
-
-// What other nodes can take from a node.
-enum class Gives
-{
-    Nothing,
-    Number,
-    Flag,  // a number, but not for formulas
-    Text,
-};
-
-struct Tag
-{
-    const char *mName;
-    NodeKind mKind;
-    Gives mGives;
-};
-
-constexpr Tag kTags[] = {
-    {"Category", NodeKind::Category, Gives::Nothing},
-    {"Integer", NodeKind::Value, Gives::Number},
-    {"Float", NodeKind::Value, Gives::Number},
-    {"Boolean", NodeKind::Value, Gives::Flag},
-    {"Enumeration", NodeKind::Value, Gives::Number},
-    {"String", NodeKind::Value, Gives::Text},
-    {"Command", NodeKind::Command, Gives::Nothing},
-    {"IntReg", NodeKind::Register, Gives::Number},
-    {"MaskedIntReg", NodeKind::Register, Gives::Number},
-    {"FloatReg", NodeKind::Register, Gives::Number},
-    {"StringReg", NodeKind::Register, Gives::Text},
-    {"Register", NodeKind::Register, Gives::Nothing},
-    {"StructEntry", NodeKind::Register, Gives::Number},
-    {"SwissKnife", NodeKind::SwissKnife, Gives::Number},
-    {"IntSwissKnife", NodeKind::SwissKnife, Gives::Number},
-    {"Converter", NodeKind::Converter, Gives::Number},
-    {"IntConverter", NodeKind::Converter, Gives::Number},
-    {"Port", NodeKind::Port, Gives::Nothing},
-};
-
-const Tag *FindTag(std::string_view aName)
-{
-    const auto tag = std::find_if(std::begin(kTags), std::end(kTags), [&](const Tag &t) { return aName == t.mName; });
-    return tag == std::end(kTags) ? nullptr : tag;
 }
 
 // Elements with a value of their own that the node engine needs.
@@ -89,114 +44,6 @@ template <size_t N>
 bool Contains(const char *const (&aList)[N], std::string_view aName)
 {
     return std::find(std::begin(aList), std::end(aList), aName) != std::end(aList);
-}
-
-std::string_view Trim(std::string_view aText)
-{
-    const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; };
-    while (!aText.empty() && isBlank(aText.front())) {
-        aText.remove_prefix(1);
-    }
-    while (!aText.empty() && isBlank(aText.back())) {
-        aText.remove_suffix(1);
-    }
-    return aText;
-}
-
-std::string Text(const pugi::xml_node &aElement)
-{
-    // a value may be split into several pieces, by comments or CDATA sections
-    std::string text;
-    for (const pugi::xml_node &piece : aElement.children()) {
-        if (piece.type() == pugi::node_pcdata || piece.type() == pugi::node_cdata) {
-            text += piece.value();
-        }
-    }
-    return std::string(Trim(text));
-}
-
-std::string ChildText(const pugi::xml_node &aElement, const char *aName)
-{
-    return Text(aElement.child(aName));
-}
-
-bool ParseInteger(std::string_view aText, int64_t &aValue)
-{
-    const bool negative = !aText.empty() && aText.front() == '-';
-    if (!aText.empty() && (aText.front() == '-' || aText.front() == '+')) {
-        aText.remove_prefix(1);
-    }
-    int base = 10;
-    if (aText.size() > 2 && aText[0] == '0' && (aText[1] == 'x' || aText[1] == 'X')) {
-        base = 16;
-        aText.remove_prefix(2);
-    }
-    uint64_t magnitude = 0;
-    const auto [end, error] = std::from_chars(aText.data(), aText.data() + aText.size(), magnitude, base);
-    if (error != std::errc() || end != aText.data() + aText.size() || aText.empty()) {
-        return false;
-    }
-    aValue = static_cast<int64_t>(negative ? 0 - magnitude : magnitude);
-    return true;
-}
-
-LxGenVisibility ParseVisibility(const std::string &aText)
-{
-    // what is no level is kept from the user
-    return aText.empty() || aText == "Beginner" ? LxGenVisibilityBeginner
-           : aText == "Expert"                  ? LxGenVisibilityExpert
-           : aText == "Guru"                    ? LxGenVisibilityGuru
-                                                : LxGenVisibilityInvisible;
-}
-
-int ParseRepresentation(const std::string &aText)
-{
-    static constexpr const char *kNames[] = {"Linear",    "Logarithmic", "Boolean",   "PureNumber",
-                                             "HexNumber", "IPV4Address", "MACAddress"};
-    const auto found = std::find(std::begin(kNames), std::end(kNames), aText);
-    return found == std::end(kNames) ? -1 : static_cast<int>(found - std::begin(kNames));
-}
-
-NodeTexts ParseTexts(const pugi::xml_node &aElement)
-{
-    NodeTexts texts;
-    texts.mName = Trim(aElement.attribute("Name").value());
-    texts.mDisplayName = ChildText(aElement, "DisplayName");
-    if (texts.mDisplayName.empty()) {
-        texts.mDisplayName = texts.mName;
-    }
-    texts.mToolTip = ChildText(aElement, "ToolTip");
-    texts.mDescription = ChildText(aElement, "Description");
-    texts.mVisibility = ParseVisibility(ChildText(aElement, "Visibility"));
-    const bool standard = std::strcmp(aElement.attribute("NameSpace").value(), "Standard") == 0;
-    texts.mNameSpace = standard ? LxGenNameSpaceStandard : LxGenNameSpaceCustom;
-    return texts;
-}
-
-void ApplyAccessMode(const std::string &aMode, NodeAccess &aAccess)
-{
-    aAccess.mReadable = aAccess.mReadable && (aMode == "RO" || aMode == "RW");
-    aAccess.mWritable = aAccess.mWritable && (aMode == "WO" || aMode == "RW");
-}
-
-bool IsTooComplex(const std::string &aFormula)
-{
-    int depth = 0;
-    int deepest = 0;
-    for (const char c : aFormula) {
-        depth += c == '(' ? 1 : c == ')' ? -1 : 0;
-        deepest = std::max(deepest, depth);
-    }
-    return aFormula.size() > kMaxFormula || deepest > kMaxFormulaNesting;
-}
-
-// The node engine reads ASCII only; anything else in a number, formula or name of a variable is wrong anyway.
-std::string ToPlainText(const std::string &aText)
-{
-    std::string text = aText;
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 32 || c > 126 || c < 0; }, ' ');
-    return text;
 }
 
 }  // namespace
@@ -383,11 +230,7 @@ private:
         {
             node.mValueProblem = "it names no port";
         }
-        const bool needsTarget = node.mKind == NodeKind::Converter;
-        const bool needsValue = node.mKind == NodeKind::Value || node.mKind == NodeKind::Command;
-        if (node.mValueProblem.empty() && node.mTargets.empty() &&
-            (needsTarget || (needsValue && !element.child("Value") && !element.child("ValueDefault"))))
-        {
+        if (node.mValueProblem.empty() && !HasValue(element, node)) {
             node.mValueProblem = "it has no value";
         }
         for (const pugi::xml_node &child : element.children("EnumEntry")) {
@@ -399,8 +242,27 @@ private:
             ReadAccess(aIndex, child, entry.mAccess);
             node.mEntries.push_back(std::move(entry));
         }
-        if (node.mKind == NodeKind::Command && node.mCommandValueNode == kNoNode) {
-            ParseInteger(ChildText(element, "CommandValue"), node.mCommandValue);
+        if (node.mKind == NodeKind::Command && node.mCommandValueNode == kNoNode &&
+            !ParseInteger(ChildText(element, "CommandValue"), node.mCommandValue) && node.mValueProblem.empty())
+        {
+            node.mValueProblem = "it has no command value";
+        }
+    }
+
+    // Only numbers may come from a table.
+    static bool HasValue(const pugi::xml_node &aElement, const NodeDescription &aNode)
+    {
+        const std::string_view tag = aElement.name();
+        const bool mayHaveTable = tag == "Integer" || tag == "Float" || tag == "Enumeration";
+        switch (aNode.mKind) {
+            case NodeKind::Converter:
+                return aNode.mTarget != kNoNode;
+            case NodeKind::Value:
+            case NodeKind::Command:
+                return aNode.mTarget != kNoNode || aElement.child("Value") ||
+                       (mayHaveTable && (!aNode.mTargets.empty() || aElement.child("ValueDefault")));
+            default:
+                return true;
         }
     }
 
@@ -427,6 +289,10 @@ private:
         size_t variables = 0;
         for (const pugi::xml_node &child : aElement.children()) {
             const std::string_view tag = child.name();
+            const bool isVariable = tag == "pVariable" || tag == "Constant" || tag == "Expression";
+            if (isVariable && Trim(child.attribute("Name").value()).empty()) {
+                node.mValueProblem = "a variable of its formula has no name";
+            }
             if (tag == "pValue") {
                 AddReference(aIndex, child, node.mValueRefs, node.mValueProblem);
                 node.mTarget = AddTarget(node, child);

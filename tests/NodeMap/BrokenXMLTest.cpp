@@ -5,6 +5,7 @@
 #include <cfloat>
 #include <functional>
 
+#include "AskEverything.h"
 #include "TestCamera.h"
 
 namespace
@@ -23,40 +24,6 @@ LxResult Create(const std::string &aXML)
 std::string Describe(const LxResult &aResult)
 {
     return aResult.GetCodeString().GetString() + ": " + aResult.GetDescription().GetString();
-}
-
-// Asks a feature everything; nothing of it may do harm.
-void AskAll(LxGenParameter &aFeature)
-{
-    LxString text;
-    int64_t integer = 0;
-    double real = 0;
-    bool answer = false;
-    LxGenParameterList list;
-    aFeature.GetSelectedParameters(list);
-    aFeature.IsImplemented(answer);
-    aFeature.IsAvailable(answer);
-    aFeature.IsReadable(answer);
-    aFeature.IsWritable(answer);
-    aFeature.ToString();
-    aFeature.FromString("1");
-    if (auto *number = dynamic_cast<LxGenInteger *>(&aFeature)) {
-        number->GetValue(integer);
-        number->GetMin(integer);
-        number->GetMax(integer);
-        number->GetIncrement(integer);
-        number->SetValue(integer);
-    }
-    if (auto *number = dynamic_cast<LxGenFloat *>(&aFeature)) {
-        number->GetValue(real);
-        number->GetMin(real);
-        number->GetMax(real);
-        number->SetValue(0.5);
-    }
-    if (auto *command = dynamic_cast<LxGenCommand *>(&aFeature)) {
-        command->IsDone(answer);
-        command->Execute();
-    }
 }
 
 }  // namespace
@@ -298,7 +265,7 @@ TEST(BrokenXML, LengthsWithoutMeasureFail)
         camera.mMemory->Poke32(0x1F00, length);
         for (uint32_t i = 0; i < camera.mParameters->GetCount(); ++i) {
             LxGenParameter &feature = *(*camera.mParameters)[i];
-            AskAll(feature);
+            AskEverything(feature);
             EXPECT_EQ(feature.ToString(), LxString(dynamic_cast<LxGenRegister *>(&feature) ? "{Register}" : ""));
         }
     }
@@ -322,7 +289,7 @@ TEST(BrokenXML, OddLengthsOfNumbersDoNoHarm)
     }
     const TestCamera camera(names, nodes);
     for (uint32_t i = 0; i < camera.mParameters->GetCount(); ++i) {
-        AskAll(*(*camera.mParameters)[i]);
+        AskEverything(*(*camera.mParameters)[i]);
     }
 }
 
@@ -347,7 +314,7 @@ TEST(BrokenXML, OddBitsOfMaskedRegistersDoNoHarm)
     }
     const TestCamera camera(names, nodes);
     for (uint32_t i = 0; i < camera.mParameters->GetCount(); ++i) {
-        AskAll(*(*camera.mParameters)[i]);
+        AskEverything(*(*camera.mParameters)[i]);
     }
 }
 
@@ -412,7 +379,7 @@ TEST(BrokenXML, FormulasThatAreNoneDoNoHarm)
     }
     const TestCamera camera(names, nodes);
     for (uint32_t i = 0; i < camera.mParameters->GetCount(); ++i) {
-        AskAll(*(*camera.mParameters)[i]);
+        AskEverything(*(*camera.mParameters)[i]);
     }
 }
 
@@ -424,8 +391,8 @@ TEST(BrokenXML, ExpressionsThatNameEachOtherDoNoHarm)
              "<Expression Name=\"X\">Y</Expression><Expression Name=\"Y\">X</Expression><Formula>X</Formula>") +
             Node("IntSwissKnife", "B",
                  "<Expression Name=\"X\">X+X</Expression><Constant Name=\"X\">1</Constant><Formula>X</Formula>"));
-    AskAll(camera["A"]);
-    AskAll(camera["B"]);
+    AskEverything(camera["A"]);
+    AskEverything(camera["B"]);
 }
 
 TEST(BrokenXML, NodesOfTheWrongKindFailInTheFeature)
@@ -444,7 +411,7 @@ TEST(BrokenXML, NodesOfTheWrongKindFailInTheFeature)
             Node("Command", "Cmd", "<pValue>Text</pValue><CommandValue>1</CommandValue>") +
             Node("String", "TextOnInt", "<pValue>IntOnText</pValue>"));
     for (uint32_t i = 0; i < camera.mParameters->GetCount(); ++i) {
-        AskAll(*(*camera.mParameters)[i]);
+        AskEverything(*(*camera.mParameters)[i]);
     }
     int64_t value = 0;
     bool answer = true;
@@ -468,8 +435,33 @@ TEST(BrokenXML, EveryLoneNodeDoesNoHarm)
     const TestCamera camera(names, nodes);
     EXPECT_GE(camera.mParameters->GetCount(), 15u);
     for (uint32_t i = 0; i < camera.mParameters->GetCount(); ++i) {
-        AskAll(*(*camera.mParameters)[i]);
+        AskEverything(*(*camera.mParameters)[i]);
     }
+}
+
+TEST(BrokenXML, NodesWithoutWhatTheyNeedFail)
+{
+    const TestCamera camera(
+        "NoValue NoCommand NoPort NoTarget NoName NoTable",
+        Node("Integer", "NoValue") + Node("Command", "NoCommand", "<Value>0</Value>") +
+            Node("IntReg", "NoPort", "<Address>0x1000</Address><Length>4</Length><AccessMode>RW</AccessMode>") +
+            Node("Converter", "NoTarget", "<FormulaTo>FROM</FormulaTo><FormulaFrom>TO</FormulaFrom>") +
+            Node("IntSwissKnife", "NoName", "<pVariable>NoPort</pVariable><Formula>1</Formula>") +
+            Node("Boolean", "NoTable", "<pIndex>NoValue</pIndex><ValueDefault>1</ValueDefault>"));
+    int64_t value = 0;
+    double real = 0;
+    bool boolean = false;
+    const std::string start = "The camera's XML description contradicts itself. Node ";
+    EXPECT_EQ(camera.Int("NoValue").GetValue(value).GetDescription().GetString(),
+              start + "\"NoValue\": it has no value.");
+    EXPECT_EQ(camera.Command("NoCommand").Execute().GetDescription().GetString(),
+              start + "\"NoCommand\": it has no command value.");
+    EXPECT_EQ(camera.Int("NoPort").GetValue(value).GetDescription().GetString(),
+              start + "\"NoPort\": it names no port.");
+    EXPECT_EQ(camera.Float("NoTarget").GetValue(real), LxResultCode::GenICamError);
+    EXPECT_EQ(camera.Int("NoName").GetValue(value), LxResultCode::GenICamError);
+    EXPECT_EQ(camera.Boolean("NoTable").GetValue(boolean), LxResultCode::GenICamError);
+    EXPECT_EQ(camera.Boolean("NoTable").SetValue(true), LxResultCode::GenICamError);
 }
 
 TEST(BrokenXML, OfTwoNodesOfOneNameTheLastCounts)
