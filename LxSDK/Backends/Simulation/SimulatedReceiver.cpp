@@ -60,6 +60,7 @@ LxResult SimulatedReceiver::Start()
         return LxResult(LxResultCode::AlreadyOpen, "The stream is started already.");
     }
     mQueue.Start();
+    mLossCount = mConnection->GetUnit().GetLossCount();
     if (const LxResult result = StartAcquisition(); !result.IsOK()) {
         mQueue.Stop();
         return result;
@@ -115,11 +116,13 @@ void SimulatedReceiver::Run()
     uint64_t number = 0;
     bool lost = false;
     while (!mStop) {
+        // the link may be lost and back again between two looks
+        if (const uint64_t losses = unit.GetLossCount(); losses != mLossCount) {
+            mLossCount = losses;
+            lost = true;
+            mQueue.SetLost(true);
+        }
         if (!mConnection->IsConnected()) {
-            if (!lost) {
-                lost = true;
-                mQueue.SetLost(true);
-            }
             Pause();
             continue;
         }

@@ -45,7 +45,9 @@ private:
     std::condition_variable mStopped;
     std::atomic<bool> mStop{false};
     std::thread mThread;
-    uint64_t mMissingPackets = 0;  // of the thread
+    // of the thread, or before it starts
+    uint64_t mMissingPackets = 0;
+    uint64_t mLossCount = 0;
 };
 
 }  // namespace LxDetail

@@ -188,6 +188,9 @@ void SimulatedUnit::ChangeLink(Link aLink)
     if (old == aLink) {
         return;
     }
+    if (aLink == Link::Lost) {
+        ++mLossCount;
+    }
     mLink = aLink;
     auto connections = GetConnections();
     // Posted under the lock, so that the changes are told in their order.

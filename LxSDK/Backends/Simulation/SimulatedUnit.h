@@ -53,6 +53,8 @@ public:
     /// An access timed out.
     void NoteTimeout();
     Link GetLink() const { return mLink; }
+    /// How often the link was lost so far: tells of a loss that is over before anybody looked.
+    uint64_t GetLossCount() const { return mLossCount; }
     LxResult GetLinkResult() const;
 
     std::chrono::milliseconds GetFindDelay(std::chrono::milliseconds aDefault) const;
@@ -84,6 +86,7 @@ private:
     SimulationClock &mClock;
     const LxString mID;
     std::atomic<Link> mLink{Link::Connected};  // written under mMutex
+    std::atomic<uint64_t> mLossCount{0};       // written under mMutex, before mLink
     std::atomic<bool> mPresent{true};
     std::atomic<bool> mFrozen{false};  // written under mMutex
     std::atomic<uint32_t> mSkip{0};

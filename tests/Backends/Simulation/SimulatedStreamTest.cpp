@@ -195,6 +195,20 @@ TEST_F(SimulatedStreamTest, StreamGoesOnWhenTheDeviceIsBack)
     EXPECT_FALSE(mDevice->GetParameters()->Get("Width")->IsWritable()) << "streaming locks it again";
 }
 
+TEST_F(SimulatedStreamTest, ALossThatIsOverBeforeTheStreamLooksIsNotMissed)
+{
+    Start();
+    for (int i = 0; i < 20; ++i) {
+        LxSimulation::SetDevicePresent(Camera, false);
+        LxSimulation::SetDevicePresent(Camera, true);
+        ASSERT_TRUE(WaitFor([&] {
+            std::shared_ptr<const LxBuffer> buffer;
+            return mStream.RetrieveBuffer(buffer, 20).IsOK() && buffer->GetBlockID() == 1;
+        })) << "the acquisition starts anew, time "
+            << i;
+    }
+}
+
 TEST_F(SimulatedStreamTest, FrozenDeviceSendsNothing)
 {
     Start();
