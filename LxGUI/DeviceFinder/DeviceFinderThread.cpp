@@ -27,8 +27,10 @@ void DeviceFinderThread::Stop()
 void DeviceFinderThread::Cancel()
 {
     mStop = true;
-    mState->mSystem.CancelFind();
-    wait();
+    // Again and again, because the thread may be just about to begin a search.
+    do {
+        mState->mSystem.CancelFind();
+    } while (!wait(10));
 }
 
 void DeviceFinderThread::run()

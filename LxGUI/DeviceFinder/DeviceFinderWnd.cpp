@@ -325,8 +325,18 @@ void DeviceFinderWnd::ClearItems()
 void DeviceFinderWnd::StopThread()
 {
     if (mThread) {
+        mThread->Cancel();
+    }
+}
+
+void DeviceFinderWnd::StopThreadForSelection()
+{
+    // The lists of the system are those of the last whole search. A device that was selected during the first search is
+    // in none before that ends; otherwise there is nothing to wait for.
+    if (mThread && !FindSelection()) {
         mThread->Stop();
     }
+    StopThread();
 }
 
 void DeviceFinderWnd::RestartThread()
@@ -589,7 +599,7 @@ std::optional<DeviceFinderWnd::Selection> DeviceFinderWnd::FindSelection()
 
 void DeviceFinderWnd::accept()
 {
-    StopThread();
+    StopThreadForSelection();
     if (!mSelected) {
         const std::optional<Selection> selection = FindSelection();
         if (!selection) {
@@ -661,7 +671,7 @@ void DeviceFinderWnd::OnBnClickedForceipButton()
     if (QWidget *widget = Widget()) {
         widget->repaint();
     }
-    StopThread();
+    StopThreadForSelection();
     const QPointer<DeviceFinderWnd> self(this);
     const std::optional<Selection> selection = FindSelection();
     const auto *adapter = selection ? dynamic_cast<const LxNetworkAdapter *>(selection->mInterface) : nullptr;

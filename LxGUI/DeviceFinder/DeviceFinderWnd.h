@@ -117,7 +117,10 @@ private:
     TreeItemInfoDevice *GetSelectedDevice() const;
     std::optional<Selection> FindSelection();
     void EndDialog(QDialog::DialogCode aCode);
+    /// Ends the running search early.
     void StopThread();
+    /// The same, but so that FindSelection() finds what is selected.
+    void StopThreadForSelection();
     void RestartThread();
     ListingOptions GetOptions() const;
     QLayout *CreateButtons(QWidget *aParent);

@@ -182,8 +182,8 @@ TEST_F(FinderTest, ListsDevicesOfAllKindsUnderTheirInterfaces)
     const LxInterface &controller = mDevices->AddController("c");
     mDevices->AddGEV(adapter, "g");
     mDevices->AddKelvra(adapter, "k");
-    mDevices->AddU3V(controller, "u");
     mDevices->AddUSB(controller, "s");
+    mDevices->AddU3V(controller, "u");
     Show();
     ASSERT_TRUE(WaitForLines({"Interface a: Device g, Device k", "Interface c: Device s, Device u"}));
     EXPECT_EQ(Icon("Interface a"), 7);

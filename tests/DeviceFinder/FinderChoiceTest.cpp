@@ -2,6 +2,7 @@
 #include <QtTest/QTest>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
+#include <thread>
 
 #include "FinderTest.h"
 
@@ -20,6 +21,30 @@ TEST_F(FinderTest, OKChoosesTheSelectedDevice)
     EXPECT_FALSE(mFinder.GetQWidget()->isVisible());
     EXPECT_EQ(Tree()->topLevelItemCount(), 0) << "closing empties the window";
     EXPECT_FALSE(mDevices->IsSearching());
+}
+
+TEST_F(FinderTest, OKDoesNotWaitForTheRunningSearch)
+{
+    const ScriptedGEV &info = mDevices->AddGEV(mDevices->AddAdapter("a"), "g");
+    Show();
+    Select("Device g");
+    ASSERT_TRUE(WaitForRounds(2));
+    mDevices->HoldSearch(true);
+    Click("OKButton");
+    EXPECT_EQ(mFinder.GetSelected(), &info);
+}
+
+TEST_F(FinderTest, ADeviceCanBeChosenDuringTheFirstSearch)
+{
+    const ScriptedGEV &info = mDevices->AddGEV(mDevices->AddAdapter("a"), "g");
+    mDevices->HoldSearch(true);
+    Show();
+    Select("Device g");
+    ASSERT_EQ(mDevices->GetFindCount(), 1u);
+    std::thread other([this] { mDevices->HoldSearch(false); });
+    Click("OKButton");
+    other.join();
+    EXPECT_EQ(mFinder.GetSelected(), &info);
 }
 
 TEST_F(FinderTest, EnterChoosesTheSelectedDevice)

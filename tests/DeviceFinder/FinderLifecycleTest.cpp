@@ -87,7 +87,8 @@ TEST_F(FinderTest, RefreshesThatComeAfterClosingAreIgnored)
 
 TEST_F(FinderTest, SlotsAreSafeBeforeOpening)
 {
-    ASSERT_NE(mFinder.GetQWidget(), nullptr);
+    const std::unique_ptr<QWidget> widget(mFinder.GetQWidget());
+    ASSERT_NE(widget, nullptr);
     mFinder.accept();
     mFinder.OnTvnSelchangedTree();
     mFinder.OnNMDblclkTree(nullptr, 0);

@@ -46,7 +46,7 @@ QStringList FinderTest::Lines() const
 bool FinderTest::WaitForLines(const QStringList &aLines) const
 {
     const bool reached = WaitForGui([this, &aLines] { return Lines() == aLines; });
-    EXPECT_EQ(Lines(), aLines);
+    EXPECT_EQ(Lines().join('\n').toStdString(), aLines.join('\n').toStdString());
     return reached;
 }
 

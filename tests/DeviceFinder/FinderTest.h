@@ -40,6 +40,8 @@ protected:
     void Click(const char *aButton) const;
 
     /// The texts of the interfaces, each with those of its devices behind it, for example "Interface a: Device g".
+    /// Devices stand in the order in which they were placed: those of one refresh by their IDs. A test adds them in the
+    /// order of their IDs, so that it need not know how many refreshes there were.
     QStringList Lines() const;
     bool WaitForLines(const QStringList &aLines) const;
     /// The first item with a text, or null.

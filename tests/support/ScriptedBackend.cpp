@@ -183,6 +183,10 @@ void ScriptedBackend::Find(LxDetail::SearchContext &aContext)
         aContext.ReportDevice(interface, info);
     }
     std::unique_lock lock(mMutex);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(20);
+    while (!aContext.IsCancelled() && (mHold || std::chrono::steady_clock::now() < end)) {
+        mChanged.wait_for(lock, std::chrono::milliseconds(2));
+    }
     for (const InterfaceEntry &entry : mInterfaces) {
         std::vector<const LxDeviceInfo *> devices;
         for (const auto &[interface, info] : reports) {
@@ -190,11 +194,10 @@ void ScriptedBackend::Find(LxDetail::SearchContext &aContext)
                 devices.push_back(info);
             }
         }
-        entry.mSetDevices(std::move(devices));
-    }
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(20);
-    while (!aContext.IsCancelled() && (mHold || std::chrono::steady_clock::now() < end)) {
-        mChanged.wait_for(lock, std::chrono::milliseconds(2));
+        // A search that was cut short leaves the lists as they were.
+        if (!aContext.IsCancelled()) {
+            entry.mSetDevices(std::move(devices));
+        }
     }
     --mSearching;
 }
