@@ -177,9 +177,9 @@ void DisplayWnd::ApplyBackground()
 {
     if (Content()) {
         Content()->setStyleSheet(QStringLiteral("background-color: rgb(%1, %2, %3);")
-                                    .arg(mBackgroundColor.red())
-                                    .arg(mBackgroundColor.green())
-                                    .arg(mBackgroundColor.blue()));
+                                     .arg(mBackgroundColor.red())
+                                     .arg(mBackgroundColor.green())
+                                     .arg(mBackgroundColor.blue()));
     }
 }
 

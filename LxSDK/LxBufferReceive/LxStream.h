@@ -24,11 +24,11 @@ struct LxStreamStatistics
 /// How a stream works; the defaults suit most cameras.
 struct LxStreamConfiguration
 {
-    uint32_t mBufferCount = 8;            ///< Buffers in flight, 2 to 64.
-    uint32_t mSocketBuffer = 16u << 20;   ///< Bytes asked from the system for the receive socket; it may give less.
-    uint32_t mPacketSize = 0;             ///< GigE Vision packet size in bytes, 0 negotiates the largest that passes.
-    bool mDeliverIncomplete = false;      ///< Hand out frames with lost packets too.
-    uint32_t mQueueLimit = 4;             ///< Received buffers that wait; when full the oldest is dropped. 1 to 32.
+    uint32_t mBufferCount = 8;           ///< Buffers in flight, 2 to 64.
+    uint32_t mSocketBuffer = 16u << 20;  ///< Bytes asked from the system for the receive socket; it may give less.
+    uint32_t mPacketSize = 0;            ///< GigE Vision packet size in bytes, 0 negotiates the largest that passes.
+    bool mDeliverIncomplete = false;     ///< Hand out frames with lost packets too.
+    uint32_t mQueueLimit = 4;            ///< Received buffers that wait; when full the oldest is dropped. 1 to 32.
 };
 
 /// Receives the frames of a device.

@@ -88,8 +88,8 @@ public:
 
 /// Makes the backends of real devices; defined beside the backends.
 std::vector<std::shared_ptr<DeviceBackend>> CreateRealDeviceBackends();
-/// Adds the simulation when an environment variable asks for it; defined beside it. Called once, before the backends are
-/// looked at for the first time.
+/// Adds the simulation when an environment variable asks for it; defined beside it. Called once, before the backends
+/// are looked at for the first time.
 void EnableBackendsByEnvironment();
 
 }  // namespace LxDetail
