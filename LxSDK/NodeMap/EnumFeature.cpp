@@ -18,13 +18,6 @@ LxResult NoEntry(const std::string &aName)
     return LxResult(LxResultCode::NotFound, "There is no entry \"" + aName + "\".");
 }
 
-template <class To, class From>
-LxResult Give(To &aTo, const From &aFrom)
-{
-    aTo = aFrom;
-    return LxResult();
-}
-
 }  // namespace
 
 LxResult EnumEntry::GetName(LxString &aName) const

@@ -18,6 +18,14 @@
 namespace LxDetail
 {
 
+/// Answers with a value from memory.
+template <class To, class From>
+LxResult Give(To &aTo, const From &aFrom)
+{
+    aTo = aFrom;
+    return LxResult();
+}
+
 /// The state of a feature beside its kind: its place, its sinks, what polling saw last.
 class FeatureCore
 {
@@ -149,12 +157,6 @@ public:
     }
 
 protected:
-    template <class To, class From>
-    static LxResult Give(To &aTo, const From &aFrom)
-    {
-        aTo = aFrom;
-        return LxResult();
-    }
     template <LxResult (NodeEngine::*Question)(const NodeAccess &, bool &)>
     LxResult Ask(bool &aAnswer) const
     {

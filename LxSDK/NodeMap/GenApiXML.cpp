@@ -17,7 +17,6 @@ namespace
 constexpr size_t kMaxSize = 64u << 20;  // bytes; real descriptions have some hundred kilobytes
 constexpr int kMaxNesting = 64;         // elements in elements; the schema needs six
 constexpr int kMaxCategoryDepth = 64;
-constexpr int64_t kMaxLength = 16 << 20;  // of a register, in bytes
 constexpr size_t kMaxFormulaVariables = 256;
 
 LxResult Broken(const std::string &aReason)
@@ -350,7 +349,7 @@ private:
             }
             else if (tag == "Length") {
                 int64_t length = 0;
-                if (!ParseInteger(Text(child), length) || length < 1 || length > kMaxLength) {
+                if (!ParseInteger(Text(child), length) || length < 1 || length > kMaxRegisterLength) {
                     node.mValueProblem = "its length is not between 1 byte and 16 MiB";
                 }
             }

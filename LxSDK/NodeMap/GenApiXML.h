@@ -27,6 +27,8 @@ enum class NodeKind
 /// The index of a node in the description.
 using NodeIndex = uint32_t;
 constexpr NodeIndex kNoNode = 0xFFFFFFFF;
+/// In bytes; the engine takes memory for any length without asking.
+constexpr int64_t kMaxRegisterLength = 16 << 20;
 
 /// The attributes that a user interface shows.
 struct NodeTexts

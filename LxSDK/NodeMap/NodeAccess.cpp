@@ -9,17 +9,6 @@
 namespace LxDetail
 {
 
-namespace
-{
-
-LxResult Undecided(const NodeAccess &aAccess)
-{
-    return LxResult(LxResultCode::GenICamError,
-                    "The camera's XML description contradicts itself. " + aAccess.mProblem + ".");
-}
-
-}  // namespace
-
 // Whether a node's value is not 0.
 LxResult NodeEngine::GetCondition(NodeIndex aNode, bool &aValue)
 {
@@ -59,7 +48,8 @@ LxResult NodeEngine::AreAll(const std::vector<NodeIndex> &aNodes, bool aWanted, 
 LxResult NodeEngine::IsImplemented(const NodeAccess &aAccess, bool &aImplemented)
 {
     aImplemented = false;
-    return aAccess.mProblem.empty() ? AreAll(aAccess.mImplemented, true, aImplemented) : Undecided(aAccess);
+    return aAccess.mProblem.empty() ? AreAll(aAccess.mImplemented, true, aImplemented)
+                                    : Contradiction(aAccess.mProblem);
 }
 
 LxResult NodeEngine::IsAvailable(const NodeAccess &aAccess, bool &aAvailable)

@@ -12,15 +12,13 @@
 namespace LxDetail
 {
 
-namespace
-{
-
-constexpr int64_t kMaxLength = 16 << 20;  // of a register, in bytes
-
 LxResult Contradiction(const std::string &aProblem)
 {
     return LxResult(LxResultCode::GenICamError, "The camera's XML description contradicts itself. " + aProblem + ".");
 }
+
+namespace
+{
 
 LxResult WrongKind(const NodeDescription &aNode)
 {
@@ -156,7 +154,7 @@ LxResult NodeEngine::CheckLengths(const NodeDescription &aNode)
         if (LxResult result = GetInteger(index, length); !result.IsOK()) {
             return result;
         }
-        if (length < 1 || length > kMaxLength) {
+        if (length < 1 || length > kMaxRegisterLength) {
             return LxResult(LxResultCode::GenICamError, "The length of the register, " + std::to_string(length) +
                                                             " bytes, is not between 1 byte and 16 MiB.");
         }

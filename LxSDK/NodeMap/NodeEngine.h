@@ -19,6 +19,9 @@ struct _ArvGcNode;
 namespace LxDetail
 {
 
+/// The GenICamError for a problem of a NodeDescription or NodeAccess.
+LxResult Contradiction(const std::string &aProblem);
+
 /// Reads and writes single nodes, and answers questions about their access. Everything goes through Run().
 class NodeEngine
 {

@@ -45,13 +45,6 @@ public:
     }
 
 private:
-    template <class To, class From>
-    static LxResult Give(To &aTo, const From &aFrom)
-    {
-        aTo = aFrom;
-        return LxResult();
-    }
-
     NodeEngine &mEngine;
     const NodeDescription &mDescription;
 };
