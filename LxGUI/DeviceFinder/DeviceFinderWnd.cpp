@@ -4,22 +4,14 @@
 #include <QtCore/QMutexLocker>
 #include <QtCore/QScopedValueRollback>
 #include <QtGui/QCursor>
-#include <QtWidgets/QHBoxLayout>
-#include <QtWidgets/QHeaderView>
-#include <QtWidgets/QLabel>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
-#include <QtWidgets/QVBoxLayout>
 
 #include "LxGUI/DeviceFinder/DeviceFinderThread.h"
 #include "LxGUI/DeviceFinder/DiscoveryState.h"
 #include "LxGUI/DeviceFinder/InfoTable.h"
-#include "LxGUI/DeviceFinder/TreeItemInfoGEV.h"
-#include "LxGUI/DeviceFinder/TreeItemInfoKelvraProtocol.h"
-#include "LxGUI/DeviceFinder/TreeItemInfoNetworkAdapter.h"
-#include "LxGUI/DeviceFinder/TreeItemInfoU3V.h"
-#include "LxGUI/DeviceFinder/TreeItemInfoUSB.h"
-#include "LxGUI/DeviceFinder/TreeItemInfoUSBHostController.h"
+#include "LxGUI/DeviceFinder/SystemLookup.h"
+#include "LxGUI/DeviceFinder/TreeItemFactory.h"
 #include "LxGUI/Frame/MessageBoxes.h"
 #include "LxSystem/LxDeviceInfoGEV.h"
 #include "LxSystem/LxDeviceInfoKelvraProtocol.h"
@@ -27,50 +19,6 @@
 
 namespace
 {
-
-constexpr int sInterfaceTableHeight = 140;
-constexpr int sTreeWidth = 540;
-constexpr int sButtonWidth = 140;
-
-std::unique_ptr<TreeItemInfoInterface> CreateInterfaceItem(int aType)
-{
-    if (aType == LxInterfaceTypeUSBHostController) {
-        return std::make_unique<TreeItemInfoUSBHostController>();
-    }
-    return std::make_unique<TreeItemInfoNetworkAdapter>();
-}
-
-std::unique_ptr<TreeItemInfoDevice> CreateDeviceItem(int aType, bool aEnabled)
-{
-    switch (aType) {
-        case LxDeviceInfoTypeGEV:
-            return std::make_unique<TreeItemInfoGEV>(aEnabled);
-        case LxDeviceInfoTypeKelvra:
-            return std::make_unique<TreeItemInfoKelvraProtocol>(aEnabled);
-        case LxDeviceInfoTypeU3V:
-            return std::make_unique<TreeItemInfoU3V>(aEnabled);
-        default:
-            return std::make_unique<TreeItemInfoUSB>(aEnabled);
-    }
-}
-
-QLabel *CreateHeading(QWidget *aParent, const QString &aText, QWidget *aBuddy)
-{
-    auto *label = new QLabel(aText, aParent);
-    QFont font = label->font();
-    font.setBold(true);
-    label->setFont(font);
-    label->setBuddy(aBuddy);
-    return label;
-}
-
-QPushButton *CreateButton(QWidget *aParent, const char *aName, const QString &aText)
-{
-    auto *button = new QPushButton(aText, aParent);
-    button->setObjectName(QLatin1String(aName));
-    button->setAccessibleName(aText);
-    return button;
-}
 
 QString InvalidConfigurationText(int aType)
 {
@@ -81,28 +29,6 @@ QString InvalidConfigurationText(int aType)
     return QString::fromUtf8(
         "The device is on a subnet that is not compatible with your computer’s network interface card (NIC). "
         "Configure the device to use dynamic addressing (LLA or DHCP) or a static IP address. ");
-}
-
-const LxInterface *FindInterface(const LxSystem &aSystem, const QByteArray &aUniqueID)
-{
-    for (uint32_t i = 0; i < aSystem.GetInterfaceCount(); ++i) {
-        const LxInterface *interface = aSystem.GetInterface(i);
-        if (interface && aUniqueID == interface->GetUniqueID().GetAscii()) {
-            return interface;
-        }
-    }
-    return nullptr;
-}
-
-const LxDeviceInfo *FindDeviceInfo(const LxInterface &aInterface, const QByteArray &aUniqueID)
-{
-    for (uint32_t i = 0; i < aInterface.GetDeviceCount(); ++i) {
-        const LxDeviceInfo *info = aInterface.GetDeviceInfo(i);
-        if (info && aUniqueID == info->GetUniqueID().GetAscii()) {
-            return info;
-        }
-    }
-    return nullptr;
 }
 
 }  // namespace
@@ -167,97 +93,6 @@ void DeviceFinderWnd::GetKelvraProtocolEnabled(bool &aEnabled, bool &aVisible) c
 {
     aEnabled = mKelvraEnabled;
     aVisible = mKelvraVisible;
-}
-
-// Layout
-
-void DeviceFinderWnd::CreateLayout()
-{
-    QWidget *parent = BeginLayout();
-
-    mInterfaceTable =
-        CreateInfoTable(parent, QStringLiteral("InterfaceTable"), QStringLiteral("Interface Information"));
-    mInterfaceTable->setMaximumHeight(sInterfaceTableHeight);
-    mDeviceTable = CreateInfoTable(parent, QStringLiteral("DeviceTable"), QStringLiteral("Device Information"));
-    mDeviceTable->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    auto *right = new QVBoxLayout;
-    right->addWidget(CreateHeading(parent, QStringLiteral("Interface Information"), mInterfaceTable));
-    right->addWidget(mInterfaceTable);
-    right->addWidget(CreateHeading(parent, QStringLiteral("Device Information"), mDeviceTable));
-    right->addWidget(mDeviceTable);
-
-    mTree = new DeviceTree(parent);
-    mTree->setObjectName(QStringLiteral("DeviceTree"));
-    mTree->setAccessibleName(QStringLiteral("Available Devices"));
-    mTree->setMinimumWidth(sTreeWidth);
-    mTree->setContextMenuPolicy(Qt::CustomContextMenu);
-    mTree->setHeaderHidden(true);
-    mTree->setUniformRowHeights(true);
-    auto *left = new QVBoxLayout;
-    left->addWidget(CreateHeading(parent, QStringLiteral("Available Devices"), mTree));
-    left->addWidget(mTree);
-    auto *upper = new QHBoxLayout;
-    upper->addLayout(left);
-    upper->addLayout(right);
-
-    mShowUnreachableCheck = new QCheckBox(QStringLiteral("Show unreachable Network Devices"), parent);
-    mShowUnreachableCheck->setObjectName(QStringLiteral("ShowUnreachableCheck"));
-    mShowUnreachableCheck->setAccessibleName(mShowUnreachableCheck->text());
-    mShowUnreachableCheck->setChecked(mShowUnreachable);
-
-    auto *main = new QVBoxLayout(parent);
-    main->addLayout(upper);
-    main->addWidget(mShowUnreachableCheck);
-    main->addLayout(CreateButtons(parent));
-
-    QWidget *previous = mTree;
-    for (QWidget *next : {static_cast<QWidget *>(mInterfaceTable), static_cast<QWidget *>(mDeviceTable),
-                          static_cast<QWidget *>(mShowUnreachableCheck), static_cast<QWidget *>(mSetIPButton),
-                          static_cast<QWidget *>(mSelectFromIPButton), static_cast<QWidget *>(mOKButton),
-                          static_cast<QWidget *>(mCancelButton)})
-    {
-        QWidget::setTabOrder(previous, next);
-        previous = next;
-    }
-    mTree->setFocus();
-
-    connect(mTree, SIGNAL(itemSelectionChanged()), this, SLOT(OnTvnSelchangedTree()));
-    connect(mTree, SIGNAL(itemDoubleClicked(QTreeWidgetItem *, int)), this,
-            SLOT(OnNMDblclkTree(QTreeWidgetItem *, int)));
-    connect(mTree, SIGNAL(customContextMenuRequested(QPoint)), this, SLOT(OnContextMenu(QPoint)));
-    connect(mSetIPButton, SIGNAL(clicked()), this, SLOT(OnBnClickedForceipButton()));
-    connect(mSelectFromIPButton, SIGNAL(clicked()), this, SLOT(OnBnClickedSelectfromipButton()));
-    connect(mOKButton, SIGNAL(clicked()), this, SLOT(accept()));
-    connect(mCancelButton, SIGNAL(clicked()), this, SLOT(reject()));
-    connect(mShowUnreachableCheck, SIGNAL(stateChanged(int)), this, SLOT(OnBnClickedShowunreachableCheck(int)));
-    connect(mTree.data(), &DeviceTree::AboutToBeDestroyed, &mTreeWatcher, [this](DeviceTree *aTree) {
-        const QMutexLocker lock(&mMapMutex);
-        ForgetItemsOf(aTree);
-    });
-
-    MakeFixedSizeDialog(StoredWidth(), StoredHeight());
-    mIcons.Load();
-}
-
-QLayout *DeviceFinderWnd::CreateButtons(QWidget *aParent)
-{
-    mSetIPButton = CreateButton(aParent, "SetIPButton", QStringLiteral("Set IP Address..."));
-    mSelectFromIPButton = CreateButton(aParent, "SelectFromIPButton", QStringLiteral("Select from IP Address..."));
-    mOKButton = CreateButton(aParent, "OKButton", QStringLiteral("OK"));
-    mCancelButton = CreateButton(aParent, "CancelButton", QStringLiteral("Cancel"));
-    for (QPushButton *button : {mSetIPButton.data(), mSelectFromIPButton.data()}) {
-        button->setMinimumWidth(sButtonWidth);
-        button->setAutoDefault(false);
-    }
-    mSetIPButton->setEnabled(false);
-    mOKButton->setDefault(true);
-    auto *row = new QHBoxLayout;
-    row->addWidget(mSetIPButton);
-    row->addWidget(mSelectFromIPButton);
-    row->addStretch();
-    row->addWidget(mOKButton);
-    row->addWidget(mCancelButton);
-    return row;
 }
 
 // Opening and closing
