@@ -7,12 +7,16 @@
 #include <utility>
 
 #include "Backends/Aravis/BackgroundTasks.h"
+#include "GigEVision/GvcpPacket.h"
 
 namespace LxDetail
 {
 
 namespace
 {
+
+/// In the GVCP capability register: WRITEMEM is supported.
+constexpr uint32_t capabilityWriteMemory = 0x2;
 
 /// Whether the XML is of a schema before 1.1.0; one without numbers counts as new.
 bool IsOldSchema(const std::string &aXML)
@@ -57,6 +61,12 @@ LxResult AravisConnection::Open(std::unique_ptr<AravisTransport> aTransport,
         connection->mXML.assign(xml, size);
     }
     connection->mPort.SetRegisterCommands(IsOldSchema(connection->mXML));
+    guint32 capability = 0;
+    if (connection->mTransport->IsGigEVision() &&
+        arv_device_read_register(device.get(), Gvcp::Register::capability, &capability, nullptr))
+    {
+        connection->mPort.SetMemoryWritable((capability & capabilityWriteMemory) != 0);
+    }
     connection->mPort.SetDevice(std::move(device));
     aConnection = connection;
     return LxResult();

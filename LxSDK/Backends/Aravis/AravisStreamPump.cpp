@@ -20,6 +20,8 @@ constexpr std::chrono::milliseconds lookUp{50};
 constexpr std::chrono::milliseconds retryPause{300};
 /// How long to wait for the thread when the device was disconnected: it is stuck only if the device was silent then.
 constexpr std::chrono::milliseconds closedPatience{300};
+/// How long to wait for another stream of the device to end.
+constexpr std::chrono::milliseconds claimPatience{500};
 /// A frame that is larger is taken for an error of the device.
 constexpr uint64_t largestFrame = UINT64_C(1) << 31;
 
@@ -71,9 +73,17 @@ void AravisStreamPump::WaitUntilDone(std::unique_lock<std::mutex> &aLock, const 
 
 void AravisStreamPump::Run()
 {
-    const bool claimed = mConnection->ClaimStream();
-    LxResult result =
-        claimed ? OpenSession() : LxResult(LxResultCode::AlreadyOpen, "Another stream of this device is started.");
+    bool claimed = false;
+    LxResult result = mConnection->GetLink().GetResult();
+    if (result.IsOK()) {
+        // a stream that was stopped while the device was away may still be on its way out
+        const auto end = std::chrono::steady_clock::now() + claimPatience;
+        do {
+            claimed = mConnection->ClaimStream();
+        } while (!claimed && std::chrono::steady_clock::now() < end && !WaitForStop(std::chrono::milliseconds(10)));
+        result =
+            claimed ? OpenSession() : LxResult(LxResultCode::AlreadyOpen, "Another stream of this device is started.");
+    }
     bool opened = result.IsOK();
     {
         const std::lock_guard lock(mMutex);

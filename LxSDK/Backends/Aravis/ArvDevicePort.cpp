@@ -133,8 +133,19 @@ LxResult ArvDevicePort::Write(uint64_t aAddress, const void *aData, uint32_t aLe
         }
         std::memcpy(words.data() + front, aData, aLength);
     }
+    const uint64_t start = aAddress - front;
     return Run(true, [&](ArvDevice *aDevice, GError **aError) {
-        arv_device_write_memory(aDevice, aAddress - front, static_cast<guint32>(words.size()), words.data(), aError);
+        if (!mGigEVision || mMemoryWritable) {
+            arv_device_write_memory(aDevice, start, static_cast<guint32>(words.size()), words.data(), aError);
+            return;
+        }
+        for (uint64_t i = 0; i < words.size(); i += wordSize) {
+            guint32 word = 0;
+            std::memcpy(&word, words.data() + i, wordSize);
+            if (!arv_device_write_register(aDevice, start + i, GUINT32_FROM_BE(word), aError)) {
+                return;
+            }
+        }
     });
 }
 

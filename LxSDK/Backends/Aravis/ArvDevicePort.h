@@ -31,6 +31,8 @@ public:
     GObjectPtr<_ArvDevice> AcquireDevice() const;
     /// Whether registers of 4 bytes are accessed with READREG and WRITEREG, as GenICam XML before schema 1.1 wants it.
     void SetRegisterCommands(bool aUse) { mRegisterCommands = aUse; }
+    /// Whether the device knows WRITEMEM, which is optional; without it every word is a WRITEREG.
+    void SetMemoryWritable(bool aWritable) { mMemoryWritable = aWritable; }
 
     LxResult Read(uint64_t aAddress, void *aData, uint32_t aLength) override;
     LxResult Write(uint64_t aAddress, const void *aData, uint32_t aLength) override;
@@ -53,7 +55,8 @@ private:
     LinkMonitor &mLink;
     const bool mGigEVision;
     const bool mWritable;
-    bool mRegisterCommands = false;   // set before the port is used
+    bool mRegisterCommands = false;  // set before the port is used, as the next
+    bool mMemoryWritable = true;
     mutable std::mutex mDeviceMutex;  // guards mDevice
     GObjectPtr<_ArvDevice> mDevice;
     std::recursive_mutex mListenerMutex;  // guards mListener; held while it runs

@@ -291,6 +291,33 @@ TEST(AravisDevices, EveryStatusOfTheDeviceHasItsResult)
     EXPECT_TRUE(device->IsConnected()) << "errors of registers are no loss of the device";
 }
 
+TEST(AravisDevices, MemoryIsWrittenWordByWordWhenTheDeviceDoesNotKnowWriteMem)
+{
+    for (const bool known : {true, false}) {
+        LxEmulator::EmulatedCamera camera{LxEmulator::EmulatedCameraOptions()};
+        ASSERT_TRUE(camera.Start().IsOK());
+        const auto &port = camera.GetCamera().GetPort();
+        const uint32_t capability = port->Peek32(0x0934);
+        port->Poke32(0x0934, known ? capability | 2U : capability & ~2U);
+        std::vector<uint32_t> lengths;
+        std::mutex mutex;  // guards lengths
+        port->OnWrite(0xB070, 64, [&](LxDetail::MemoryPort &, uint64_t, uint32_t aLength) {
+            const std::lock_guard lock(mutex);
+            lengths.push_back(aLength);
+            return LxResult();
+        });
+        std::unique_ptr<LxDeviceGEV> device;
+        ASSERT_TRUE(Connect(device).IsOK());
+        const std::vector<uint8_t> written{1, 2, 3, 4, 5, 6, 7, 8};
+        ASSERT_TRUE(device->WriteMemory(0xB070, written.data(), written.size()).IsOK());
+        std::vector<uint8_t> read(written.size());
+        ASSERT_TRUE(device->ReadMemory(0xB070, read.data(), read.size()).IsOK());
+        EXPECT_EQ(read, written);
+        const std::lock_guard lock(mutex);
+        EXPECT_EQ(lengths, known ? std::vector<uint32_t>{8} : (std::vector<uint32_t>{4, 4}));
+    }
+}
+
 TEST(AravisDevices, ControlThatAnotherApplicationTookIsNoticedAndTakenBackWhenItIsFree)
 {
     LxEmulator::EmulatedCamera camera{LxEmulator::EmulatedCameraOptions()};
