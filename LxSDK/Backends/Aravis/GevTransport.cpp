@@ -6,6 +6,7 @@
 
 #include <cstring>
 #include <memory>
+#include <thread>
 
 #include "Backends/Aravis/BackgroundTasks.h"
 #include "GigEVision/GvcpPacket.h"
@@ -22,6 +23,8 @@ using YrUtilsLib::Network::IpAddress;
 /// How long to wait for a device that is asked before it is opened.
 constexpr std::chrono::milliseconds askTimeout{200};
 constexpr int askTries = 3;
+/// From the heartbeat's reading of the privilege to its recording.
+constexpr std::chrono::milliseconds heartbeatSettles{20};
 
 uint32_t ParseAddress(const std::string &aText)
 {
@@ -117,7 +120,16 @@ LxResult GevTransport::Regain(_ArvDevice *aDevice)
     if (LxResult result = CheckIdentity(aDevice); !result.IsOK()) {
         return result;
     }
-    return mAccess == LxDeviceAccess::ReadOnly ? LxResult() : TakeAccess(aDevice);
+    if (mAccess == LxDeviceAccess::ReadOnly) {
+        return LxResult();
+    }
+    LxResult result = TakeAccess(aDevice);
+    // the library's heartbeat may be about to record what it read before: that nobody had control
+    std::this_thread::sleep_for(heartbeatSettles);
+    if (result.IsOK() && !arv_gv_device_is_controller(ARV_GV_DEVICE(aDevice))) {
+        result = TakeAccess(aDevice);
+    }
+    return result;
 }
 
 LinkSign GevTransport::Look(_ArvDevice *aDevice, std::chrono::milliseconds aTimeout)
