@@ -102,6 +102,8 @@ LxResult AravisStreamSession::Open(_ArvDevice *aDevice, const LxStreamConfigurat
     if (ARV_IS_GV_STREAM(stream.get())) {
         g_object_set(stream.get(), "socket-buffer", ARV_GV_STREAM_SOCKET_BUFFER_FIXED, "socket-buffer-size",
                      static_cast<gint>(std::min<uint32_t>(aConfiguration.mSocketBuffer, G_MAXINT)), nullptr);
+        // a small socket buffer may lose much of one frame, and still all of it can be had again
+        g_object_set(stream.get(), "packet-request-ratio", 1.0, nullptr);
     }
     for (uint32_t i = 0; i < aConfiguration.mBufferCount; ++i) {
         // the library's own allocation would end the process when there is not enough
