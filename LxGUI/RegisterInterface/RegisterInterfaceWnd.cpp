@@ -1,6 +1,5 @@
 #include "LxGUI/RegisterInterface/RegisterInterfaceWnd.h"
 
-#include <QtGui/QPalette>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
@@ -8,6 +7,7 @@
 
 #include "LxDevice/LxDeviceGEV.h"
 #include "LxGUI/Frame/MessageBoxes.h"
+#include "LxGUI/Frame/OutputEdit.h"
 #include "LxGUI/Frame/Text.h"
 #include "LxGUI/RegisterInterface/HexField.h"
 
@@ -27,14 +27,10 @@ QLineEdit *CreateEdit(QWidget *aParent, const char *aName, const QString &aAcces
     return edit;
 }
 
-/// A field that only shows; its text is as easy to read as that of an enabled one.
 QLineEdit *CreateOutputEdit(QWidget *aParent, const char *aName, const QString &aAccessibleName)
 {
     QLineEdit *edit = CreateEdit(aParent, aName, aAccessibleName);
-    edit->setEnabled(false);
-    QPalette palette = edit->palette();
-    palette.setColor(QPalette::Disabled, QPalette::Text, palette.color(QPalette::Active, QPalette::Text));
-    edit->setPalette(palette);
+    MakeOutputEdit(edit);
     return edit;
 }
 

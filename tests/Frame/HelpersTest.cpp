@@ -4,6 +4,7 @@
 
 #include <QtGui/QCursor>
 #include <QtWidgets/QDialog>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMessageBox>
 #include <atomic>
 #include <thread>
@@ -14,6 +15,7 @@
 #include "LxGUI/Frame/FixedSizeDialog.h"
 #include "LxGUI/Frame/IP4Validator.h"
 #include "LxGUI/Frame/MessageBoxes.h"
+#include "LxGUI/Frame/OutputEdit.h"
 #include "LxGUI/Frame/Text.h"
 
 TEST(ShowError, IsAWarningWithOneButton)
@@ -101,6 +103,16 @@ TEST(FixedSizeDialog, HasNoContextHelp)
     EXPECT_FALSE(dialog.windowFlags() & Qt::WindowContextHelpButtonHint);
     EXPECT_TRUE(dialog.windowFlags() & Qt::CustomizeWindowHint);
     EXPECT_EQ(dialog.windowFlags() & Qt::WindowType_Mask, Qt::Dialog);
+}
+
+TEST(OutputEdit, IsDisabledAndAsEasyToReadAsAnEnabledField)
+{
+    const QLineEdit input;
+    QLineEdit output;
+    MakeOutputEdit(&output);
+    EXPECT_FALSE(output.isEnabled());
+    EXPECT_EQ(output.palette().color(QPalette::Disabled, QPalette::Text),
+              input.palette().color(QPalette::Active, QPalette::Text));
 }
 
 TEST(FixedSizeDialog, HasNoSystemMenuUnlessItHasACloseButton)
