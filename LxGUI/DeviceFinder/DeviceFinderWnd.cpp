@@ -9,10 +9,14 @@
 
 #include "LxGUI/DeviceFinder/DeviceFinderThread.h"
 #include "LxGUI/DeviceFinder/DiscoveryState.h"
+#include "LxGUI/DeviceFinder/ForceIPDlg.h"
 #include "LxGUI/DeviceFinder/InfoTable.h"
+#include "LxGUI/DeviceFinder/SelectFromIPDlg.h"
 #include "LxGUI/DeviceFinder/SystemLookup.h"
 #include "LxGUI/DeviceFinder/TreeItemFactory.h"
+#include "LxGUI/Frame/BusyCursor.h"
 #include "LxGUI/Frame/MessageBoxes.h"
+#include "LxGUI/Frame/Text.h"
 #include "LxSystem/LxDeviceInfoGEV.h"
 #include "LxSystem/LxDeviceInfoKelvraProtocol.h"
 #include "LxSystem/LxNetworkAdapter.h"
@@ -130,6 +134,9 @@ void DeviceFinderWnd::OnClose()
 
 void DeviceFinderWnd::StopDiscovery()
 {
+    if (mDialog) {
+        mDialog->reject();
+    }
     if (mThread) {
         mState->mSystem.UnregisterEventSink(this);
         mThread->Cancel();
@@ -533,7 +540,14 @@ void DeviceFinderWnd::OnBnClickedForceipButton()
     RestartThread();
 }
 
-void DeviceFinderWnd::EditIPConfiguration(const LxDeviceInfo & /*aInfo*/, const LxNetworkAdapter & /*aAdapter*/) {}
+void DeviceFinderWnd::EditIPConfiguration(const LxDeviceInfo &aInfo, const LxNetworkAdapter &aAdapter)
+{
+    // On the heap: the application may delete the window and with it the dialog.
+    const QPointer<ForceIPDlg> dialog(new ForceIPDlg(aInfo, aAdapter, Widget()));
+    mDialog = dialog;
+    dialog->exec();
+    delete dialog;
+}
 
 void DeviceFinderWnd::OnBnClickedSelectfromipButton()
 {
@@ -545,7 +559,12 @@ void DeviceFinderWnd::OnBnClickedSelectfromipButton()
     }
     if (address && mState) {
         const LxDeviceInfo *found = nullptr;
-        if (mState->mSystem.FindDevice(*address, &found).IsOK() && found) {
+        LxResult result;
+        {
+            const BusyCursor busy;
+            result = mState->mSystem.FindDevice(*address, &found);
+        }
+        if (result.IsOK() && found) {
             mSelected = found;
             accept();
             return;
@@ -561,5 +580,12 @@ void DeviceFinderWnd::OnBnClickedSelectfromipButton()
 
 std::optional<LxString> DeviceFinderWnd::AskForAddress()
 {
-    return std::nullopt;
+    const QPointer<SelectFromIPDlg> dialog(new SelectFromIPDlg(Widget()));
+    mDialog = dialog;
+    std::optional<LxString> address;
+    if (dialog->exec() == QDialog::Accepted) {
+        address = ToLxString(dialog->GetAddress());
+    }
+    delete dialog;
+    return address;
 }

@@ -7,6 +7,7 @@
 #include <QtCore/QPointer>
 #include <QtGui/QAction>
 #include <QtWidgets/QCheckBox>
+#include <QtWidgets/QDialog>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTableWidget>
 #include <atomic>
@@ -134,6 +135,7 @@ private:
     QPointer<QPushButton> mCancelButton;
     QPointer<QCheckBox> mShowUnreachableCheck;
     QPointer<QAction> mSetIPAction;
+    QPointer<QDialog> mDialog;  // that of EditIPConfiguration() or AskForAddress() while it is open
     IconStrip mIcons;
     const LxDeviceInfo *mSelected = nullptr;
 

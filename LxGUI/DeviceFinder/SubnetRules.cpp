@@ -2,24 +2,17 @@
 
 #include <algorithm>
 
+#include "LxGUI/DeviceFinder/IPv4.h"
 #include "LxGUI/Frame/Text.h"
 #include "LxSystem/LxNetworkAdapter.h"
 #include "LxSystem/LxSystem.h"
-#include "YrUtilsLib/IpAddress.h"
 
 namespace
 {
 
-uint32_t ToNumber(const QString &aAddress)
-{
-    YrUtilsLib::Network::IpAddress address;
-    address.Set(aAddress.toUtf8().constData());
-    return address.Get();
-}
-
 uint32_t GetSubnet(const AdapterAddress &aAddress)
 {
-    return ToNumber(aAddress.mIPAddress) & ToNumber(aAddress.mSubnetMask);
+    return IPv4::GetNetwork(IPv4::ToNumber(aAddress.mIPAddress), IPv4::ToNumber(aAddress.mSubnetMask));
 }
 
 }  // namespace
@@ -53,7 +46,7 @@ bool IsUnset(const QString &aAddress)
 
 bool IsSubnetUnique(const AdapterAddress &aAddress, const AdapterAddresses &aAll)
 {
-    if (ToNumber(aAddress.mSubnetMask) == 0) {
+    if (IPv4::ToNumber(aAddress.mSubnetMask) == 0) {
         return true;
     }
     const uint32_t subnet = GetSubnet(aAddress);

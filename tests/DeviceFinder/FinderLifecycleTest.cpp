@@ -94,6 +94,7 @@ TEST_F(FinderTest, SlotsAreSafeBeforeOpening)
     mFinder.OnNMDblclkTree(nullptr, 0);
     mFinder.OnContextMenu(QPoint(1, 1));
     mFinder.OnBnClickedShowunreachableCheck(Qt::Checked);
+    mFinder.mOnAskForAddress = [] { return LxString("10.1.2.3"); };
     Click("SelectFromIPButton");
     ExpectedBox box;
     mFinder.OnBnClickedForceipButton();

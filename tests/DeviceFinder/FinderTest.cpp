@@ -14,9 +14,7 @@ bool TestFinder::OnFound(const LxDeviceInfo *aInfo)
 
 void TestFinder::EditIPConfiguration(const LxDeviceInfo &aInfo, const LxNetworkAdapter &aAdapter)
 {
-    if (mOnEditIP) {
-        mOnEditIP(aInfo, aAdapter);
-    }
+    mOnEditIP ? mOnEditIP(aInfo, aAdapter) : DeviceFinderWnd::EditIPConfiguration(aInfo, aAdapter);
 }
 
 std::optional<LxString> TestFinder::AskForAddress()

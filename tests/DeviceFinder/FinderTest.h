@@ -11,7 +11,7 @@
 #include "LxGUI/DeviceFinder/DeviceFinderWnd.h"
 #include "ScriptedBackend.h"
 
-/// A finder whose dialogs are functions of the test.
+/// A finder whose dialogs can be functions of the test.
 class TestFinder : public DeviceFinderWnd
 {
 public:

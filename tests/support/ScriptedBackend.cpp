@@ -103,6 +103,12 @@ void ScriptedBackend::SetAccessType(const std::string &aAddress, int aType)
     mAccessTypes[aAddress] = aType;
 }
 
+void ScriptedBackend::SetIPConfigurationResult(const LxResult &aResult)
+{
+    const std::lock_guard lock(mMutex);
+    mIPConfigurationResult = aResult;
+}
+
 void ScriptedBackend::HoldSearch(bool aHold)
 {
     const std::lock_guard lock(mMutex);
@@ -134,6 +140,12 @@ std::vector<std::string> ScriptedBackend::GetAccessTypeCalls() const
     return mAccessTypeCalls;
 }
 
+std::vector<std::string> ScriptedBackend::GetIPConfigurationCalls() const
+{
+    const std::lock_guard lock(mMutex);
+    return mIPConfigurationCalls;
+}
+
 std::unique_ptr<LxDetail::DeviceScanner> ScriptedBackend::CreateScanner()
 {
     return std::make_unique<Scanner>(*this);
@@ -154,6 +166,29 @@ LxResult ScriptedBackend::GetAccessType(const LxString &aIPAddress, int &aType)
     }
     aType = found->second;
     return LxResultCode::OK;
+}
+
+LxResult ScriptedBackend::SetGEVIPConfiguration(const LxString &aMACAddress, const LxString &aIPAddress,
+                                                const LxString &aSubnetMask, const LxString &aDefaultGateway)
+{
+    return SetIPConfiguration("GEV", {aMACAddress, aIPAddress, aSubnetMask, aDefaultGateway});
+}
+
+LxResult ScriptedBackend::SetKelvraIPConfiguration(const LxString &aMACAddress, const LxString &aIPAddress,
+                                                   const LxString &aSubnetMask, const LxString &aDefaultGateway)
+{
+    return SetIPConfiguration("Kelvra", {aMACAddress, aIPAddress, aSubnetMask, aDefaultGateway});
+}
+
+LxResult ScriptedBackend::SetIPConfiguration(const std::string &aKind, std::initializer_list<LxString> aArguments)
+{
+    std::string call = aKind;
+    for (const LxString &argument : aArguments) {
+        call += ' ' + argument.GetString();
+    }
+    const std::lock_guard lock(mMutex);
+    mIPConfigurationCalls.push_back(call);
+    return mIPConfigurationResult;
 }
 
 std::vector<const LxInterface *> ScriptedBackend::GetInterfaces() const

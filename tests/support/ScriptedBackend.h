@@ -2,6 +2,7 @@
 
 #include <condition_variable>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -317,6 +318,8 @@ public:
     /// What FindDevice() and GetAccessType() answer for an address; NotFound for others.
     void SetAddress(const std::string &aAddress, const LxDeviceInfo *aInfo);
     void SetAccessType(const std::string &aAddress, int aType);
+    /// What setting an IP configuration answers; OK by default.
+    void SetIPConfigurationResult(const LxResult &aResult);
     /// While held, a search that has reported does not end unless it is cancelled.
     void HoldSearch(bool aHold);
 
@@ -325,11 +328,17 @@ public:
     bool IsSearching() const;
     std::vector<std::string> GetFindDeviceCalls() const;
     std::vector<std::string> GetAccessTypeCalls() const;
+    /// Each with the kind of device and the arguments: "GEV 00:11:22:33:44:55 10.0.0.2 255.0.0.0 0.0.0.0".
+    std::vector<std::string> GetIPConfigurationCalls() const;
 
     const char *GetName() const override { return "scripted"; }
     std::unique_ptr<LxDetail::DeviceScanner> CreateScanner() override;
     LxResult Connect(const LxDeviceInfo &, LxDeviceAccess, std::unique_ptr<LxDevice> &) override;
     LxResult GetAccessType(const LxString &aIPAddress, int &aType) override;
+    LxResult SetGEVIPConfiguration(const LxString &aMACAddress, const LxString &aIPAddress, const LxString &aSubnetMask,
+                                   const LxString &aDefaultGateway) override;
+    LxResult SetKelvraIPConfiguration(const LxString &aMACAddress, const LxString &aIPAddress,
+                                      const LxString &aSubnetMask, const LxString &aDefaultGateway) override;
 
 private:
     class Scanner;
@@ -353,6 +362,7 @@ private:
     void Find(LxDetail::SearchContext &aContext);
     LxResult FindDevice(const LxString &aAddress, const LxDeviceInfo **aFound);
     std::vector<const LxInterface *> GetInterfaces() const;
+    LxResult SetIPConfiguration(const std::string &aKind, std::initializer_list<LxString> aArguments);
 
     mutable std::mutex mMutex;  // guards everything below
     std::condition_variable mChanged;
@@ -365,6 +375,8 @@ private:
     std::vector<FindCall> mFindCalls;
     std::vector<std::string> mFindDeviceCalls;
     std::vector<std::string> mAccessTypeCalls;
+    std::vector<std::string> mIPConfigurationCalls;
+    LxResult mIPConfigurationResult;
 };
 
 /// Makes a scripted backend the only one for as long as it lives.
