@@ -1,0 +1,249 @@
+#include "LxGUI/GenBrowser/GenBrowserItemDelegate.h"
+
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QPushButton>
+
+#include "LxGUI/Frame/MessageBoxes.h"
+#include "LxGUI/Frame/Text.h"
+#include "LxGUI/GenBrowser/GenBrowserTreeItem.h"
+#include "LxGUI/GenBrowser/GenBrowserTreeModel.h"
+#include "LxGUI/GenBrowser/GenBrowserWnd.h"
+#include "LxGUI/GenBrowser/NumberText.h"
+#include "LxGUI/GenBrowser/QDoubleSpinBoxExact.h"
+#include "LxGUI/GenBrowser/QSpinBox64.h"
+#include "LxGenICam/LxGenFloat.h"
+#include "LxGenICam/LxGenInteger.h"
+
+namespace
+{
+
+/// The item of a feature; null for anything else.
+GenBrowserTreeItem *FeatureItem(const QModelIndex &aIndex)
+{
+    GenBrowserTreeItem *const item = GenBrowserTreeModel::Item(aIndex);
+    return item && item->Parameter() ? item : nullptr;
+}
+
+void Fill(QComboBox &aBox, const GenBrowserTreeItem &aItem)
+{
+    aBox.clear();
+    int current = -1;
+    const QList<FeatureChoice> choices = aItem.Choices(current);
+    for (const FeatureChoice &choice : choices) {
+        aBox.addItem(choice.mText, static_cast<qlonglong>(choice.mValue));
+        aBox.setItemData(aBox.count() - 1, choice.mToolTip, Qt::ToolTipRole);
+    }
+    aBox.setCurrentIndex(current);
+}
+
+void Fill(QLineEdit &aEdit, const GenBrowserTreeItem &aItem)
+{
+    aEdit.setText(aItem.ValueText());
+    aEdit.selectAll();
+}
+
+void Fill(QSpinBox64 &aBox, GenBrowserTreeItem &aItem)
+{
+    const auto *integer = dynamic_cast<LxGenInteger *>(aItem.Parameter());
+    if (!integer) {
+        return;
+    }
+    const QString text = integer->IsReadable() ? ToQString(integer->ToString()) : aItem.EditText();
+    int64_t min = 0;
+    int64_t max = 0;
+    int64_t increment = 0;
+    integer->GetMin(min);
+    integer->GetMax(max);
+    integer->GetIncrement(increment);
+    aBox.SetRange(min, max);
+    aBox.SetStep(increment);
+    aBox.SetText(text.toUpper());
+}
+
+void Fill(QDoubleSpinBoxExact &aBox, const GenBrowserTreeItem &aItem)
+{
+    const auto *number = dynamic_cast<LxGenFloat *>(aItem.Parameter());
+    if (!number) {
+        return;
+    }
+    double value = 0.0;
+    double min = 0.0;
+    double max = 0.0;
+    if (number->IsReadable()) {
+        number->GetValue(value);
+    }
+    number->GetMin(min);
+    number->GetMax(max);
+    aBox.Set(min, max, value);
+}
+
+}  // namespace
+
+GenBrowserItemDelegate::GenBrowserItemDelegate(GenBrowserWnd *aWindow, GenBrowserTreeModel *aModel)
+    : QStyledItemDelegate(aWindow), mWindow(aWindow), mModel(aModel)
+{
+    // By signature, as the slot hides the signal.
+    connect(this, SIGNAL(closeEditor(QWidget *, QAbstractItemDelegate::EndEditHint)), this,
+            SLOT(closeEditor(QWidget *, QAbstractItemDelegate::EndEditHint)));
+}
+
+QWidget *GenBrowserItemDelegate::MakeEditor(QWidget *aParent, const GenBrowserTreeItem &aItem) const
+{
+    switch (aItem.Type()) {
+        case LxGenTypeEnum:
+        case LxGenTypeBoolean:
+            return new QComboBox(aParent);
+        case LxGenTypeString:
+            return new QLineEdit(aParent);
+        case LxGenTypeInteger:
+            if (aItem.IsIPAddress()) {
+                return new QLineEdit(aParent);
+            }
+            return new QSpinBox64(aParent);
+        case LxGenTypeFloat:
+            return new QDoubleSpinBoxExact(aParent);
+        case LxGenTypeCommand: {
+            auto *button = new QPushButton(aParent);
+            button->setAutoDefault(false);
+            return button;
+        }
+        default:
+            return nullptr;
+    }
+}
+
+QWidget *GenBrowserItemDelegate::createEditor(QWidget *aParent, const QStyleOptionViewItem & /*aOption*/,
+                                              const QModelIndex &aIndex) const
+{
+    const GenBrowserTreeItem *const item = FeatureItem(aIndex);
+    QWidget *const editor = item ? MakeEditor(aParent, *item) : nullptr;
+    if (!editor) {
+        return nullptr;
+    }
+    QFont font = QApplication::font();
+    font.setBold(!item->SelectedParameters().isEmpty());
+    editor->setFont(font);
+    editor->setObjectName(QStringLiteral("ValueEditor"));
+    editor->setAccessibleName(item->ShownName());
+    editor->setAutoFillBackground(true);
+    mEditor = editor;
+    if (mModel) {
+        mModel->SetEditIndex(aIndex);
+    }
+    return editor;
+}
+
+void GenBrowserItemDelegate::closeEditor(QWidget *aEditor, QAbstractItemDelegate::EndEditHint /*aHint*/)
+{
+    // An editor that ends after the next one was opened leaves that one's row guarded.
+    const bool isOther = aEditor && mEditor && aEditor != mEditor;
+    if (mModel && !isOther) {
+        mModel->ClearEditIndex();
+    }
+}
+
+void GenBrowserItemDelegate::destroyEditor(QWidget *aEditor, const QModelIndex &aIndex) const
+{
+    // Editors also end without the signal, when another row becomes current by program.
+    if (mModel && mModel->EditIndex() == aIndex) {
+        mModel->ClearEditIndex();
+    }
+    QStyledItemDelegate::destroyEditor(aEditor, aIndex);
+}
+
+void GenBrowserItemDelegate::setEditorData(QWidget *aEditor, const QModelIndex &aIndex) const
+{
+    GenBrowserTreeItem *const item = FeatureItem(aIndex);
+    if (!item) {
+        QStyledItemDelegate::setEditorData(aEditor, aIndex);
+    }
+    else if (auto *box = qobject_cast<QComboBox *>(aEditor)) {
+        Fill(*box, *item);
+    }
+    else if (auto *edit = qobject_cast<QLineEdit *>(aEditor)) {
+        Fill(*edit, *item);
+    }
+    else if (auto *integerBox = qobject_cast<QSpinBox64 *>(aEditor)) {
+        Fill(*integerBox, *item);
+    }
+    else if (auto *floatBox = qobject_cast<QDoubleSpinBoxExact *>(aEditor)) {
+        Fill(*floatBox, *item);
+    }
+    else if (auto *button = qobject_cast<QPushButton *>(aEditor)) {
+        button->setText(item->Name());
+        // An editor is filled again whenever its row changes; one click still is one command.
+        connect(button, &QPushButton::clicked, item, &GenBrowserTreeItem::Execute, Qt::UniqueConnection);
+    }
+    else {
+        QStyledItemDelegate::setEditorData(aEditor, aIndex);
+    }
+}
+
+bool GenBrowserItemDelegate::Write(QWidget *aEditor, GenBrowserTreeItem &aItem, QString &aError) const
+{
+    if (const auto *box = qobject_cast<QComboBox *>(aEditor)) {
+        return aItem.SetValue(static_cast<int64_t>(box->itemData(box->currentIndex(), Qt::UserRole).toLongLong()),
+                              aError);
+    }
+    if (const auto *edit = qobject_cast<QLineEdit *>(aEditor)) {
+        return aItem.SetValue(edit->text(), aError);
+    }
+    if (const auto *integerBox = qobject_cast<QSpinBox64 *>(aEditor)) {
+        const NumberText number = ParseNumber(integerBox->text());
+        if (!number.mIsValid) {
+            aError = QStringLiteral("Error parsing value.");
+            return false;
+        }
+        return aItem.SetValue(number.mValue, aError);
+    }
+    if (const auto *floatBox = qobject_cast<QDoubleSpinBox *>(aEditor)) {
+        return aItem.SetValue(floatBox->value(), aError);
+    }
+    return true;
+}
+
+void GenBrowserItemDelegate::setModelData(QWidget *aEditor, QAbstractItemModel *aModel, const QModelIndex &aIndex) const
+{
+    GenBrowserTreeItem *const item = FeatureItem(aIndex);
+    const bool writes = item && !qobject_cast<QPushButton *>(aEditor);
+    if (mIsWriting) {
+        return;  // One attempt at a time, whatever a sink of the host does while it is notified.
+    }
+    if (writes) {
+        const QPointer<const GenBrowserItemDelegate> self(this);
+        const QPointer<QAbstractItemModel> model(aModel);
+        const QPointer<QWidget> editor(aEditor);
+        QString error;
+        mIsWriting = true;
+        const bool succeeded = Write(aEditor, *item, error);
+        if (!self) {
+            return;
+        }
+        mIsWriting = false;
+        if (model) {
+            emit model->dataChanged(aIndex, aIndex);
+        }
+        if (!succeeded) {
+            ReportLater(error);
+        }
+        if (!model || !editor) {
+            return;
+        }
+    }
+    QStyledItemDelegate::setModelData(aEditor, aModel, aIndex);
+}
+
+// The box runs an event loop. Within it editor, delegate and model may go, which the view that called setModelData()
+// would not survive, so the box comes when the view is done.
+void GenBrowserItemDelegate::ReportLater(const QString &aError) const
+{
+    if (mWindow) {
+        mWindow->ReportError(aError);
+        return;
+    }
+    QMetaObject::invokeMethod(
+        const_cast<GenBrowserItemDelegate *>(this),
+        [this, aError] { ShowError(qobject_cast<QWidget *>(parent()), aError); }, Qt::QueuedConnection);
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QtWidgets/QTreeView>
+
+class GenBrowserTreeItem;
+
+/// The view of the features.
+class GenBrowserTree : public QTreeView
+{
+    Q_OBJECT
+
+public:
+    explicit GenBrowserTree(QWidget *aParent = nullptr);
+
+    /// Replaces the model and frees what the view kept for the one before.
+    void ReplaceModel(QAbstractItemModel *aModel);
+
+public slots:
+    /// Whether a row is on screen.
+    bool IsVisibleSlot(QModelIndex aIndex);
+
+signals:
+    /// For other threads than the GUI's, which get IsVisibleSlot()'s answer; they wait for the GUI's event loop.
+    bool IsVisibleSignal(QModelIndex aIndex);
+    void OnSelectionChanged(const GenBrowserTreeItem *aSelection);
+
+protected:
+    using QTreeView::edit;
+    /// The keyboard edits the value of the current row, whichever of its cells is the current one.
+    bool edit(const QModelIndex &aIndex, EditTrigger aTrigger, QEvent *aEvent) override;
+    void selectionChanged(const QItemSelection &aSelected, const QItemSelection &aDeselected) override;
+    void drawRow(QPainter *aPainter, const QStyleOptionViewItem &aOption, const QModelIndex &aIndex) const override;
+};

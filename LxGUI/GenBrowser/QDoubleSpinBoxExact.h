@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QtWidgets/QDoubleSpinBox>
+
+/// A double spin box that neither rounds what it is given nor shows digits that say nothing.
+class QDoubleSpinBoxExact : public QDoubleSpinBox
+{
+    Q_OBJECT
+
+public:
+    explicit QDoubleSpinBoxExact(QWidget *aParent = nullptr);
+
+    /// Sets limits and value, with as many decimals as they need and a step that suits the limits.
+    void Set(double aMin, double aMax, double aValue);
+
+    QString textFromValue(double aValue) const override;
+};
