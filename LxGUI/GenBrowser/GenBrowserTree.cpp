@@ -26,6 +26,7 @@ GenBrowserTree::GenBrowserTree(QWidget *aParent) : QTreeView(aParent)
 
 void GenBrowserTree::ReplaceModel(QAbstractItemModel *aModel)
 {
+    reset();  // ends open editors; setModel() would have them write what they hold first
     QItemSelectionModel *const before = selectionModel();
     setModel(aModel);
     delete before;  // setModel() leaves the old one to its caller

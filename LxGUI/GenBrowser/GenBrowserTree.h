@@ -15,6 +15,8 @@ public:
     /// Replaces the model and frees what the view kept for the one before.
     void ReplaceModel(QAbstractItemModel *aModel);
 
+    using QTreeView::edit;
+
 public slots:
     /// Whether a row is on screen.
     bool IsVisibleSlot(QModelIndex aIndex);
@@ -25,7 +27,6 @@ signals:
     void OnSelectionChanged(const GenBrowserTreeItem *aSelection);
 
 protected:
-    using QTreeView::edit;
     /// The keyboard edits the value of the current row, whichever of its cells is the current one.
     bool edit(const QModelIndex &aIndex, EditTrigger aTrigger, QEvent *aEvent) override;
     void selectionChanged(const QItemSelection &aSelected, const QItemSelection &aDeselected) override;

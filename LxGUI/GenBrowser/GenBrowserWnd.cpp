@@ -91,9 +91,11 @@ void GenBrowserWnd::CreateLayout()
     QWidget::setTabOrder(mSearchBar, parent->findChild<QWidget *>(QStringLiteral("PreviousMatchButton")));
     QWidget::setTabOrder(parent->findChild<QWidget *>(QStringLiteral("NextMatchButton")), mTree);
     QWidget::setTabOrder(mTree, mDescription);
-    connect(parent, &QObject::destroyed, this, [this] {
-        mIsContentDying = true;
-        TearDown();
+    connect(parent, &QObject::destroyed, this, [this, tree = mTree.data()] {
+        if (mTree == tree) {  // not when another content has taken its place
+            mIsContentDying = true;
+            TearDown();
+        }
     });
     UpdateControls();
     if (mParameters) {
