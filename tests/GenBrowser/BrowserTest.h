@@ -6,6 +6,7 @@
 #include <QtTest/QTest>
 #include <QtWidgets/QAbstractItemView>
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QDialog>
 #include <QtWidgets/QTextEdit>
 #include <QtWidgets/QToolButton>
 #include <functional>
@@ -23,12 +24,24 @@
 class TestBrowser : public LxGenBrowserWnd
 {
 public:
+    ~TestBrowser() override
+    {
+        // A plain widget belongs to whom has got it.
+        if (mPlainWidget && !mPlainWidget->parent()) {
+            delete mPlainWidget;
+        }
+    }
+
     bool IsParameterDisplayed(LxGenParameter *aParameter) override { return !mFilter || mFilter(aParameter); }
 
     template <class Type>
     Type *Find(const char *aName)
     {
-        return GetQWidget()->findChild<Type *>(aName);
+        QWidget *const widget = GetQWidget();
+        if (!qobject_cast<QDialog *>(widget)) {
+            mPlainWidget = widget;
+        }
+        return widget->findChild<Type *>(aName);
     }
     GenBrowserTree *Tree() { return Find<GenBrowserTree>("FeatureTree"); }
     GenBrowserTreeModel *Model() { return qobject_cast<GenBrowserTreeModel *>(Tree()->model()); }
@@ -83,4 +96,7 @@ public:
     }
 
     std::function<bool(LxGenParameter *)> mFilter;
+
+private:
+    QPointer<QWidget> mPlainWidget;
 };

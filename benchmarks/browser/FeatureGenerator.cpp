@@ -1,0 +1,103 @@
+#include "FeatureGenerator.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <stdexcept>
+#include <string>
+
+namespace
+{
+
+constexpr int kFeaturesPerCategory = 50;
+constexpr uint64_t kFirstRegister = 0x1000;
+constexpr uint64_t kRegisterDistance = 16;
+
+std::string Node(const std::string &aKind, const std::string &aName, const std::string &aContent)
+{
+    return "<" + aKind + " Name=\"" + aName + "\">" + aContent + "</" + aKind + ">\n";
+}
+
+std::string Texts(const std::string &aName)
+{
+    return "<ToolTip>What " + aName + " is for, in a line.</ToolTip><Description>A longer explanation of " + aName +
+           ", of the kind that cameras bring with them for each of their features.</Description><DisplayName>The " +
+           aName + "</DisplayName><Visibility>Beginner</Visibility>";
+}
+
+std::string Register(const std::string &aKind, const std::string &aName, uint64_t aAddress, int aLength)
+{
+    char place[128];
+    std::snprintf(place, sizeof(place), "<Address>0x%llX</Address><Length>%d</Length>",
+                  static_cast<unsigned long long>(aAddress), aLength);
+    std::string content = std::string(place) + "<AccessMode>RW</AccessMode><pPort>Device</pPort>";
+    if (aKind == "IntReg") {
+        content += "<Sign>Unsigned</Sign>";
+    }
+    return Node(aKind, aName, content + "<Endianess>BigEndian</Endianess>");
+}
+
+/// The nodes of a feature; its kind depends on its number.
+std::string Feature(int aNumber)
+{
+    const std::string name = "Feature" + std::to_string(aNumber);
+    const std::string target = "<pValue>" + name + "Reg</pValue>";
+    const uint64_t address = kFirstRegister + static_cast<uint64_t>(aNumber) * kRegisterDistance;
+    const std::string integer = Register("IntReg", name + "Reg", address, 4);
+    switch (aNumber % 5) {
+        case 0:
+        case 1:
+            return integer + Node("Integer", name,
+                                  Texts(name) + target + "<Min>0</Min><Max>65535</Max><Inc>1</Inc><Unit>px</Unit>");
+        case 2:
+            return Register("FloatReg", name + "Reg", address, 4) +
+                   Node("Float", name, Texts(name) + target + "<Min>0</Min><Max>1000</Max><Unit>us</Unit>");
+        case 3: {
+            std::string entries;
+            for (const char *entry : {"Off", "Once", "Continuous"}) {
+                entries += "<EnumEntry Name=\"" + std::string(entry) + "\"><Value>" +
+                           (entry[1] == 'f'   ? "0"
+                            : entry[1] == 'n' ? "1"
+                                              : "2") +
+                           "</Value></EnumEntry>";
+            }
+            return integer + Node("Enumeration", name, Texts(name) + entries + target);
+        }
+        default:
+            return integer + Node("Boolean", name, Texts(name) + target);
+    }
+}
+
+std::string MakeXML(int aFeatures)
+{
+    std::string root;
+    std::string nodes;
+    for (int first = 0; first < aFeatures; first += kFeaturesPerCategory) {
+        const std::string category = "Category" + std::to_string(first / kFeaturesPerCategory);
+        root += "<pFeature>" + category + "</pFeature>";
+        std::string members;
+        for (int i = first; i < std::min(first + kFeaturesPerCategory, aFeatures); ++i) {
+            members += "<pFeature>Feature" + std::to_string(i) + "</pFeature>";
+            nodes += Feature(i);
+        }
+        nodes += Node("Category", category, members);
+    }
+    return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+           "<RegisterDescription ModelName=\"Generated\" VendorName=\"LxGUI\" StandardNameSpace=\"None\" "
+           "SchemaMajorVersion=\"1\" SchemaMinorVersion=\"1\" SchemaSubMinorVersion=\"0\" MajorVersion=\"1\" "
+           "MinorVersion=\"0\" SubMinorVersion=\"0\" ProductGuid=\"1F3C6A72-7842-4EDD-9130-E2E90A2058BA\" "
+           "VersionGuid=\"7645D2A1-A41E-4AC6-B486-1531FB7BECE6\" "
+           "xmlns=\"http://www.genicam.org/GenApi/Version_1_1\">\n" +
+           Node("Category", "Root", root) + nodes + Node("Port", "Device", "") + "</RegisterDescription>\n";
+}
+
+}  // namespace
+
+GeneratedCamera::GeneratedCamera(int aFeatures)
+{
+    mMemory->Map(kFirstRegister, static_cast<uint64_t>(aFeatures) * kRegisterDistance);
+    const LxResult result = LxDetail::NodeMap::Create(mPort, MakeXML(aFeatures), mNodeMap);
+    if (!result.IsOK()) {
+        throw std::runtime_error(result.GetDescription().GetAscii());
+    }
+}
