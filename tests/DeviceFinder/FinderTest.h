@@ -27,6 +27,13 @@ protected:
     std::optional<LxString> AskForAddress() override;
 };
 
+/// A widget of a dialog by its name.
+template <class Widget>
+Widget *Child(const QWidget *aDialog, const char *aName)
+{
+    return aDialog->findChild<Widget *>(QLatin1String(aName));
+}
+
 /// A finder over scripted devices.
 class FinderTest : public testing::Test
 {

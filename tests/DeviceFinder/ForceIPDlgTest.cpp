@@ -10,9 +10,7 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QToolTip>
 
-#include "Backends/Simulation/LxSimulation.h"
 #include "FinderTest.h"
-#include "LxSystem/LxSystem.h"
 
 namespace
 {
@@ -25,19 +23,9 @@ constexpr char sOtherMask[] = "Device Subnet Mask should match Interface Subnet 
 constexpr char sInvalidMask[] = "Invalid subnet mask.";
 constexpr char sOtherGateway[] = "Device Gateway does not match Interface Subnet.";
 
-QLineEdit *Edit(const QWidget *aDialog, const char *aName)
-{
-    return aDialog->findChild<QLineEdit *>(QLatin1String(aName));
-}
-
 QComboBox *Combo(const QWidget *aDialog)
 {
-    return aDialog->findChild<QComboBox *>(QStringLiteral("NICIPAddress"));
-}
-
-QPushButton *DialogButton(const QWidget *aDialog, const char *aName)
-{
-    return aDialog->findChild<QPushButton *>(QLatin1String(aName));
+    return Child<QComboBox>(aDialog, "NICIPAddress");
 }
 
 /// Types into a field as a user does, instead of what is in it.
@@ -110,9 +98,9 @@ protected:
         mDialog->show();
     }
 
-    QLineEdit *Field(const char *aName) const { return Edit(mDialog.get(), aName); }
+    QLineEdit *Field(const char *aName) const { return Child<QLineEdit>(mDialog.get(), aName); }
     QString Text(const char *aName) const { return Field(aName)->text(); }
-    void ClickOK() const { QTest::mouseClick(DialogButton(mDialog.get(), "OKButton"), Qt::LeftButton); }
+    void ClickOK() const { QTest::mouseClick(Child<QPushButton>(mDialog.get(), "OKButton"), Qt::LeftButton); }
     bool IsOpen() const { return mDialog->isVisible() && mDialog->result() == QDialog::Rejected; }
 
     /// The messages of the three fields.
@@ -196,9 +184,9 @@ TEST_F(ForceIPDlgTest, HasTwoGroupsOfFourRows)
         }
         EXPECT_LT(bottom, group->height());
     }
-    EXPECT_LT(groups[1]->geometry().bottom(), DialogButton(mDialog.get(), "OKButton")->geometry().top());
-    EXPECT_LT(DialogButton(mDialog.get(), "OKButton")->geometry().right(),
-              DialogButton(mDialog.get(), "CancelButton")->geometry().left());
+    EXPECT_LT(groups[1]->geometry().bottom(), Child<QPushButton>(mDialog.get(), "OKButton")->geometry().top());
+    EXPECT_LT(Child<QPushButton>(mDialog.get(), "OKButton")->geometry().right(),
+              Child<QPushButton>(mDialog.get(), "CancelButton")->geometry().left());
 }
 
 TEST_F(ForceIPDlgTest, HasItsSlotsInOrder)
@@ -399,9 +387,10 @@ TEST_F(ForceIPDlgTest, IsWorkedByTheKeyboard)
 {
     ForceIPDlg dialog(mInfo, mAdapter);
     OnNextModal([](QWidget *aDialog) {
-        EXPECT_EQ(aDialog->focusWidget(), Edit(aDialog, "DeviceIPAddress"));
+        EXPECT_EQ(aDialog->focusWidget(), Child<QLineEdit>(aDialog, "DeviceIPAddress"));
         QTest::keyClicks(aDialog->focusWidget(), "20");
-        EXPECT_EQ(Edit(aDialog, "DeviceIPAddress")->text(), "192.168.1.20") << "the suggestion is completed";
+        EXPECT_EQ(Child<QLineEdit>(aDialog, "DeviceIPAddress")->text(), "192.168.1.20")
+            << "the suggestion is completed";
         QStringList order;
         for (int i = 0; i < 6; ++i) {
             order << aDialog->focusWidget()->objectName();
@@ -471,7 +460,7 @@ TEST_F(ForceIPDlgTest, CancelAndEscapeChangeNothing)
             QTest::keyClick(Field("DeviceIPAddress"), Qt::Key_Escape);
         }
         else {
-            QTest::mouseClick(DialogButton(mDialog.get(), "CancelButton"), Qt::LeftButton);
+            QTest::mouseClick(Child<QPushButton>(mDialog.get(), "CancelButton"), Qt::LeftButton);
         }
         EXPECT_FALSE(mDialog->isVisible());
         EXPECT_EQ(mDialog->result(), QDialog::Rejected);
@@ -633,115 +622,4 @@ TEST_F(ForceIPDlgTest, OutlivesTheDeviceAndTheAdapter)
     Type(Field("DeviceIPAddress"), "192.168.1.20");
     ClickOK();
     EXPECT_EQ(mDevices->GetIPConfigurationCalls().size(), 1u);
-}
-
-// In the finder
-
-TEST_F(FinderTest, TheAddressOfTheSelectedDeviceIsSetWhileTheSearchRests)
-{
-    mDevices->AddGEV(mDevices->AddAdapter("a"), "g");
-    Show();
-    Select("Device g");
-    ASSERT_TRUE(WaitForRounds(1));
-    OnNextModal([this](QWidget *aDialog) {
-        EXPECT_EQ(aDialog->parentWidget(), mFinder.GetQWidget());
-        EXPECT_FALSE(mDevices->IsSearching());
-        QTest::keyClicks(Edit(aDialog, "DeviceIPAddress"), "20");
-        QTest::mouseClick(DialogButton(aDialog, "OKButton"), Qt::LeftButton);
-    });
-    Click("SetIPButton");
-    EXPECT_EQ(mDevices->GetIPConfigurationCalls(),
-              std::vector<std::string>{"GEV 00:11:22:33:44:55 192.168.1.20 255.255.255.0 0.0.0.0"});
-    EXPECT_TRUE(WaitForRounds(2)) << "the search must go on";
-}
-
-TEST_F(FinderTest, CancelOfTheAddressGoesOnSearching)
-{
-    mDevices->AddGEV(mDevices->AddAdapter("a"), "g");
-    Show();
-    Select("Device g");
-    ASSERT_TRUE(WaitForRounds(1));
-    OnNextModal([](QWidget *aDialog) { QTest::mouseClick(DialogButton(aDialog, "CancelButton"), Qt::LeftButton); });
-    Click("SetIPButton");
-    EXPECT_TRUE(mDevices->GetIPConfigurationCalls().empty());
-    EXPECT_TRUE(WaitForRounds(2)) << "the search must go on";
-}
-
-TEST_F(FinderTest, ClosingTheWindowClosesTheAddressToo)
-{
-    mDevices->AddGEV(mDevices->AddAdapter("a"), "g");
-    Show();
-    Select("Device g");
-    ASSERT_TRUE(WaitForRounds(1));
-    OnNextModal([this](QWidget *aDialog) {
-        mFinder.Close();
-        EXPECT_FALSE(aDialog->isVisible());
-    });
-    Click("SetIPButton");
-    EXPECT_TRUE(mDevices->GetIPConfigurationCalls().empty());
-    EXPECT_FALSE(mDevices->IsSearching());
-}
-
-TEST(FinderOverAddresses, DestroyingTheWindowUnderADialogIsSafe)
-{
-    const ScriptedDevices devices;
-    devices->AddGEV(devices->AddAdapter("a"), "g");
-    for (const char *button : {"SelectFromIPButton", "SetIPButton"}) {
-        auto finder = std::make_unique<DeviceFinderWnd>();
-        ASSERT_TRUE(finder->ShowModeless(static_cast<QWidget *>(nullptr)).IsOK());
-        const QPointer<QWidget> widget = finder->GetQWidget();
-        auto *tree = widget->findChild<QTreeWidget *>();
-        ASSERT_TRUE(WaitForGui([tree] { return tree->topLevelItem(0) && tree->topLevelItem(0)->childCount() == 1; }));
-        tree->topLevelItem(0)->child(0)->setSelected(true);
-        const size_t rounds = devices->GetFindCount();
-        ASSERT_TRUE(WaitForGui([&] { return devices->GetFindCount() > rounds; }));
-        OnNextModal([&finder](QWidget *) { finder.reset(); });
-        // Not with the mouse: the button dies under the click.
-        QMetaObject::invokeMethod(finder.get(), button == std::string("SetIPButton") ? "OnBnClickedForceipButton"
-                                                                                     : "OnBnClickedSelectfromipButton");
-        EXPECT_EQ(finder, nullptr);
-        EXPECT_FALSE(devices->IsSearching());
-    }
-    EXPECT_TRUE(devices->GetIPConfigurationCalls().empty());
-}
-
-// With simulated devices
-
-TEST(ForceIPDlgOfSimulatedDevice, GivesItAnAddressWithWhichItCanBeConnected)
-{
-    LxSimulation::Clear();
-    LxSimulation::Enable(true);
-    LxSimulatedNetworkAdapter adapter;
-    adapter.mName = "eth0";
-    adapter.mAddresses = {{"192.168.1.10", "255.255.255.0"}};
-    ASSERT_TRUE(LxSimulation::SetNetworkAdapter(adapter).IsOK());
-    for (const int type : {LxDeviceInfoTypeGEV, LxDeviceInfoTypeKelvra}) {
-        LxSimulatedDevice device;
-        device.mType = type;
-        device.mMACAddress = type == LxDeviceInfoTypeGEV ? "02:00:00:00:00:20" : "02:00:00:00:00:21";
-        device.mIPAddress = "10.9.9.9";
-        device.mSubnetMask = "255.255.255.0";
-        device.mInterfaces = {"eth0"};
-        ASSERT_TRUE(LxSimulation::SetDevice(device).IsOK());
-        LxSystem system;
-        ASSERT_TRUE(system.Find().IsOK());
-        const auto *found = dynamic_cast<const LxNetworkAdapter *>(system.GetInterface(0));
-        ASSERT_NE(found, nullptr);
-        const LxDeviceInfo *info = found->GetDeviceInfo(found->GetDeviceCount() - 1);
-        ASSERT_EQ(info->GetType(), type);
-        EXPECT_FALSE(info->IsConfigurationValid());
-
-        ForceIPDlg dialog(*info, *found);
-        dialog.show();
-        QTest::keyClicks(Edit(&dialog, "DeviceIPAddress"), type == LxDeviceInfoTypeGEV ? "20" : "21");
-        QTest::keyClick(&dialog, Qt::Key_Return);
-        EXPECT_EQ(dialog.result(), QDialog::Accepted);
-        ASSERT_TRUE(system.Find().IsOK());
-        EXPECT_TRUE(info->IsConfigurationValid());
-        LxSimulatedDevice changed;
-        ASSERT_TRUE(LxSimulation::GetDevice(device.mMACAddress, changed).IsOK());
-        EXPECT_EQ(changed.mIPAddress.GetString(), type == LxDeviceInfoTypeGEV ? "192.168.1.20" : "192.168.1.21");
-    }
-    LxSimulation::Disable();
-    LxSimulation::Clear();
 }

@@ -8,21 +8,6 @@
 
 #include "FinderTest.h"
 
-namespace
-{
-
-QLineEdit *AddressEdit(const QWidget *aDialog)
-{
-    return aDialog->findChild<QLineEdit *>(QStringLiteral("AddressEdit"));
-}
-
-QPushButton *DialogButton(const QWidget *aDialog, const char *aName)
-{
-    return aDialog->findChild<QPushButton *>(QLatin1String(aName));
-}
-
-}  // namespace
-
 TEST(SelectFromIPDlg, HasATextAFieldAndTwoButtons)
 {
     SelectFromIPDlg dialog;
@@ -40,19 +25,19 @@ TEST(SelectFromIPDlg, HasATextAFieldAndTwoButtons)
     EXPECT_TRUE(labels[0]->wordWrap());
     EXPECT_EQ(labels[0]->alignment(), Qt::AlignLeft | Qt::AlignTop);
     EXPECT_EQ(labels[1]->text(), "IP Address");
-    EXPECT_EQ(labels[1]->buddy(), AddressEdit(&dialog));
-    EXPECT_EQ(AddressEdit(&dialog)->accessibleName(), "IP Address");
-    EXPECT_EQ(AddressEdit(&dialog)->text(), "");
+    EXPECT_EQ(labels[1]->buddy(), Child<QLineEdit>(&dialog, "AddressEdit"));
+    EXPECT_EQ(Child<QLineEdit>(&dialog, "AddressEdit")->accessibleName(), "IP Address");
+    EXPECT_EQ(Child<QLineEdit>(&dialog, "AddressEdit")->text(), "");
     EXPECT_EQ(dialog.GetAddress(), "");
 
     const auto rect = [](const QWidget *aWidget) { return aWidget->geometry(); };
-    const QWidget *ok = DialogButton(&dialog, "OKButton");
-    const QWidget *cancel = DialogButton(&dialog, "CancelButton");
+    const QWidget *ok = Child<QPushButton>(&dialog, "OKButton");
+    const QWidget *cancel = Child<QPushButton>(&dialog, "CancelButton");
     const int margin = rect(&dialog).width() - 1 - rect(cancel).right();
-    EXPECT_LT(rect(labels[0]).bottom(), rect(AddressEdit(&dialog)).top());
-    EXPECT_LT(rect(labels[1]).right(), rect(AddressEdit(&dialog)).left());
-    EXPECT_EQ(rect(AddressEdit(&dialog)).right(), rect(cancel).right() - 20);
-    EXPECT_LT(rect(AddressEdit(&dialog)).bottom(), rect(ok).top());
+    EXPECT_LT(rect(labels[0]).bottom(), rect(Child<QLineEdit>(&dialog, "AddressEdit")).top());
+    EXPECT_LT(rect(labels[1]).right(), rect(Child<QLineEdit>(&dialog, "AddressEdit")).left());
+    EXPECT_EQ(rect(Child<QLineEdit>(&dialog, "AddressEdit")).right(), rect(cancel).right() - 20);
+    EXPECT_LT(rect(Child<QLineEdit>(&dialog, "AddressEdit")).bottom(), rect(ok).top());
     EXPECT_LT(rect(ok).right(), rect(cancel).left());
     EXPECT_LE(margin, 20);
 }
@@ -71,12 +56,12 @@ TEST(SelectFromIPDlg, IsWorkedByTheKeyboard)
 {
     SelectFromIPDlg dialog;
     OnNextModal([](QWidget *aDialog) {
-        EXPECT_EQ(aDialog->focusWidget(), AddressEdit(aDialog));
+        EXPECT_EQ(aDialog->focusWidget(), Child<QLineEdit>(aDialog, "AddressEdit"));
         QTest::keyClicks(aDialog->focusWidget(), "192.168.7.9");
         QTest::keyClick(aDialog->focusWidget(), Qt::Key_Tab);
-        EXPECT_EQ(aDialog->focusWidget(), DialogButton(aDialog, "OKButton"));
+        EXPECT_EQ(aDialog->focusWidget(), Child<QPushButton>(aDialog, "OKButton"));
         QTest::keyClick(aDialog->focusWidget(), Qt::Key_Tab);
-        EXPECT_EQ(aDialog->focusWidget(), DialogButton(aDialog, "CancelButton"));
+        EXPECT_EQ(aDialog->focusWidget(), Child<QPushButton>(aDialog, "CancelButton"));
         QTest::keyClick(aDialog->focusWidget(), Qt::Key_Tab);
         QTest::keyClick(aDialog->focusWidget(), Qt::Key_Return);
     });
@@ -89,7 +74,7 @@ TEST(SelectFromIPDlg, StaysOpenForATextThatIsNoAddress)
     for (const QString text : {"", "192.168.1", "192.168.1.256", " 10.0.0.1", "10.0.0.1x", "camera", "Kamera\u00e4"}) {
         SelectFromIPDlg dialog;
         dialog.show();
-        AddressEdit(&dialog)->setText(text);
+        Child<QLineEdit>(&dialog, "AddressEdit")->setText(text);
         bool information = false;
         QString title, message;
         QMessageBox::StandardButtons buttons;
@@ -102,13 +87,13 @@ TEST(SelectFromIPDlg, StaysOpenForATextThatIsNoAddress)
             buttons = box->standardButtons();
             box->accept();
         });
-        QTest::mouseClick(DialogButton(&dialog, "OKButton"), Qt::LeftButton);
+        QTest::mouseClick(Child<QPushButton>(&dialog, "OKButton"), Qt::LeftButton);
         EXPECT_TRUE(information);
         EXPECT_EQ(title, "Error");
         EXPECT_EQ(message, "Invalid IP address.");
         EXPECT_EQ(buttons, QMessageBox::Ok);
         EXPECT_TRUE(dialog.isVisible()) << text.toStdString();
-        EXPECT_EQ(AddressEdit(&dialog)->text(), text) << "the text is kept";
+        EXPECT_EQ(Child<QLineEdit>(&dialog, "AddressEdit")->text(), text) << "the text is kept";
         EXPECT_EQ(dialog.GetAddress(), text);
         EXPECT_EQ(dialog.result(), 0);
     }
@@ -127,72 +112,4 @@ TEST(SelectFromIPDlg, CanBeCorrected)
     });
     EXPECT_EQ(dialog.exec(), QDialog::Accepted);
     EXPECT_EQ(dialog.GetAddress(), "10.0.0.5");
-}
-
-// In the finder
-
-TEST_F(FinderTest, CancelOfSelectFromIPGoesOnSearchingWithNothingSelected)
-{
-    mDevices->AddGEV(mDevices->AddAdapter("a"), "g");
-    Show();
-    ASSERT_TRUE(WaitForRounds(1));
-    OnNextModal([this](QWidget *aDialog) {
-        EXPECT_EQ(aDialog->parentWidget(), mFinder.GetQWidget());
-        EXPECT_FALSE(mDevices->IsSearching());
-        QTest::keyClicks(AddressEdit(aDialog), "10.1.2.3");
-        QTest::mouseClick(DialogButton(aDialog, "CancelButton"), Qt::LeftButton);
-    });
-    Click("SelectFromIPButton");
-    EXPECT_TRUE(mDevices->GetFindDeviceCalls().empty());
-    EXPECT_EQ(mFinder.GetSelected(), nullptr);
-    EXPECT_TRUE(mFinder.GetQWidget()->isVisible());
-    EXPECT_TRUE(WaitForRounds(2)) << "the search must go on";
-}
-
-TEST_F(FinderTest, AnAddressThatIsTypedChoosesTheDeviceThere)
-{
-    const ScriptedGEV &info =
-        mDevices->AddGEV(mDevices->AddAdapter("a"), "g", [](GEVValues &aValues) { aValues.mReported = false; });
-    mDevices->SetAddress("10.1.2.3", &info);
-    OnNextModal([this](QWidget *) {
-        OnNextModal([](QWidget *aDialog) {
-            QTest::keyClicks(AddressEdit(aDialog), "10.1.2.3");
-            QTest::keyClick(aDialog, Qt::Key_Return);
-        });
-        Click("SelectFromIPButton");
-    });
-    EXPECT_TRUE(mFinder.ShowModal(nullptr).IsOK());
-    EXPECT_EQ(mFinder.GetSelected(), &info);
-    EXPECT_EQ(mDevices->GetFindDeviceCalls(), std::vector<std::string>{"10.1.2.3"});
-}
-
-TEST_F(FinderTest, AnAddressThatNobodyAnswersSaysSoAfterTheDialog)
-{
-    mDevices->AddAdapter("a");
-    Show();
-    std::optional<ExpectedBox> box;
-    OnNextModal([&](QWidget *aDialog) {
-        QTest::keyClicks(AddressEdit(aDialog), "10.9.9.9");
-        QTest::keyClick(aDialog, Qt::Key_Return);
-        box.emplace();
-    });
-    Click("SelectFromIPButton");
-    ASSERT_TRUE(box);
-    EXPECT_EQ(box->Title(), "Error");
-    EXPECT_EQ(box->Text(), "Could not contact device.");
-    EXPECT_EQ(mFinder.GetSelected(), nullptr);
-    EXPECT_TRUE(WaitForRounds(2)) << "the search must go on";
-}
-
-TEST_F(FinderTest, ClosingTheWindowClosesSelectFromIP)
-{
-    Show();
-    OnNextModal([this](QWidget *aDialog) {
-        QTest::keyClicks(AddressEdit(aDialog), "10.1.2.3");
-        mFinder.Close();
-        EXPECT_FALSE(aDialog->isVisible());
-    });
-    Click("SelectFromIPButton");
-    EXPECT_TRUE(mDevices->GetFindDeviceCalls().empty());
-    EXPECT_FALSE(mDevices->IsSearching());
 }

@@ -16,6 +16,7 @@
 #include "LxSystem/LxDeviceInfoGEV.h"
 #include "LxSystem/LxNetworkAdapter.h"
 #include "LxSystem/LxSystem.h"
+#include "NetworkCameras.h"
 #include "WaitFor.h"
 #include "Wire.h"
 
@@ -27,71 +28,6 @@ using Clock = std::chrono::steady_clock;
 double MillisecondsSince(Clock::time_point aStart)
 {
     return std::chrono::duration<double, std::milli>(Clock::now() - aStart).count();
-}
-
-const LxInterface *FindInterface(const LxSystem &aSystem, const std::string &aName)
-{
-    for (uint32_t i = 0; i < aSystem.GetInterfaceCount(); ++i) {
-        const LxInterface *interface = aSystem.GetInterface(i);
-        if (interface->GetDisplayID().GetString().find(aName) != std::string::npos) {
-            return interface;
-        }
-    }
-    return nullptr;
-}
-
-/// Searches until the interface of this name has a device.
-const LxDeviceInfoGEV *FindAt(LxSystem &aSystem, const std::string &aInterface)
-{
-    const LxDeviceInfoGEV *found = nullptr;
-    aSystem.SetDetectionTimeout(100);
-    WaitFor([&] {
-        aSystem.Find();
-        const LxInterface *interface = FindInterface(aSystem, aInterface);
-        found = interface ? dynamic_cast<const LxDeviceInfoGEV *>(interface->GetDeviceInfo(0)) : nullptr;
-        return found != nullptr;
-    });
-    return found;
-}
-
-/// Takes frames until so many complete ones came; 0 when they do not.
-uint64_t TakeFrames(LxStream &aStream, int aCount)
-{
-    uint64_t bytes = 0;
-    for (int taken = 0; taken < aCount;) {
-        std::shared_ptr<const LxBuffer> buffer;
-        const LxResult result = aStream.RetrieveBuffer(buffer, 10000);
-        if (!result.IsOK()) {
-            ADD_FAILURE() << result.GetCodeString().GetAscii() << ' ' << result.GetDescription().GetAscii();
-            return 0;
-        }
-        if (buffer->GetStatus() == LxBufferStatus::Complete && buffer->GetImage()) {
-            bytes += buffer->GetImage()->GetDataSize();
-            ++taken;
-        }
-    }
-    return bytes;
-}
-
-std::unique_ptr<LxDeviceGEV> Connect(const LxDeviceInfo *aInfo)
-{
-    std::unique_ptr<LxDevice> device;
-    const LxResult result = LxSystem::Connect(aInfo, LxDeviceAccess::Control, device);
-    EXPECT_TRUE(result.IsOK()) << result.GetCodeString().GetAscii() << ' ' << result.GetDescription().GetAscii();
-    return std::unique_ptr<LxDeviceGEV>(dynamic_cast<LxDeviceGEV *>(device.release()));
-}
-
-std::vector<std::string> EmulatorBehind(const Wire &aWire, const std::string &aIP, const std::string &aMAC)
-{
-    std::vector<std::string> command = {"ip", "netns", "exec", aWire.GetNamespace()};
-    command.push_back(EmulatorCommand().front());
-    for (const std::string &argument :
-         {std::string("--interface"), aWire.GetFarEnd(), std::string("--ip"), aIP, std::string("--mask"),
-          std::string("255.255.255.0"), std::string("--mac"), aMAC})
-    {
-        command.push_back(argument);
-    }
-    return command;
 }
 
 struct Kind
@@ -246,6 +182,32 @@ TEST(NetworkCameras, OnAWrongSubnetIsFoundButNotConnectedAndBothSubnetsAreNamed)
     const std::string text = result.GetDescription().GetString();
     EXPECT_NE(text.find("10.9.9."), std::string::npos) << text;
     EXPECT_NE(text.find("192.168.50."), std::string::npos) << text;
+}
+
+TEST(NetworkCameras, OnAWrongSubnetGetsAnAddressOnTheRightOneAndStreams)
+{
+    const Wire wire("given", "192.168.54.1/24", "");
+    CameraProcess camera(EmulatorBehind(wire, "10.9.9.9", "02:00:00:00:00:54"), "");
+    ASSERT_TRUE(camera.Start());
+    LxSystem system;
+    const LxDeviceInfoGEV *info = FindAt(system, wire.GetNearEnd());
+    ASSERT_NE(info, nullptr);
+    EXPECT_FALSE(info->IsConfigurationValid());
+
+    const LxString mask = "255.255.255.0";
+    const LxString gateway = "192.168.54.1";
+    EXPECT_TRUE(LxDeviceGEV::SetIPConfiguration("02:00:00:00:00:55", "192.168.54.8", mask, gateway) ==
+                LxResultCode::NotFound);
+    const LxResult result = LxDeviceGEV::SetIPConfiguration(info->GetMACAddress(), "192.168.54.7", mask, gateway);
+    EXPECT_TRUE(result.IsOK()) << result.GetCodeString().GetAscii() << ' ' << result.GetDescription().GetAscii();
+    ASSERT_TRUE(WaitFor([&] {
+        system.Find();
+        return info->IsConfigurationValid();
+    }));
+    EXPECT_EQ(info->GetIPAddress(), LxString("192.168.54.7"));
+    EXPECT_EQ(info->GetSubnetMask(), mask);
+    EXPECT_EQ(info->GetDefaultGateway(), gateway);
+    ExpectStreams(info);
 }
 
 TEST(NetworkCameras, TwoOnTwoAdaptersAreFoundAtTheirsAndStreamAtTheSameTime)
