@@ -200,10 +200,11 @@ TEST_F(BrowserThread, TheQuestionWhetherARowIsOnScreenIsAnsweredByTheGui)
     Show(LxGenRefreshManual);
     const QModelIndex first = mBrowser->Cell("Feature0");
     const QModelIndex last = mBrowser->Cell("Feature59");
+    GenBrowserTree *tree = mBrowser->Tree();
     std::atomic<int> answers{-1};
     std::thread asker([&] {
-        const bool seesFirst = emit mBrowser->Tree()->IsVisibleSignal(first);
-        const bool seesLast = emit mBrowser->Tree()->IsVisibleSignal(last);
+        const bool seesFirst = emit tree->IsVisibleSignal(first);
+        const bool seesLast = emit tree->IsVisibleSignal(last);
         answers = (seesFirst ? 1 : 0) + (seesLast ? 2 : 0);
     });
     EXPECT_TRUE(WaitForGui([&] { return answers >= 0; }));
@@ -215,9 +216,11 @@ TEST_F(BrowserThread, AQuestionThatIsTakenAwayIsAnsweredWithNo)
 {
     Show(LxGenRefreshManual);
     std::atomic<int> answer{-1};
-    std::thread asker([&] { answer = (emit mBrowser->Tree()->IsVisibleSignal(mBrowser->Cell("Feature0"))) ? 1 : 0; });
+    GenBrowserTree *tree = mBrowser->Tree();
+    const QModelIndex cell = mBrowser->Cell("Feature0");
+    std::thread asker([&] { answer = (emit tree->IsVisibleSignal(cell)) ? 1 : 0; });
     EXPECT_TRUE(WaitFor([&] {
-        QCoreApplication::removePostedEvents(mBrowser->Tree(), QEvent::MetaCall);
+        QCoreApplication::removePostedEvents(tree, QEvent::MetaCall);
         return answer >= 0;
     }));
     asker.join();
