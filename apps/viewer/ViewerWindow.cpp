@@ -56,6 +56,7 @@ ViewerWindow::ViewerWindow()
     setCentralWidget(central);
     mPicture->setObjectName(QStringLiteral("picture"));
     mDisplay.Create(mPicture);
+    mPicture->hide();  // Create() shows it, but its page comes up with a camera only
 
     MakeActions();
     MakeStatusBar();

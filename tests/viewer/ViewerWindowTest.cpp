@@ -86,6 +86,7 @@ TEST_F(Viewer, StartsWithoutACameraAndOffersTheFinder)
     EXPECT_FALSE(Action("registersAction")->isEnabled());
     EXPECT_FALSE(Action("disconnectAction")->isEnabled());
     EXPECT_TRUE(mWindow->findChild<QPushButton *>("findButton")->isVisible());
+    EXPECT_FALSE(mWindow->findChild<QWidget *>("picture")->isVisible()) << "nothing to show yet";
 }
 
 TEST_F(Viewer, TheCameraChosenInTheFinderIsShownLive)
