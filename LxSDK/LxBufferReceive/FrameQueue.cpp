@@ -10,6 +10,24 @@ namespace
 
 constexpr std::chrono::seconds RateWindow(1);
 
+/// Block IDs of 16 bits go from here to 1 (GigE Vision 1.2, GVSP block_id: 0 is reserved).
+constexpr uint64_t LastShortBlockID = 65535;
+/// A larger gap where block IDs of 16 bits might begin again is a device that began to count anew.
+constexpr uint64_t MaxGapOverEnd = 1000;
+
+/// How many block IDs lie between two; 0 when the second does not follow the first.
+uint64_t GetGap(uint64_t aLast, uint64_t aNext)
+{
+    if (aNext > aLast) {
+        return aNext - aLast - 1;
+    }
+    if (aLast > LastShortBlockID) {
+        return 0;
+    }
+    const uint64_t gap = LastShortBlockID - aLast + aNext - 1;
+    return gap <= MaxGapOverEnd ? gap : 0;
+}
+
 }  // namespace
 
 FrameQueue::FrameQueue(const LxStreamConfiguration &aConfiguration)
@@ -60,8 +78,8 @@ uint64_t FrameQueue::GetSize(const LxBuffer &aBuffer)
 void FrameQueue::CountGap(uint64_t aBlockID)
 {
     if (aBlockID != 0) {
-        if (mLastBlockID != 0 && aBlockID > mLastBlockID + 1) {
-            const uint64_t gap = aBlockID - mLastBlockID - 1;
+        if (mLastBlockID != 0) {
+            const uint64_t gap = GetGap(mLastBlockID, aBlockID);
             mStatistics.mMissed += gap - std::min(gap, mExplainedGap);
         }
         mLastBlockID = aBlockID;

@@ -28,7 +28,8 @@ public:
     void SetLost(bool aLost);
 
     /// A frame arrived. An incomplete one is counted, and queued only when the configuration asks for it. Gaps in the
-    /// block IDs are counted as missed frames; a block ID that is 0 or not larger than the last one counts nothing.
+    /// block IDs are counted as missed frames, also where numbers of 16 bits begin again; a block ID that is 0 or
+    /// otherwise not larger than the last one counts nothing.
     void Push(std::shared_ptr<const LxBuffer> aBuffer);
     /// Complete frames arrived and found no buffer: they are dropped, and the gap in the block IDs is not counted
     /// again.

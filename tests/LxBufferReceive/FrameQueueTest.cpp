@@ -114,6 +114,34 @@ TEST_F(FrameQueueTest, GapsInTheBlockIDsAreMissedFrames)
     EXPECT_EQ(GetStatistics().mMissed, missed);
 }
 
+TEST_F(FrameQueueTest, GapsWhereShortBlockIDsBeginAgainAreMissedFrames)
+{
+    mQueue->Push(MakeFrame(65534));
+    mQueue->Push(MakeFrame(2));
+    EXPECT_EQ(GetStatistics().mMissed, 2u) << "65535 and 1; there is no 0";
+    mQueue->Push(MakeFrame(1));
+    EXPECT_EQ(GetStatistics().mMissed, 2u) << "a late frame, or a device that counts anew";
+    mQueue->SetLost(false);
+    mQueue->Push(MakeFrame(64536));
+    mQueue->Push(MakeFrame(1));
+    EXPECT_EQ(GetStatistics().mMissed, 1001u);
+    mQueue->SetLost(false);
+    mQueue->Push(MakeFrame(40000));
+    mQueue->Push(MakeFrame(1));
+    EXPECT_EQ(GetStatistics().mMissed, 1001u) << "too far from the end to be the next round";
+}
+
+TEST_F(FrameQueueTest, LongBlockIDsDoNotBeginAgain)
+{
+    mQueue->Push(MakeFrame(65536));
+    mQueue->Push(MakeFrame(2));
+    EXPECT_EQ(GetStatistics().mMissed, 0u);
+    mQueue->Push(MakeFrame(UINT64_MAX));
+    const uint64_t missed = GetStatistics().mMissed;
+    mQueue->Push(MakeFrame(1));
+    EXPECT_EQ(GetStatistics().mMissed, missed);
+}
+
 TEST_F(FrameQueueTest, FramesThatFoundNoBufferAreDroppedNotMissed)
 {
     mQueue->Push(MakeFrame(1));
