@@ -38,7 +38,8 @@ public:
     LxDevice(const LxDevice &) = delete;
     LxDevice &operator=(const LxDevice &) = delete;
 
-    /// Ends the connection: control is given up and every further operation fails with NotConnected. Idempotent.
+    /// Ends the connection: control is given up and every further operation fails with NotConnected. Idempotent. Does
+    /// not wait for an event sink that runs; the destructor does.
     virtual LxResult Disconnect() = 0;
     /// False after Disconnect() and while the device is lost.
     virtual bool IsConnected() const = 0;

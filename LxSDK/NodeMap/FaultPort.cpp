@@ -7,12 +7,12 @@ namespace LxDetail
 
 FaultPort::FaultPort(std::shared_ptr<RegisterPort> aPort) : mPort(std::move(aPort))
 {
-    mPort->SetStateListener([this] { NotifyState(); });
+    mPort->AddStateSink(this);
 }
 
 FaultPort::~FaultPort()
 {
-    mPort->SetStateListener({});
+    mPort->RemoveStateSink(this);
 }
 
 void FaultPort::FailRange(uint64_t aAddress, uint64_t aLength, const LxResult &aResult, Access aAccess)
@@ -132,12 +132,6 @@ bool FaultPort::IsWritable() const
     return mPort->IsWritable();
 }
 
-void FaultPort::SetStateListener(std::function<void()> aListener)
-{
-    std::lock_guard lock(mListenerMutex);
-    mListener = std::move(aListener);
-}
-
 LxResult FaultPort::CheckState() const
 {
     return mVanished ? LxResult(LxResultCode::NotConnected, "The device is not connected any more.") : mState;
@@ -175,10 +169,8 @@ LxResult FaultPort::Inject(uint64_t aAddress, uint32_t aLength, Access aAccess)
 
 void FaultPort::NotifyState()
 {
-    std::lock_guard lock(mListenerMutex);
-    if (mListener) {
-        mListener();
-    }
+    ChangeState();
+    TellState();
 }
 
 }  // namespace LxDetail

@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -16,7 +15,7 @@ namespace LxDetail
 {
 
 /// A decorator that injects faults into another port. Thread-safe; every setting takes effect with the next access.
-class FaultPort : public RegisterPort
+class FaultPort : public RegisterPort, private PortStateSink
 {
 public:
     explicit FaultPort(std::shared_ptr<RegisterPort> aPort);
@@ -57,9 +56,11 @@ public:
     LxResult Write(uint64_t aAddress, const void *aData, uint32_t aLength) override;
     LxResult GetState() const override;
     bool IsWritable() const override;
-    void SetStateListener(std::function<void()> aListener) override;
 
 private:
+    void OnPortStateChange() override { ChangeState(); }
+    void OnPortStateNews() override { TellState(); }
+
     struct RangeRule
     {
         uint64_t mAddress;
@@ -86,8 +87,6 @@ private:
     std::chrono::milliseconds mFreezeTimeout{500};
     bool mVanished = false;
     LxResult mState;
-    std::mutex mListenerMutex;  // guards mListener, and is held while it runs
-    std::function<void()> mListener;
 };
 
 }  // namespace LxDetail

@@ -51,11 +51,11 @@ private:
 
 }  // namespace
 
-class NodeMap::Data : public LxGenParameterArray
+class NodeMap::Data : public LxGenParameterArray, private PortStateSink
 {
 public:
     Data(std::shared_ptr<RegisterPort> aPort, std::string aXML) : mXML(std::move(aXML)), mEngine(std::move(aPort)) {}
-    ~Data() override { mEngine.GetPort().SetStateListener({}); }
+    ~Data() override { mEngine.GetPort().RemoveStateSink(this); }
 
     LxResult Load();
 
@@ -87,7 +87,8 @@ public:
 private:
     Feature *GetFeature(NodeIndex aNode) const { return aNode == kNoNode ? nullptr : mFeaturesByNode[aNode]; }
     void Connect();
-    void OnState();
+    void OnPortStateChange() override { mEngine.UpdateState(); }
+    void OnPortStateNews() override { NotifyAll(); }
     LxResult ReadSnapshot(Feature &aFeature, std::string &aSnapshot);
 
     const std::shared_ptr<SinkDomain> mSinkDomain = std::make_shared<SinkDomain>();
@@ -122,7 +123,7 @@ LxResult NodeMap::Data::Load()
     }
     Connect();
     mEngine.SetNotify([this](const std::vector<NodeIndex> &aNodes) { NotifyAffected(aNodes); });
-    mEngine.GetPort().SetStateListener([this] { OnState(); });
+    mEngine.GetPort().AddStateSink(this);
     mEngine.UpdateState();
     return LxResult();
 }
@@ -139,12 +140,6 @@ void NodeMap::Data::Connect()
             }
         }
     }
-}
-
-void NodeMap::Data::OnState()
-{
-    mEngine.UpdateState();
-    NotifyAll();
 }
 
 void NodeMap::Data::NotifyAll()

@@ -118,6 +118,34 @@ TEST(FailFast, NobodyWaitsForAThreadThatIsStuckOnceTheDeviceIsSuspect)
     EXPECT_EQ(camera.Get("A"), 0);
 }
 
+TEST(FailFast, TheStateChangesThoughASinkKeepsTheThreadThatTellsIt)
+{
+    const TestCamera camera("A B S", TwoFeatures());
+    struct : LxGenEventSink
+    {
+        void OnParameterUpdate(LxGenParameter *) override
+        {
+            mRuns = true;
+            mGoOn.get_future().wait();
+        }
+        std::atomic<bool> mRuns{false};
+        std::promise<void> mGoOn;
+    } busy;
+    camera["A"].RegisterEventSink(&busy);
+    auto vanishing = std::async(std::launch::async, [&] { camera.mPort->Vanish(); });
+    ASSERT_TRUE(WaitFor([&] { return busy.mRuns.load(); }));
+    int64_t value = 0;
+    EXPECT_EQ(camera.Int("A").GetValue(value), LxResultCode::NotConnected);
+    auto unregistering = std::async(std::launch::async, [&] { camera["A"].UnregisterEventSink(&busy); });
+    EXPECT_NE(unregistering.wait_for(50ms), std::future_status::ready) << "it waits for the call that runs";
+    camera.mPort->Return();
+    EXPECT_TRUE(camera.Int("A").GetValue(value).IsOK());
+    EXPECT_EQ(vanishing.wait_for(0s), std::future_status::timeout) << "the sink is still busy";
+    busy.mGoOn.set_value();
+    vanishing.get();
+    unregistering.get();
+}
+
 TEST(FailFast, SinksComeAndGoWhileAThreadIsStuck)
 {
     const TestCamera camera("A B S", TwoFeatures());

@@ -134,36 +134,39 @@ TEST(FaultPort, VanishesAndReturns)
     const auto memory = std::make_shared<MemoryPort>();
     memory->Map(0, 0x100);
     FaultPort port(memory);
-    int changes = 0;
-    port.SetStateListener([&] { ++changes; });
+    CountingStateSink sink;
+    port.AddStateSink(&sink);
     uint8_t bytes[4] = {};
     port.Vanish();
-    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(sink.mChanges, 1);
     EXPECT_EQ(port.GetState(), LxResultCode::NotConnected);
     EXPECT_EQ(port.Read(0, bytes, 4), LxResultCode::NotConnected);
     port.Return();
-    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(sink.mChanges, 2);
     EXPECT_TRUE(port.GetState().IsOK());
     EXPECT_TRUE(port.Read(0, bytes, 4).IsOK());
     port.SetState(LxResultCode::Timeout);
-    EXPECT_EQ(changes, 3);
+    EXPECT_EQ(sink.mChanges, 3);
     EXPECT_EQ(port.GetState(), LxResultCode::Timeout);
     EXPECT_EQ(port.Write(0, bytes, 4), LxResultCode::Timeout);
     port.SetState(LxResult());
-    port.SetStateListener({});
+    port.RemoveStateSink(&sink);
     port.Vanish();
-    EXPECT_EQ(changes, 4);
+    EXPECT_EQ(sink.mChanges, 4);
+    EXPECT_EQ(sink.mNews, 4);
 }
 
 TEST(FaultPort, PassesOnTheStateOfThePortBehind)
 {
     const auto inner = std::make_shared<FaultPort>(std::make_shared<MemoryPort>());
     FaultPort port(inner);
-    int changes = 0;
-    port.SetStateListener([&] { ++changes; });
+    CountingStateSink sink;
+    port.AddStateSink(&sink);
     inner->Vanish();
-    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(sink.mChanges, 1);
+    EXPECT_EQ(sink.mNews, 1);
     EXPECT_EQ(port.GetState(), LxResultCode::NotConnected);
+    port.RemoveStateSink(&sink);
 }
 
 TEST(FaultPort, FreezesUntilItsTimeoutOrThawing)

@@ -56,6 +56,16 @@ struct TestCamera
     LxGenParameterArray *mParameters = nullptr;
 };
 
+/// Counts what a port says about its state.
+struct CountingStateSink : LxDetail::PortStateSink
+{
+    void OnPortStateChange() override { ++mChanges; }
+    void OnPortStateNews() override { ++mNews; }
+
+    int mChanges = 0;
+    int mNews = 0;
+};
+
 /// Counts notifications.
 struct CountingSink : LxGenEventSink
 {

@@ -87,11 +87,11 @@ void AravisConnection::Close()
         mStopped = true;
         mWake.notify_all();
     }
+    mDispatcher.Stop();
     const std::lock_guard lock(mCloseMutex);
     if (mWatcher.joinable()) {
         mWatcher.join();
     }
-    mDispatcher.Stop();
     GObjectPtr<_ArvDevice> device = mPort.SetDevice(nullptr);
     if (slow) {
         GiveBackInBackground(std::move(device));
@@ -143,6 +143,7 @@ LxResult AravisConnection::Restore()
 
 void AravisConnection::OnLinkChange(LinkState aState)
 {
+    mPort.ChangeState();
     const std::shared_ptr<AravisConnection> self = weak_from_this().lock();
     if (aState == LinkState::Closed || !self) {
         return;
@@ -152,7 +153,7 @@ void AravisConnection::OnLinkChange(LinkState aState)
 
 void AravisConnection::Announce(LinkState aState)
 {
-    mPort.NotifyState();
+    mPort.TellState();
     bool changed = false;
     {
         const std::lock_guard lock(mMutex);

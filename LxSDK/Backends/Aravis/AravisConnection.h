@@ -30,12 +30,14 @@ public:
     ~AravisConnection();
 
     /// Called on a thread of the connection, in order, when the link is lost (false) and when it is back (true); the
-    /// register port's listener has been called before.
+    /// sinks of the register port have been told before.
     using Listener = std::function<void(bool aConnected)>;
     void Start(Listener aListener);
-    /// Ends the connection: every access is answered with NotConnected from now on, and the listener does not run any
-    /// more when this returns (unless called from it). Idempotent.
+    /// Ends the connection: every access is answered with NotConnected from now on, and the listener is not called any
+    /// more; a call of it that runs is not waited for. Idempotent.
     void Close();
+    /// After Close(): waits until the listener does not run any more, unless called from it.
+    void WaitForListener() { mDispatcher.Wait(); }
 
     /// As the device sent it.
     const std::string &GetXML() const { return mXML; }

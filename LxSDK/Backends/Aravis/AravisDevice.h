@@ -18,7 +18,7 @@ class AravisDevice : public Base, public StreamSource
 {
 public:
     explicit AravisDevice(std::unique_ptr<AravisDeviceCore> aCore) : mCore(std::move(aCore)) { mCore->Start(this); }
-    ~AravisDevice() override { mCore->Disconnect(); }
+    ~AravisDevice() override { mCore->End(); }
 
     LxResult Disconnect() override
     {

@@ -33,7 +33,7 @@ AravisDeviceCore::AravisDeviceCore(std::shared_ptr<AravisConnection> aConnection
 
 AravisDeviceCore::~AravisDeviceCore()
 {
-    Disconnect();
+    End();
 }
 
 LxResult AravisDeviceCore::Open(std::unique_ptr<AravisTransport> aTransport, std::unique_ptr<AravisDeviceCore> &aCore)
@@ -67,6 +67,12 @@ void AravisDeviceCore::Disconnect()
 {
     mDisconnected = true;
     mConnection->Close();
+}
+
+void AravisDeviceCore::End()
+{
+    Disconnect();
+    mConnection->WaitForListener();
 }
 
 bool AravisDeviceCore::IsConnected() const

@@ -25,6 +25,8 @@ public:
     /// Begins to watch the device; the owner is what event sinks are given.
     void Start(LxDevice *aOwner);
     void Disconnect();
+    /// Disconnects and waits for the event sink that runs, unless called from it.
+    void End();
     bool IsConnected() const;
     LxDeviceAccess GetAccess() const { return mConnection->GetTransport().GetAccess(); }
     std::string GetUniqueID() const { return mConnection->GetTransport().GetUniqueID(); }

@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "Backends/Aravis/BackgroundTasks.h"
+
 namespace LxDetail
 {
 
@@ -53,7 +55,7 @@ LxResult ArvDevicePort::Run(bool aWrites, const Access &aAccess)
         return LxResult(LxResultCode::AccessDenied,
                         "The device is connected read-only. Connect with control to write to it.");
     }
-    const GObjectPtr<_ArvDevice> device = AcquireDevice();
+    GObjectPtr<_ArvDevice> device = AcquireDevice();
     if (!device) {
         return LxResult(LxResultCode::NotConnected, "The device was disconnected.");
     }
@@ -61,6 +63,7 @@ LxResult ArvDevicePort::Run(bool aWrites, const Access &aAccess)
     aAccess(device.get(), error.Out());
     LxResult result = error.ToResult();
     if (result == LxResultCode::Timeout) {
+        GiveBackInBackground(std::move(device));  // the last reference, if it has been given back elsewhere meanwhile
         const LxResult state = mLink.GetResult();
         return state.IsOK() ? LxResult(LxResultCode::Timeout, "The device did not answer in time.") : state;
     }
@@ -172,20 +175,6 @@ LxResult ArvDevicePort::WriteRegister(int64_t aAddress, uint32_t aValue)
     return Run(true, [&](ArvDevice *aDevice, GError **aError) {
         arv_device_write_register(aDevice, static_cast<guint64>(aAddress), aValue, aError);
     });
-}
-
-void ArvDevicePort::SetStateListener(std::function<void()> aListener)
-{
-    const std::lock_guard lock(mListenerMutex);
-    mListener = std::move(aListener);
-}
-
-void ArvDevicePort::NotifyState()
-{
-    const std::lock_guard lock(mListenerMutex);
-    if (const std::function<void()> listener = mListener) {
-        listener();
-    }
 }
 
 // The library cuts the addresses of GigE Vision to 32 bits without a word.

@@ -2,7 +2,6 @@
 
 // Internal: the register space of a real device.
 
-#include <functional>
 #include <memory>
 #include <mutex>
 
@@ -41,9 +40,8 @@ public:
 
     LxResult GetState() const override { return mLink.GetResult(); }
     bool IsWritable() const override { return mWritable; }
-    void SetStateListener(std::function<void()> aListener) override;
-    /// Runs the listener; called after each change of the link.
-    void NotifyState();
+    using RegisterPort::ChangeState;
+    using RegisterPort::TellState;
 
 private:
     LxResult CheckRange(uint64_t aAddress, uint64_t aLength) const;
@@ -59,8 +57,6 @@ private:
     bool mMemoryWritable = true;
     mutable std::mutex mDeviceMutex;  // guards mDevice
     GObjectPtr<_ArvDevice> mDevice;
-    std::recursive_mutex mListenerMutex;  // guards mListener; held while it runs
-    std::function<void()> mListener;
 };
 
 }  // namespace LxDetail

@@ -42,6 +42,7 @@ EventDispatcher::EventDispatcher() : mState(std::make_shared<State>()), mThread(
 EventDispatcher::~EventDispatcher()
 {
     Stop();
+    Wait();
     if (mThread.get_id() == std::this_thread::get_id()) {
         mThread.detach();  // an event sink destroyed its device; the thread ends when the sink returns
     }
@@ -61,11 +62,16 @@ void EventDispatcher::Post(std::function<void()> aFunction)
 
 void EventDispatcher::Stop()
 {
-    std::deque<std::function<void()>> dropped;
-    std::unique_lock lock(mState->mMutex);
+    std::deque<std::function<void()>> dropped;  // destroyed after the lock
+    const std::lock_guard lock(mState->mMutex);
     mState->mStopped = true;
     dropped.swap(mState->mFunctions);
     mState->mChanged.notify_all();
+}
+
+void EventDispatcher::Wait()
+{
+    std::unique_lock lock(mState->mMutex);
     // a barrier instead of a join: a function that runs may itself be on its way to Stop()
     mState->mChanged.wait(lock, [this] {
         return mState->mRunning == std::thread::id() || mState->mRunning == std::this_thread::get_id();

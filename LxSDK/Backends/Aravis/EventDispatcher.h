@@ -15,15 +15,17 @@ class EventDispatcher
 {
 public:
     EventDispatcher();
-    /// As Stop().
+    /// As Stop() and Wait().
     ~EventDispatcher();
     EventDispatcher(const EventDispatcher &) = delete;
     EventDispatcher &operator=(const EventDispatcher &) = delete;
 
     /// Does nothing after Stop().
     void Post(std::function<void()> aFunction);
-    /// Drops what has not run yet and waits for the function that runs, unless called from it. Idempotent.
+    /// Drops what has not run yet. Idempotent.
     void Stop();
+    /// Waits for the function that runs, unless called from it.
+    void Wait();
 
 private:
     struct State;

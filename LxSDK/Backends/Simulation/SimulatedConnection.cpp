@@ -68,24 +68,13 @@ LxResult SimulatedLinkPort::Write(uint64_t aAddress, const void *aData, uint32_t
     return Judge(mPort->Write(aAddress, aData, aLength));
 }
 
-void SimulatedLinkPort::SetStateListener(std::function<void()> aListener)
-{
-    std::lock_guard lock(mListenerMutex);
-    mListener = std::move(aListener);
-}
-
-void SimulatedLinkPort::NotifyState()
-{
-    std::lock_guard lock(mListenerMutex);
-    if (mListener) {
-        const auto listener = mListener;  // which may replace itself
-        listener();
-    }
-}
-
 bool SimulatedLinkPort::Close()
 {
-    return !mClosed.exchange(true);
+    const bool closes = !mClosed.exchange(true);
+    if (closes) {
+        ChangeState();
+    }
+    return closes;
 }
 
 SimulatedConnection::SimulatedConnection(std::shared_ptr<SimulatedUnit> aUnit, std::shared_ptr<SimulatedCamera> aCamera,
@@ -122,7 +111,7 @@ bool SimulatedConnection::Disconnect()
 
 void SimulatedConnection::PostStateChange()
 {
-    mUnit->Post([self = shared_from_this()] { self->mPort->NotifyState(); });
+    mUnit->Post([self = shared_from_this()] { self->mPort->TellState(); });
 }
 
 bool SimulatedConnection::IsConnected() const
@@ -210,7 +199,7 @@ void SimulatedConnection::OnLinkChanged(SimulatedUnit::Link aOld, SimulatedUnit:
     if (!lost && aOld == SimulatedUnit::Link::Lost && mNodeMap != nullptr) {
         mNodeMap->SetInternalInteger("TLParamsLocked", 0);  // whoever streams locks them again
     }
-    mPort->NotifyState();
+    mPort->TellState();
     if (lost == (aOld == SimulatedUnit::Link::Lost)) {
         return;
     }

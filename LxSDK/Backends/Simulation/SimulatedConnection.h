@@ -29,12 +29,12 @@ public:
     LxResult Write(uint64_t aAddress, const void *aData, uint32_t aLength) override;
     LxResult GetState() const override;
     bool IsWritable() const override { return mAccess != LxDeviceAccess::ReadOnly; }
-    void SetStateListener(std::function<void()> aListener) override;
 
     /// False when it was closed before.
     bool Close();
     bool IsClosed() const { return mClosed; }
-    void NotifyState();
+    using RegisterPort::ChangeState;
+    using RegisterPort::TellState;
 
 private:
     LxResult Judge(const LxResult &aResult);
@@ -43,8 +43,6 @@ private:
     const std::shared_ptr<FaultPort> mPort;
     const LxDeviceAccess mAccess;
     std::atomic<bool> mClosed{false};
-    std::recursive_mutex mListenerMutex;  // guards mListener and is held while it runs
-    std::function<void()> mListener;
 };
 
 /// A connection; shared by the device object, its streams and the simulation's own thread.
@@ -76,6 +74,8 @@ public:
     LxResult WriteRegister(int64_t aAddress, uint32_t aValue);
 
     SinkList<LxDeviceEventSink> &GetSinks() { return mSinks; }
+    /// At once, before OnLinkChanged().
+    void OnLinkChange() { mPort->ChangeState(); }
     /// On the simulation's thread.
     void OnLinkChanged(SimulatedUnit::Link aOld, SimulatedUnit::Link aNew);
 

@@ -193,6 +193,9 @@ void SimulatedUnit::ChangeLink(Link aLink)
     }
     mLink = aLink;
     auto connections = GetConnections();
+    for (const auto &connection : connections) {
+        connection->OnLinkChange();
+    }
     // Posted under the lock, so that the changes are told in their order.
     mClock.Post([connections = std::move(connections), old, aLink] {
         for (const auto &connection : connections) {

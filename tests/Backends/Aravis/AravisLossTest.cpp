@@ -1,7 +1,9 @@
 // Devices that stop answering, and what everybody who uses them notices. Run in a private network namespace.
 
 #include <cstdio>
+#include <future>
 #include <thread>
+#include <utility>
 
 #include "AravisDeviceTest.h"
 #include "EmulatedCamera.h"
@@ -191,6 +193,91 @@ TEST_P(AravisLoss, ALostDeviceCanBeDestroyedInItsOwnEvent)
     mCamera.Kill();
     ASSERT_TRUE(WaitFor([&] { return destroyer.mDone.load(); }));
     EXPECT_EQ(mDevice, nullptr);
+}
+
+TEST_P(AravisLoss, DisconnectingWaitsNeitherForASinkNorForOneThatDisconnectsToo)
+{
+    class Disconnecter : public LxDeviceEventSink
+    {
+    public:
+        void OnLinkDisconnected(LxDevice *aDevice) override
+        {
+            mRuns = true;
+            mInTime = WaitFor([this] { return mDisconnected.load(); });
+            aDevice->Disconnect();
+            mDone = true;
+        }
+        std::atomic<bool> mRuns{false};
+        std::atomic<bool> mDisconnected{false};
+        std::atomic<bool> mInTime{false};
+        std::atomic<bool> mDone{false};
+    };
+    Disconnecter disconnecter;
+    mDevice->RegisterEventSink(&disconnecter);
+    mCamera.Kill();
+    ASSERT_TRUE(WaitFor([&] { return disconnecter.mRuns.load(); }));
+    mDevice->Disconnect();
+    disconnecter.mDisconnected = true;
+    ASSERT_TRUE(WaitFor([&] { return disconnecter.mDone.load(); }));
+    EXPECT_TRUE(disconnecter.mInTime);
+}
+
+TEST_P(AravisLoss, ASinkAndAnotherThreadMayDisconnectAtTheSameTime)
+{
+    class Disconnecter : public LxDeviceEventSink
+    {
+    public:
+        void OnLinkDisconnected(LxDevice *aDevice) override
+        {
+            mRuns = true;
+            WaitFor([aDevice] { return aDevice->GetParameters() == nullptr; });  // the other thread has begun
+            aDevice->Disconnect();
+            mDone = true;
+        }
+        std::atomic<bool> mRuns{false};
+        std::atomic<bool> mDone{false};
+    };
+    Disconnecter disconnecter;
+    mDevice->RegisterEventSink(&disconnecter);
+    mCamera.Kill();
+    ASSERT_TRUE(WaitFor([&] { return disconnecter.mRuns.load(); }));
+    mDevice->Disconnect();
+    EXPECT_TRUE(WaitFor([&] { return disconnecter.mDone.load(); }));
+}
+
+TEST_P(AravisLoss, DisconnectingAnswersThoseWhoWaitForAThreadThatIsStuck)
+{
+    LxGenParameterArray &parameters = *mDevice->GetParameters();
+    std::atomic<int> asking{0};
+    std::atomic<int> answered{0};
+    std::vector<std::future<LxResult>> readers;
+    for (int i = 0; i < 2; ++i) {
+        readers.push_back(std::async(std::launch::async, [&] {
+            LxResult result;
+            while (result.IsOK()) {  // until the camera has really stopped
+                int64_t width = 0;
+                result = parameters.GetIntegerValue("Width", width);
+                ++asking;
+            }
+            ++answered;
+            return result;
+        }));
+    }
+    ASSERT_TRUE(WaitFor([&] { return asking >= 10; }));
+    mCamera.Freeze();
+    // both hang now: one in the library, one waiting for it
+    int asked = -1;
+    ASSERT_TRUE(WaitFor([&] { return std::exchange(asked, asking.load()) == asking; }));
+    ASSERT_EQ(answered, 0);
+    const auto start = Clock::now();
+    mDevice->Disconnect();
+    EXPECT_TRUE(WaitFor([&] { return answered >= 1; }));
+    Report("one who waits for a stuck thread is answered after", Since(start));
+    EXPECT_LT(Since(start), libraryTimeout / 2);
+    for (auto &reader : readers) {
+        EXPECT_EQ(reader.get(), LxResultCode::NotConnected);
+    }
+    mCamera.Thaw();
 }
 
 TEST_P(AravisLoss, ASinkThatIsRemovedIsNotCalledAnyMore)
