@@ -58,16 +58,18 @@ std::vector<AdapterData> GigEVisionScanner::GetAdapterData() const
 const DeviceInfoGEV *GigEVisionScanner::Update(const NetworkAdapter &aAdapter, const Gvcp::Discovery &aDiscovery,
                                                bool &aChanged)
 {
-    DeviceInfoGEV *&info = mDevices[{&aAdapter, GetDeviceID(aDiscovery)}];
-    if (info) {
-        aChanged = info->Update(aDiscovery);
+    auto &devices = mDevices[&aAdapter];
+    const std::string id = GetDeviceID(aDiscovery);
+    if (const auto known = devices.find(id); known != devices.end()) {
+        aChanged = known->second->Update(aDiscovery);
+        return known->second;
     }
-    else {
-        mAllDevices.push_back(std::make_unique<DeviceInfoGEV>(aAdapter, aDiscovery));
-        info = mAllDevices.back().get();
-        aChanged = true;
+    if (devices.size() >= mostDevices) {
+        return nullptr;
     }
-    return info;
+    mAllDevices.push_back(std::make_unique<DeviceInfoGEV>(aAdapter, aDiscovery));
+    aChanged = true;
+    return devices[id] = mAllDevices.back().get();
 }
 
 void GigEVisionScanner::Find(SearchContext &aContext)
@@ -81,7 +83,7 @@ void GigEVisionScanner::Find(SearchContext &aContext)
         bool changed = false;
         const DeviceInfoGEV *info = Update(*mAdapters[aAnswer.mAdapter].mObject, aAnswer.mDiscovery, changed);
         // a device answers each of the broadcasts; only what it says first, or anew, is worth a report
-        if (found.insert(info).second || changed) {
+        if (info && (found.insert(info).second || changed)) {
             aContext.ReportDevice(info->GetInterface(), info);
         }
         return !aContext.IsCancelled();
@@ -111,6 +113,10 @@ LxResult GigEVisionScanner::FindDevice(const LxString &aAddress, const LxDeviceI
     if (result.IsOK()) {
         bool changed = false;
         *aFound = Update(*mAdapters[answer.mAdapter].mObject, answer.mDiscovery, changed);
+        if (!*aFound) {
+            return LxResult(LxResultCode::NoMemory,
+                            "Too many devices have been found at the network adapter. Search with a new LxSystem.");
+        }
     }
     return result;
 }

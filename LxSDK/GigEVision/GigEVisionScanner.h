@@ -18,6 +18,10 @@ namespace LxDetail
 class GigEVisionScanner : public DeviceScanner
 {
 public:
+    /// How many devices are told apart at one adapter. Their objects live as long as the scanner, so that answers with
+    /// ever new MAC addresses would fill the memory.
+    static constexpr size_t mostDevices = 4096;
+
     void UpdateInterfaces() override;
     std::vector<const LxInterface *> GetInterfaces() const override;
     void Find(SearchContext &aContext) override;
@@ -30,15 +34,16 @@ private:
         AdapterData mData;
     };
 
-    // The information about a device at an adapter, brought up to date. aChanged says whether it is new or another.
+    // The information about a device at an adapter, brought up to date; null for a new one where there are too many.
+    // aChanged says whether it is new or another.
     const DeviceInfoGEV *Update(const NetworkAdapter &aAdapter, const Gvcp::Discovery &aDiscovery, bool &aChanged);
     std::vector<AdapterData> GetAdapterData() const;
 
     // Objects are never removed, because the application may hold on to them.
     std::vector<std::unique_ptr<NetworkAdapter>> mAllAdapters;
     std::vector<std::unique_ptr<DeviceInfoGEV>> mAllDevices;
-    std::map<std::pair<const NetworkAdapter *, std::string>, DeviceInfoGEV *> mDevices;  // by adapter and device ID
-    std::vector<Adapter> mAdapters;                                                      // those that are up
+    std::map<const NetworkAdapter *, std::map<std::string, DeviceInfoGEV *>> mDevices;  // by adapter and device ID
+    std::vector<Adapter> mAdapters;                                                     // those that are up
 };
 
 }  // namespace LxDetail

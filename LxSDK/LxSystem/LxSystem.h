@@ -13,7 +13,9 @@ class LxSystemEventSink;
 ///
 /// The interfaces are listed from construction on. All operations may be called from any thread; Find() and
 /// FindDevice() of one object wait for each other. Interfaces and device informations are owned by the system, live as
-/// long as it does and may be read while a search runs.
+/// long as it does and may be read while a search runs. So that answers with ever new identities cannot fill the
+/// memory, a system tells at most 4096 network devices apart at each adapter, over its whole life: further ones are
+/// neither reported nor listed, those that are known still are.
 class LX_API LxSystem
 {
 public:
@@ -33,13 +35,18 @@ public:
     /// Searches on every interface for the detection time-out. Each answer is passed to the event sinks as it comes,
     /// and the lists of devices are replaced at the end. Blocks; it is not interrupted by the destruction of a sink.
     /// Takes at least 30 ms (or the time-out, when that is shorter), also when every device is known at once.
+    ///
+    /// A search that is cancelled reports nothing more from then on. The list of interfaces is the present one all the
+    /// same; an interface whose search had ended by then has its new list of devices, every other one keeps the list of
+    /// the search before. What was reported but is in no list stays valid.
     /// @return Aborted after CancelFind(); InvalidState from within a sink's callback.
     LxResult Find();
     /// Ends a running Find() early; it then returns Aborted. Without effect while none runs.
     void CancelFind();
     /// Searches one device by its IP address (or the connection ID of any other device), without broadcast. Blocks up
-    /// to 1 s. NotFound, and the pointer set to null, when nothing answers; InvalidArgument for an empty text;
-    /// InvalidState from within a sink's callback. The sinks are told about the device too.
+    /// to 1 s. NotFound, and the pointer set to null, when nothing answers; InvalidArgument for an empty text; NoMemory
+    /// when too many devices are known at the adapter; InvalidState from within a sink's callback. The sinks are told
+    /// about the device too. The lists of devices stay as they are.
     LxResult FindDevice(const LxString &aAddress, const LxDeviceInfo **aFound);
 
     uint32_t GetInterfaceCount() const;

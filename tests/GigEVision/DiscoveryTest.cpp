@@ -4,8 +4,10 @@
 
 #include <atomic>
 #include <chrono>
+#include <set>
 #include <thread>
 
+#include "GigEVision/GigEVisionScanner.h"
 #include "GvcpResponder.h"
 #include "LxSystem/LxDeviceInfoGEV.h"
 #include "LxSystem/LxNetworkAdapter.h"
@@ -276,6 +278,70 @@ TEST_F(Discovery, TwoAnswersWithOneMACAddressAreOneDeviceAndTheNewestCounts)
     EXPECT_EQ(mRecorder.GetReports().size(), 2U);
     ASSERT_EQ(mSystem.GetInterface(0)->GetDeviceCount(), 1U);
     EXPECT_EQ(mSystem.GetInterface(0)->GetDeviceInfo(0)->GetConnectionID(), "127.0.0.3");
+}
+
+TEST_F(Discovery, AFloodOfMadeUpDevicesEndsAndTheKnownOnesAreStillFound)
+{
+    std::atomic<bool> flooding = false;
+    std::atomic<uint64_t> next = mac + 1;
+    const GvcpResponder responder([&](const ReceivedCommand &aCommand) {
+        std::vector<Reply> replies = AnswerAsCamera(aCommand);
+        for (int i = 0; i < 150 && flooding; ++i) {
+            replies.push_back(AnswerDiscovery(aCommand, MakeCamera(next++, 0x7F000009)));
+        }
+        return replies;
+    });
+    ASSERT_TRUE(FindDevices(1));
+    const LxInterface *interface = mSystem.GetInterface(0);
+    const LxDeviceInfo *known = interface->GetDeviceInfo(0);
+    flooding = true;
+    std::set<const LxDeviceInfo *> reported = {known};
+    ASSERT_TRUE(WaitFor([&] {
+        mRecorder.Clear();
+        EXPECT_TRUE(mSystem.Find().IsOK());
+        for (const auto &[at, info] : mRecorder.GetReports()) {
+            reported.insert(info);
+        }
+        return reported.size() >= LxDetail::GigEVisionScanner::mostDevices;
+    }));
+    const uint64_t before = next;
+    ASSERT_TRUE(WaitFor([&] {
+        mRecorder.Clear();
+        EXPECT_TRUE(mSystem.Find().IsOK());
+        return next > before + 300;
+    }));
+    for (const auto &[at, info] : mRecorder.GetReports()) {
+        EXPECT_TRUE(reported.contains(info)) << info->GetUniqueID().GetAscii();
+    }
+    EXPECT_EQ(reported.size(), LxDetail::GigEVisionScanner::mostDevices);
+
+    flooding = false;
+    ASSERT_TRUE(FindDevices(1));
+    EXPECT_EQ(interface->GetDeviceInfo(0), known);
+    const LxDeviceInfo *found = nullptr;
+    EXPECT_TRUE(mSystem.FindDevice("127.0.0.1", &found).IsOK());
+    EXPECT_EQ(found, known);
+}
+
+TEST_F(Discovery, ADeviceTooManyIsNotFoundByItsAddressEither)
+{
+    std::atomic<uint64_t> next = mac;
+    const GvcpResponder responder([&](const ReceivedCommand &aCommand) {
+        std::vector<Reply> replies;
+        for (int i = 0; i < 150; ++i) {
+            replies.push_back(AnswerDiscovery(aCommand, MakeCamera(next++, loopbackAddress)));
+        }
+        return replies;
+    });
+    const LxDeviceInfo *found = nullptr;
+    ASSERT_TRUE(WaitFor([&] {
+        mSystem.Find();
+        return mSystem.FindDevice("127.0.0.1", &found) == LxResultCode::NoMemory;
+    }));
+    EXPECT_EQ(found, nullptr);
+    EXPECT_FALSE(mSystem.FindDevice("127.0.0.1", &found).GetDescription().IsEmpty());
+    LxSystem fresh;
+    EXPECT_TRUE(fresh.FindDevice("127.0.0.1", &found).IsOK());
 }
 
 TEST_F(Discovery, CamerasWithoutMACAddressAreToldApartByTheirAddress)

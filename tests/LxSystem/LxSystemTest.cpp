@@ -157,6 +157,29 @@ TEST_F(System, CancelEndsASearchThatWaitsForBackends)
     EXPECT_EQ(sink.GetNames(), std::vector<std::string>{"never"}) << "no report after the end was asked for";
 }
 
+TEST_F(System, AfterACancelledSearchTheListsAreThoseOfTheSearchesThatEnded)
+{
+    const ActiveBackend second("second");
+    ActiveBackend first("first");
+    LxSystem system;
+    Sink sink;
+    system.RegisterEventSink(&sink);
+    first->mOnFind = [&system](LxDetail::SearchContext &) { system.CancelFind(); };
+    EXPECT_EQ(system.Find(), LxResultCode::Aborted);
+    EXPECT_EQ(GetInterfaceNames(system), (std::vector<std::string>{"first", "second"}));
+    EXPECT_EQ(system.GetInterface(0)->GetDeviceCount(), 1U) << "it was searched to its end";
+    EXPECT_EQ(second->mFindCount, 0);
+    EXPECT_EQ(system.GetInterface(1)->GetDeviceCount(), 0U);
+    EXPECT_TRUE(sink.GetNames().empty()) << "nothing is reported any more";
+
+    first->mOnFind = [](LxDetail::SearchContext &) {};
+    EXPECT_TRUE(system.Find().IsOK());
+    EXPECT_EQ(system.GetInterface(1)->GetDeviceCount(), 1U);
+    first->mOnFind = [&system](LxDetail::SearchContext &) { system.CancelFind(); };
+    EXPECT_EQ(system.Find(), LxResultCode::Aborted);
+    EXPECT_EQ(system.GetInterface(1)->GetDeviceCount(), 1U) << "as the search before left it";
+}
+
 TEST_F(System, CancelBetweenSearchesHasNoEffect)
 {
     const ActiveBackend backend("a");
