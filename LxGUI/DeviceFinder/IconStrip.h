@@ -10,7 +10,7 @@ class IconStrip
 public:
     /// Loads the bitmap; needs a QApplication.
     void Load();
-    /// The icon of a tile; empty for a tile that is not there.
+    /// The icon of a tile, with a white outline in a selected line; empty for a tile that is not there.
     QIcon GetIcon(int aTile) const;
 
 private:

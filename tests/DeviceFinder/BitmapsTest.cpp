@@ -136,3 +136,34 @@ TEST(Bitmaps, TheStripsWhiteIsTransparentInTheIcons)
     EXPECT_TRUE(strip.GetIcon(-1).isNull());
     EXPECT_TRUE(strip.GetIcon(1000).isNull());
 }
+
+TEST(Bitmaps, ASelectedIconIsTheSameWithAWhiteOutline)
+{
+    IconStrip strip;
+    strip.Load();
+    for (const int tile : sUsedTiles) {
+        const QIcon icon = strip.GetIcon(tile);
+        const QImage normal = icon.pixmap(16, 16).toImage().convertToFormat(QImage::Format_ARGB32);
+        const QImage selected = icon.pixmap(16, 16, QIcon::Selected).toImage().convertToFormat(QImage::Format_ARGB32);
+        ASSERT_EQ(selected.size(), normal.size());
+        const auto isDrawn = [&normal](int aX, int aY) {
+            return normal.valid(aX, aY) && normal.pixelColor(aX, aY).alpha() != 0;
+        };
+        int outline = 0;
+        for (int y = 0; y < 16; ++y) {
+            for (int x = 0; x < 16; ++x) {
+                if (isDrawn(x, y)) {
+                    EXPECT_EQ(selected.pixelColor(x, y), normal.pixelColor(x, y)) << tile;
+                }
+                else if (isDrawn(x - 1, y) || isDrawn(x + 1, y) || isDrawn(x, y - 1) || isDrawn(x, y + 1)) {
+                    EXPECT_EQ(selected.pixelColor(x, y), QColor(Qt::white)) << tile;
+                    ++outline;
+                }
+                else {
+                    EXPECT_EQ(selected.pixelColor(x, y).alpha(), 0) << tile;
+                }
+            }
+        }
+        EXPECT_GT(outline, 5) << tile;
+    }
+}

@@ -465,6 +465,23 @@ TEST_F(FinderTest, ASelectedDeviceFillsBothTables)
     EXPECT_TRUE(Button("SetIPButton")->isEnabled());
 }
 
+TEST_F(FinderTest, TheColumnOfLabelsIsAsWideAsItsTexts)
+{
+    mDevices->AddGEV(mDevices->AddAdapter("a"), "g");
+    Show();
+    Select("Device g");
+    for (const char *name : {"InterfaceTable", "DeviceTable"}) {
+        QTableWidget *table = Table(name);
+        int widest = 0;
+        for (int i = 0; i < table->rowCount(); ++i) {
+            widest = std::max(widest, table->fontMetrics().horizontalAdvance(table->item(i, 0)->text()));
+        }
+        EXPECT_GT(widest, 0) << name;
+        EXPECT_GT(table->columnWidth(0), widest) << name;
+        EXPECT_LT(table->columnWidth(0), 2 * widest) << name;
+    }
+}
+
 TEST_F(FinderTest, AColouredRowIsPaintedInBothCellsAndDarkRedWithWhiteText)
 {
     mDevices->AddGEV(mDevices->AddAdapter("a"), "g", [](GEVValues &aValues) {

@@ -224,6 +224,10 @@ TEST_F(ForceIPDlgTest, ShowsTheAdapterAndSuggestsItsSubnet)
     EXPECT_FALSE(Combo(mDialog.get())->isEditable());
     EXPECT_EQ(Messages(), (QStringList{sOtherSubnet, "", ""})) << "until the address is completed";
     ExpectMarkersFollowMessages();
+    QTest::keyClicks(Field("DeviceIPAddress"), "20");
+    EXPECT_EQ(Text("DeviceIPAddress"), "192.168.1.20");
+    EXPECT_EQ(Messages(), (QStringList{"", "", ""}));
+    ExpectMarkersFollowMessages();
 }
 
 TEST_F(ForceIPDlgTest, SuggestsTheSubnetOfTheAddressThatTheUserSelects)

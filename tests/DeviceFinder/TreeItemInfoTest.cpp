@@ -130,6 +130,32 @@ TEST_F(TreeItems, AdapterWhoseAddressIsUnset)
     EXPECT_EQ(item.GetIconIndex(), 10);
 }
 
+TEST_F(TreeItems, AdapterWhoseMaskIsUnsetIsColouredByItsAddress)
+{
+    const ScriptedAdapter &adapter = mDevices->AddAdapter("a", [](AdapterValues &aValues) {
+        aValues.mAddresses = {{"192.168.1.1", "0.0.0.0"}, {"192.168.1.2", "0.0.0.0"}};
+    });
+    const LxSystem system;
+    TreeItemInfoNetworkAdapter item;
+    item.Refill(system, adapter);
+    ExpectRow(item, "IP Address 0", "192.168.1.1", Qt::white);
+    ExpectRow(item, "Subnet Mask 0", "0.0.0.0", Qt::white);
+    ExpectRow(item, "IP Address 1", "192.168.1.2", Qt::white);
+    EXPECT_EQ(item.GetIconIndex(), 11);
+}
+
+TEST_F(TreeItems, AdapterWhoseUnsetAddressSharesItsSubnetIsRed)
+{
+    const ScriptedAdapter &adapter = mDevices->AddAdapter("a", [](AdapterValues &aValues) {
+        aValues.mAddresses = {{"0.0.0.0", "255.0.0.0"}, {"0.0.0.0", "255.0.0.0"}};
+    });
+    const LxSystem system;
+    TreeItemInfoNetworkAdapter item;
+    item.Refill(system, adapter);
+    ExpectRow(item, "IP Address 0", "0.0.0.0: subnet not unique", Qt::red);
+    ExpectRow(item, "Subnet Mask 0", "255.0.0.0", Qt::red);
+}
+
 TEST_F(TreeItems, AdapterOnTheSubnetOfAnother)
 {
     const ScriptedAdapter &adapter = mDevices->AddAdapter("a");
@@ -155,9 +181,13 @@ TEST_F(TreeItems, HostController)
                       {"Speed", "Super"}});
     EXPECT_EQ(item.GetIconIndex(), 17);
     EXPECT_EQ(item.GetInterfaceType(), 0);
-    controller.Change([](ControllerValues &aValues) { aValues.mSpeed = 3; });
-    item.Refill(system, controller);
-    ExpectRow(item, "Speed", "High", Qt::yellow);
+    for (const auto &[speed, text] :
+         {std::pair(0u, "Unknown"), {1u, "Low"}, {2u, "Full"}, {3u, "High"}, {4u, "Super"}, {5u, "Unknown"}})
+    {
+        controller.Change([number = speed](ControllerValues &aValues) { aValues.mSpeed = number; });
+        item.Refill(system, controller);
+        ExpectRow(item, "Speed", text, speed == 4 ? Qt::white : Qt::yellow);
+    }
 }
 
 // GigE Vision devices
@@ -372,6 +402,28 @@ TEST_F(TreeItems, U3VDeviceWithEverythingWrong)
     info.Change([](U3VValues &aValues) { aValues.mCurrentSpeedSupported = false; });
     item.Refill(info);
     ExpectRow(item, "Speed", "High speed", Qt::darkRed);
+}
+
+TEST_F(TreeItems, EverySpeedThatAU3VDeviceSupportsHasItsRow)
+{
+    const ScriptedController &controller = mDevices->AddController("c");
+    ScriptedU3V &info = mDevices->AddU3V(controller, "u");
+    TreeItemInfoU3V item(true);
+    const std::pair<const char *, bool U3VValues::*> rows[] = {{"Low Speed Supported", &U3VValues::mLowSpeed},
+                                                               {"Full Speed Supported", &U3VValues::mFullSpeed},
+                                                               {"High Speed Supported", &U3VValues::mHighSpeed},
+                                                               {"Super Speed Supported", &U3VValues::mSuperSpeed}};
+    for (const auto &[only, flag] : rows) {
+        info.Change([&rows, set = flag](U3VValues &aValues) {
+            for (const auto &[label, other] : rows) {
+                aValues.*other = other == set;
+            }
+        });
+        item.Refill(info);
+        for (const auto &[label, other] : rows) {
+            ExpectRow(item, label, label == only ? "True" : "False", Qt::white);
+        }
+    }
 }
 
 TEST_F(TreeItems, USBDeviceShowsItsStatus)
