@@ -127,6 +127,57 @@ TEST_P(NetworkCamera, KilledWhileStreamingIsStreamedAgainWhenItIsBack)
     }));
 }
 
+TEST_P(NetworkCamera, KilledWhileItsRegistersAreReadIsReadAgainWhenItIsBack)
+{
+    CameraProcess camera(GetParam().mCommand());
+    ASSERT_TRUE(camera.Start());
+    LxSystem system;
+    const auto device = Connect(FindAt(system, "lo"));
+    ASSERT_NE(device, nullptr);
+    LxGenParameterArray *parameters = device->GetParameters();
+    std::atomic<bool> stop{false};
+    std::atomic<int> good{0};
+    std::atomic<int> bad{0};
+    const auto read = [&](const auto &aRead) {
+        while (!stop) {
+            const LxResult result = aRead();
+            if (result.IsOK()) {
+                ++good;
+            }
+            else {
+                EXPECT_FALSE(result.GetDescription().IsEmpty()) << result.GetCodeString().GetAscii();
+                ++bad;
+                std::this_thread::yield();
+            }
+        }
+    };
+    std::thread registers([&] {
+        read([&] {
+            uint32_t value = 0;
+            return device->ReadRegister(0x0A00, value);
+        });
+    });
+    std::thread features([&] {
+        read([&] {
+            int64_t width = 0;
+            return parameters->GetIntegerValue("Width", width);
+        });
+    });
+    EXPECT_TRUE(WaitFor([&] { return good > 20; }));
+
+    camera.Kill();
+    EXPECT_TRUE(WaitFor([&] { return !device->IsConnected(); }));
+    int before = bad;
+    EXPECT_TRUE(WaitFor([&] { return bad > before + 20; })) << "reads go on and fail";
+    EXPECT_TRUE(camera.Start());
+    EXPECT_TRUE(WaitFor([&] { return device->IsConnected(); }));
+    before = good;
+    EXPECT_TRUE(WaitFor([&] { return good > before + 20; })) << "the same readers succeed again";
+    stop = true;
+    registers.join();
+    features.join();
+}
+
 TEST_P(NetworkCamera, FrozenAnswersAtOnceUntilItGoesOn)
 {
     CameraProcess camera(GetParam().mCommand());
@@ -163,6 +214,62 @@ INSTANTIATE_TEST_SUITE_P(Cameras, NetworkCamera,
                          testing::Values(Kind{"Emulator", [] { return EmulatorCommand(); }},
                                          Kind{"FakeCamera", [] { return FakeCameraCommand(); }}),
                          [](const auto &aInfo) { return aInfo.param.mName; });
+
+TEST(NetworkCameras, ThatAnswersWithErrorCodesSaysWhichAndStaysConnected)
+{
+    CameraProcess camera(EmulatorCommand());
+    ASSERT_TRUE(camera.Start());
+    LxSystem system;
+    const auto device = Connect(FindAt(system, "lo"));
+    ASSERT_NE(device, nullptr);
+    constexpr struct
+    {
+        const char *mStatus;
+        LxResultCode mCode;
+    } cases[] = {{"0x8001", LxResultCode::NotSupported},   {"0x8002", LxResultCode::InvalidParameter},
+                 {"0x8003", LxResultCode::InvalidAddress}, {"0x8004", LxResultCode::WriteProtected},
+                 {"0x8005", LxResultCode::BadAlignment},   {"0x8006", LxResultCode::AccessDenied},
+                 {"0x8007", LxResultCode::Busy},           {"0x8FFF", LxResultCode::ProtocolError}};
+    for (const auto &one : cases) {
+        ASSERT_TRUE(camera.Command("status " + std::string(one.mStatus) + " 0xD00 4"));
+        uint32_t value = 77;
+        const LxResult read = device->ReadRegister(0xD00, value);
+        EXPECT_TRUE(read == one.mCode) << one.mStatus << ": " << read.GetCodeString().GetAscii();
+        EXPECT_FALSE(read.GetDescription().IsEmpty()) << one.mStatus;
+        EXPECT_EQ(value, 77u) << "set on success only";
+        const LxResult write = device->WriteRegister(0xD00, 0);
+        EXPECT_TRUE(write == one.mCode) << one.mStatus << ": " << write.GetCodeString().GetAscii();
+        EXPECT_TRUE(device->ReadRegister(0x0A00, value).IsOK()) << "other registers are not affected";
+        EXPECT_TRUE(device->IsConnected());
+        ASSERT_TRUE(camera.Command("clear"));
+        EXPECT_TRUE(device->ReadRegister(0xD00, value).IsOK());
+    }
+}
+
+TEST(NetworkCameras, WhoseAnswersAreMalformedAreFoundReadAndStreamedAllTheSame)
+{
+    CameraProcess camera(EmulatorCommand());
+    ASSERT_TRUE(camera.Start());
+    LxSystem system;
+    const LxDeviceInfoGEV *info = FindAt(system, "lo");
+    const auto device = Connect(info);
+    ASSERT_NE(device, nullptr);
+    for (const char *kind : {"short-header", "wrong-id", "wrong-code", "long-length", "short-length", "garbage"}) {
+        ASSERT_TRUE(camera.Command(std::string("corrupt ") + kind + " 2")) << kind;
+        uint32_t value = 0;
+        EXPECT_TRUE(WaitFor([&] { return device->ReadRegister(0x0A00, value).IsOK(); })) << kind;
+        EXPECT_EQ(value, 2u) << kind << ": never a value of a packet that makes no sense";
+        ASSERT_TRUE(camera.Command(std::string("corrupt ") + kind + " 2")) << kind;
+        EXPECT_EQ(FindAt(system, "lo"), info) << kind;
+    }
+    ASSERT_TRUE(camera.Command("corrupt unterminated 2"));
+    EXPECT_EQ(FindAt(system, "lo"), info);
+    EXPECT_LE(info->GetSerialNumber().GetString().size(), 3 * 16u);
+    LxStream stream;
+    ASSERT_TRUE(stream.Open(device.get()).IsOK());
+    ASSERT_TRUE(stream.Start().IsOK());
+    EXPECT_GT(TakeFrames(stream, 3), 0u);
+}
 
 TEST(NetworkCameras, OnAWrongSubnetIsFoundButNotConnectedAndBothSubnetsAreNamed)
 {

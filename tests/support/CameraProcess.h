@@ -23,6 +23,8 @@ public:
     /// Stops and continues the process with signals: it is there, but it does not answer.
     void Freeze();
     void Thaw();
+    /// Gives a line to the emulator's standard input. False unless it answers "ok".
+    bool Command(const std::string &aLine);
 
     const std::string &GetAddress() const { return mAddress; }
 
@@ -30,6 +32,8 @@ private:
     const std::vector<std::string> mCommand;
     const std::string mAddress;
     pid_t mProcess = -1;
+    int mInput = -1;   // what the process reads
+    int mOutput = -1;  // and what it writes
 };
 
 /// The camera that comes with libaravis, as an independent second opinion. It can only be at 127.0.0.1.
