@@ -45,6 +45,7 @@ void TryPayload(Gvcp::Bytes aPayload)
     }
     if (const auto index = Gvcp::ParseWriteAck(aPayload)) {
         Require(Gvcp::ParseWriteAck(Gvcp::BuildWriteAck(*index)) == index);
+        Require(Gvcp::ParsePendingAck(aPayload) == index);
     }
     Require(Gvcp::CleanText(aPayload).size() <= 3 * aPayload.size());
 }
