@@ -8,6 +8,7 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QTreeWidget>
 
+#include "CameraProcess.h"
 #include "LxGUI/DeviceFinder/DeviceFinderWnd.h"
 #include "ScriptedBackend.h"
 
@@ -42,6 +43,7 @@ public:
 
     QTreeWidget *Tree() { return GetQWidget()->findChild<QTreeWidget *>(); }
     void Show() { ShowModeless(static_cast<QWidget *>(nullptr)); }
+    double SecondsSinceOpen() const { return static_cast<double>(mClock.nsecsElapsed()) * 1e-9; }
     int DeviceCount()
     {
         int count = 0;
@@ -59,7 +61,43 @@ public:
 
     double mLast = 0;
     double mLongest = 0;
+
+protected:
+    void OnOpen() override
+    {
+        mClock.start();
+        DeviceFinderWnd::OnOpen();
+    }
+
+private:
+    QElapsedTimer mClock;
 };
+
+/// From opening until a camera on the loopback adapter is in the tree. The camera is the emulator, in a process of its
+/// own.
+void OpenToCamera(benchmark::State &aState)
+{
+    CameraProcess camera(EmulatorCommand());
+    if (!camera.Start()) {
+        aState.SkipWithError("no emulated camera can be had at 127.0.0.1");
+        return;
+    }
+    double first = 0;
+    double longest = 0;
+    for (auto unused : aState) {
+        TimedFinder finder;
+        finder.Show();
+        finder.WaitForDevices(1);
+        const double time = finder.SecondsSinceOpen();
+        first = first == 0 ? time : first;
+        longest = std::max(longest, time);
+        aState.SetIterationTime(time);
+    }
+    aState.counters["first_ms"] = first * 1e3;
+    aState.counters["longest_ms"] = longest * 1e3;
+}
+// Before all others, so that its first time is that of a fresh process.
+BENCHMARK(OpenToCamera)->Name("finder/open-to-camera")->Iterations(50)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 void AddDevices(const ScriptedDevices &aDevices, int aCount)
 {
