@@ -12,22 +12,13 @@
 #include <QtWidgets/QTreeWidget>
 #include <cstdio>
 
+#include "FinderTour.h"
 #include "ViewerWindow.h"
 
 namespace
 {
 
 constexpr int StepTimeout = 20000;
-
-QAbstractButton *FindButton(const QWidget *aWindow, const QString &aText)
-{
-    for (QAbstractButton *button : aWindow->findChildren<QAbstractButton *>()) {
-        if (button->text() == aText) {
-            return button;
-        }
-    }
-    return nullptr;
-}
 
 // The first device of the finder's tree, or the one whose line names the address.
 QTreeWidgetItem *FindDevice(const QTreeWidget &aTree, const QString &aAddress)
@@ -56,8 +47,8 @@ bool HeadlessTour::Run()
         std::fprintf(stderr, "cannot make the folder %s\n", qPrintable(mFolder.path()));
         return false;
     }
-    const bool done =
-        Shoot(&mWindow, QStringLiteral("viewer-start")) && TourFinder() && TourPicture() && TourRegisters();
+    const bool done = Shoot(&mWindow, QStringLiteral("viewer-start")) && TourFinder() && TourPicture() &&
+                      TourRegisters() && FinderTour(*this).Run();
     mWindow.close();
     return done;
 }
@@ -140,6 +131,16 @@ bool HeadlessTour::TourRegisters()
                          return false;
                      }) &&
            Shoot(registers, QStringLiteral("registers"));
+}
+
+QAbstractButton *HeadlessTour::FindButton(const QWidget *aWindow, const QString &aText)
+{
+    for (QAbstractButton *button : aWindow->findChildren<QAbstractButton *>()) {
+        if (button->text() == aText) {
+            return button;
+        }
+    }
+    return nullptr;
 }
 
 bool HeadlessTour::WaitUntil(const QString &aWhat, const std::function<bool()> &aCondition)

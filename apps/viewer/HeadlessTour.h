@@ -4,6 +4,7 @@
 #include <QtCore/QString>
 #include <functional>
 
+class QAbstractButton;
 class QWidget;
 class ViewerWindow;
 
@@ -18,12 +19,19 @@ public:
     /// False, with the reason on the error output, when a step did not come about.
     bool Run();
 
+    // For the parts of the tour.
+
+    /// The button of a window with a text, or null.
+    static QAbstractButton *FindButton(const QWidget *aWindow, const QString &aText);
+    /// False, with the reason on the error output, when the condition does not come about in time.
+    bool WaitUntil(const QString &aWhat, const std::function<bool()> &aCondition);
+    /// Writes a picture of a widget into the folder.
+    bool Shoot(QWidget *aWidget, const QString &aName);
+
 private:
     bool TourFinder();
     bool TourPicture();
     bool TourRegisters();
-    bool WaitUntil(const QString &aWhat, const std::function<bool()> &aCondition);
-    bool Shoot(QWidget *aWidget, const QString &aName);
 
     ViewerWindow &mWindow;
     QDir mFolder;
