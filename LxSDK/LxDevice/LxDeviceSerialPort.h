@@ -7,9 +7,10 @@
 
 class ILxDeviceAdapter;
 
-/// A serial port of a device, opened for reading and writing bytes.
+/// A serial port of a device, opened for reading and writing bytes. Closed by its destructor.
 ///
-/// IsOpened(), Read() and Write() may be called from any thread, also at the same time.
+/// All operations may be called from any thread, also at the same time; bytes of two Write() calls at the same time may
+/// mix, and of two Read() calls each byte goes to one.
 class LX_API LxDeviceSerialPort
 {
 public:
@@ -21,17 +22,22 @@ public:
     /// Whether the device has the port. False for a null adapter and for values outside 0 to 9.
     static bool IsSupported(ILxDeviceAdapter *aAdapter, LxDeviceSerial aPort);
 
-    /// Errors: NoSerialPort, AlreadyOpen, InvalidArgument, Busy (another object has it open), NotConnected.
+    /// The adapter is used during the call only; the device must stay until the port is closed. Bytes that came before
+    /// are not delivered. Errors: NoSerialPort, AlreadyOpen, InvalidArgument (null adapter), Busy (another object has
+    /// it open), NotConnected, AccessDenied (the device is connected for reading only).
     LxResult Open(ILxDeviceAdapter *aAdapter, LxDeviceSerial aPort);
-    /// Ends a Read() that waits; idempotent.
+    /// Ends every Read() and Write() that waits; idempotent. Not to be called by the peer of a simulated port.
     LxResult Close();
     bool IsOpened() const;
 
-    /// Writes all bytes, blocking. aWritten is how many were taken, also on failure. A count of 0 succeeds.
+    /// Writes all bytes, blocking for as long as the port takes none. aWritten is how many were taken, also on failure.
+    /// A count of 0 succeeds. Errors: InvalidState (not open), Aborted (the port was closed meanwhile), NotConnected,
+    /// InvalidArgument, the device's.
     LxResult Write(const uint8_t *aData, uint32_t aCount, uint32_t &aWritten);
     /// Waits for at least one byte, then returns what is there, up to the capacity.
     /// @param aTimeout in milliseconds; 0 does not wait.
-    /// @return SerialTimeout (30) when nothing came, Aborted when the port was closed, NotConnected.
+    /// @return SerialTimeout (30) when nothing came, InvalidState (not open), Aborted (the port was closed meanwhile),
+    ///         NotConnected, InvalidArgument (no place for a byte), the device's.
     LxResult Read(uint8_t *aData, uint32_t aCapacity, uint32_t &aRead, uint32_t aTimeout);
 
 private:

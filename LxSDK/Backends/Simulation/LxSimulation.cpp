@@ -8,6 +8,7 @@
 #include "LxDevice/DeviceBackend.h"
 #include "LxSystem/LxDeviceInfo.h"
 
+using LxDetail::SimulatedSerialPort;
 using LxDetail::SimulatedUnit;
 using LxDetail::SimulationHost;
 using LxDetail::SimulationLog;
@@ -52,6 +53,35 @@ LxResult With(const LxString &aDevice, Operation aOperation)
         aOperation(*unit);
         return LxResult();
     });
+}
+
+/// Does something with a serial port of a device.
+template <class Operation>
+LxResult WithPort(const LxString &aDevice, LxDeviceSerial aPort, Operation aOperation)
+{
+    LxResult result(LxResultCode::InvalidArgument, "There is no such serial port.");
+    const LxResult found = With(aDevice, [&](const SimulatedUnit &aUnit) {
+        if (const auto port = aUnit.GetSerialPort(aPort)) {
+            aOperation(*port);
+            result = LxResult();
+        }
+    });
+    return found.IsOK() ? result : found;
+}
+
+/// What is connected to the ports of the frame grabber of the default host.
+std::shared_ptr<LxSimulatedSerialPeer> MakeDefaultPeer(uint32_t aPort)
+{
+    if (aPort != static_cast<uint32_t>(LxDeviceSerial::Serial1)) {
+        return std::make_shared<LxSimulatedSerialEcho>();
+    }
+    auto console = std::make_shared<LxSimulatedSerialScript>();
+    console->Add("HELP\r", "Commands: HELP, ID?, TEMP?, GAIN?\r\n");
+    console->Add("ID?\r", "LxGUI Simulated Serial Camera\r\n");
+    console->Add("TEMP?\r", "42.5\r\n");
+    console->Add("GAIN?\r", "1.0\r\n");
+    console->Add("\r", "ERROR: unknown command\r\n");
+    return console;
 }
 
 /// Does something that cannot fail but for want of memory.
@@ -136,6 +166,20 @@ void LxSimulation::AddDefaultHost()
     usb.mU3VSerialNumber = "SIM0004";
     usb.mDeviceGUID = "0000C0FFEE04";
     SetDevice(usb);
+
+    LxSimulatedDevice grabber;
+    grabber.mModelName = "Simulated Frame Grabber";
+    grabber.mSubnetMask = "255.255.255.0";
+    grabber.mInterfaces = {"sim0"};
+    grabber.mMACAddress = "02:00:00:00:01:05";
+    grabber.mIPAddress = "192.168.10.25";
+    grabber.mUserDefinedName = "Grabber";
+    grabber.mSerialNumber = "SIM0005";
+    grabber.mSerialPorts = 0x3F;
+    SetDevice(grabber);
+    for (uint32_t port = 0; port < 6; ++port) {
+        SetSerialPeer(grabber.mMACAddress, static_cast<LxDeviceSerial>(port), MakeDefaultPeer(port));
+    }
 }
 
 LxResult LxSimulation::SetNetworkAdapter(const LxSimulatedNetworkAdapter &aAdapter)
@@ -218,6 +262,24 @@ LxResult LxSimulation::DamageFrames(const LxString &aDevice, uint32_t aCount)
     return With(aDevice, [&](SimulatedUnit &aUnit) { aUnit.DamageFrames(aCount); });
 }
 
+LxResult LxSimulation::SetSerialPeer(const LxString &aDevice, LxDeviceSerial aPort,
+                                     std::shared_ptr<LxSimulatedSerialPeer> aPeer)
+{
+    return WithPort(aDevice, aPort, [&](SimulatedSerialPort &aLine) { aLine.SetPeer(std::move(aPeer)); });
+}
+
+LxResult LxSimulation::SetSerialConditions(const LxString &aDevice, LxDeviceSerial aPort,
+                                           const LxSimulatedSerialConditions &aConditions)
+{
+    return WithPort(aDevice, aPort, [&](SimulatedSerialPort &aLine) { aLine.SetConditions(aConditions); });
+}
+
+LxResult LxSimulation::GetSerialConditions(const LxString &aDevice, LxDeviceSerial aPort,
+                                           LxSimulatedSerialConditions &aConditions)
+{
+    return WithPort(aDevice, aPort, [&](const SimulatedSerialPort &aLine) { aConditions = aLine.GetConditions(); });
+}
+
 LxResult LxSimulation::SetFindDelay(const LxString &aDevice, uint32_t aDelay)
 {
     const std::chrono::milliseconds delay(aDelay);
@@ -253,5 +315,5 @@ void LxSimulation::ClearCalls()
 LxSimulationCounters LxSimulation::GetCounters()
 {
     const SimulationLog &log = SimulationLog::Get();
-    return {log.mScanners, log.mDeviceInfos, log.mDevices, log.mReceivers};
+    return {log.mScanners, log.mDeviceInfos, log.mDevices, log.mReceivers, log.mSerialPorts};
 }

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <thread>
 #include <vector>
 
+#include "Backends/Simulation/LxSimulatedSerial.h"
+#include "LxBase/LxDeviceSerial.h"
 #include "LxBase/LxResult.h"
 #include "LxBase/LxString.h"
 
@@ -114,6 +117,14 @@ struct LxSimulatedDevice
 
     // USB devices.
     int mStatus = 0;  ///< As LxDeviceInfoUSB::GetStatus(), or any number.
+
+    // Frame grabbers: GigE Vision and USB3 Vision devices with serial ports. The features of the ports, in the category
+    // "SerialControl", are fixed when the device is first connected.
+    uint32_t mSerialPorts = 0;  ///< Which ports there are: bit n for the LxDeviceSerial of number n.
+    LxSimulatedSpeed mUart0Speed = LxSimulatedSpeed::Enumeration;
+    LxSimulatedSpeed mUart1Speed = LxSimulatedSpeed::Integer;
+    LxSimulatedSpeed mBulkSpeed = LxSimulatedSpeed::Enumeration;
+    bool mSerialLoopback = true;  ///< Whether there are "Uart0Loopback", "Uart1Loopback" and "BulkLoopback".
 };
 
 /// A call that the simulation has seen.
@@ -132,6 +143,7 @@ struct LxSimulationCounters
     uint32_t mDeviceInfos = 0;  ///< Device informations that scanners have handed out.
     uint32_t mDevices = 0;      ///< Connected or disconnected LxDevice objects.
     uint32_t mReceivers = 0;    ///< Opened streams.
+    uint32_t mSerialPorts = 0;  ///< Opened serial ports.
 };
 
 /// Tests a camera application without a camera: devices that exist in memory only, found, connected and streamed like
@@ -158,7 +170,8 @@ public:
     /// Removes all interfaces and devices (which vanish where they are connected) and sets every setting back.
     static void Clear();
     /// Adds a plausible host: two network adapters, a USB controller, three GigE Vision cameras, one of them on a wrong
-    /// subnet, and a USB3 Vision camera.
+    /// subnet, a USB3 Vision camera, and a GigE Vision frame grabber with the serial ports Serial0, Serial1 and Bulk0
+    /// to Bulk3: a text console ("HELP" and a carriage return) at Serial1, echoes at the others.
     static void AddDefaultHost();
 
     /// Adds an interface, or replaces the values of the one with this name. InvalidArgument: the name is empty, used by
@@ -193,16 +206,28 @@ public:
     static LxResult SkipFrames(const LxString &aDevice, uint32_t aCount);
     static LxResult DamageFrames(const LxString &aDevice, uint32_t aCount);
 
+    /// Connects something with a serial port of a device in place of what was there; null: nothing. From the start
+    /// there is nothing. InvalidArgument: there is no such port.
+    static LxResult SetSerialPeer(const LxString &aDevice, LxDeviceSerial aPort,
+                                  std::shared_ptr<LxSimulatedSerialPeer> aPeer);
+    /// Changes how a serial port behaves, at once. InvalidArgument: there is no such port.
+    static LxResult SetSerialConditions(const LxString &aDevice, LxDeviceSerial aPort,
+                                        const LxSimulatedSerialConditions &aConditions);
+    static LxResult GetSerialConditions(const LxString &aDevice, LxDeviceSerial aPort,
+                                        LxSimulatedSerialConditions &aConditions);
+
     /// How long devices take to answer a search, in milliseconds; one that answers after the time-out is not found. An
     /// empty name stands for all devices that have no delay of their own. 0 by default.
     static LxResult SetFindDelay(const LxString &aDevice, uint32_t aDelay);
 
     /// The next call of this operation returns the result and does nothing: "Connect", "FindDevice", "GetAccessType",
-    /// "SetGEVIPConfiguration", "SetKelvraIPConfiguration", "StreamStart". Results for one operation queue up.
+    /// "SetGEVIPConfiguration", "SetKelvraIPConfiguration", "StreamStart", "SerialOpen", "SerialRead", "SerialWrite".
+    /// Results for one operation queue up.
     static void QueueResult(const LxString &aOperation, const LxResult &aResult);
 
     /// Keeps the calls from now on, at most the last 10000. Off by default. Recorded are the operations above and
-    /// "Find", "Disconnect", "ReadRegister", "WriteRegister", "ReadMemory", "WriteMemory", "StreamStop".
+    /// "Find", "Disconnect", "ReadRegister", "WriteRegister", "ReadMemory", "WriteMemory", "StreamStop",
+    /// "SerialClose".
     static void SetRecording(bool aEnabled);
     /// The recorded calls of a name, in order; all for an empty name.
     static std::vector<LxSimulatedCall> GetCalls(const LxString &aName = LxString());

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "Backends/Simulation/SimulatedXML.h"
 #include "LxBuffer/LxPixelType.h"
 #include "NodeMap/MemoryPort.h"
 
@@ -29,6 +30,8 @@ struct SimulatedCameraIdentity
     uint32_t mSubnetMask = 0xFF000000;
     uint32_t mDefaultGateway = 0;
     bool mUSB3Vision = false;  ///< Leaves the GigE Vision features out of the XML.
+    /// Categories that this device has beside those of every camera, with all their nodes.
+    std::vector<SimulatedXMLModule> mModules;
 };
 
 /// The register memory of a GigE Vision camera (bootstrap registers at 0x0000 to 0x9FFF, its own registers from 0xA000

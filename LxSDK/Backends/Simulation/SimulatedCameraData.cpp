@@ -71,7 +71,8 @@ SimulatedCamera::Data::Data(const SimulatedCameraIdentity &aIdentity) : mIdentit
     if (!aIdentity.mUSB3Vision) {
         categories.push_back("TransportLayerControl\\GigEVision");
     }
-    mXML = MakeSimulatedXML(aIdentity.mVendor, aIdentity.mModel, categories, GetSimulatedRegisterNodes());
+    mXML = MakeSimulatedXML(aIdentity.mVendor, aIdentity.mModel, categories, GetSimulatedRegisterNodes(),
+                            aIdentity.mModules);
     ReadPixelFormats();
     MapRegisters();
     WriteIdentity();

@@ -196,8 +196,8 @@ void SimulatedConnection::OnLinkChanged(SimulatedUnit::Link aOld, SimulatedUnit:
         return;
     }
     const bool lost = aNew == SimulatedUnit::Link::Lost;
-    if (!lost && aOld == SimulatedUnit::Link::Lost && mNodeMap != nullptr) {
-        mNodeMap->SetInternalInteger("TLParamsLocked", 0);  // whoever streams locks them again
+    if (!lost && aOld == SimulatedUnit::Link::Lost && mNodeMap != nullptr && !mStreaming) {
+        mNodeMap->SetInternalInteger("TLParamsLocked", 0);  // a stream does so itself, and may have begun again
     }
     mPort->TellState();
     if (lost == (aOld == SimulatedUnit::Link::Lost)) {
@@ -217,6 +217,22 @@ void SimulatedConnection::OnLinkChanged(SimulatedUnit::Link aOld, SimulatedUnit:
             }
         });
     }
+}
+
+LxResult SimulatedConnection::OpenSerialPort(LxDeviceSerial aPort, std::shared_ptr<SerialPortChannel> &aChannel)
+{
+    if (IsClosed()) {
+        return Closed();
+    }
+    if (!mPort->IsWritable()) {
+        return LxResult(LxResultCode::AccessDenied, "The device is connected for reading only.");
+    }
+    const std::string name = mUnit->GetID().GetString() + ", " + LxDeviceSerialToString(aPort).GetString();
+    const LxResult result = mUnit->GetSerialPort(aPort)->Open(name, this, aChannel);
+    if (IsClosed()) {
+        mUnit->GetSerialPort(aPort)->Release(this);  // it ended meanwhile
+    }
+    return result;
 }
 
 LxResult SimulatedConnection::CreateReceiver(const LxStreamConfiguration &aConfiguration,

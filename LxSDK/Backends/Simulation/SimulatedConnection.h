@@ -13,6 +13,7 @@
 #include "LxBase/SinkList.h"
 #include "LxBufferReceive/StreamSource.h"
 #include "LxDevice/LxDevice.h"
+#include "LxDevice/SerialPortSource.h"
 #include "NodeMap/NodeMap.h"
 
 namespace LxDetail
@@ -80,6 +81,7 @@ public:
     void OnLinkChanged(SimulatedUnit::Link aOld, SimulatedUnit::Link aNew);
 
     LxResult CreateReceiver(const LxStreamConfiguration &aConfiguration, std::unique_ptr<StreamReceiver> &aReceiver);
+    LxResult OpenSerialPort(LxDeviceSerial aPort, std::shared_ptr<SerialPortChannel> &aChannel);
     /// The device has one stream; its receiver calls this when it ends.
     void ReleaseStream() { mStreaming = false; }
 
@@ -100,7 +102,7 @@ private:
 
 /// The public device classes: everything is done by the connection.
 template <class Base>
-class SimulatedDeviceOf : public Base, public StreamSource
+class SimulatedDeviceOf : public Base, public StreamSource, public SerialPortSource
 {
 public:
     explicit SimulatedDeviceOf(std::shared_ptr<SimulatedConnection> aConnection)
@@ -158,6 +160,14 @@ public:
                             std::unique_ptr<StreamReceiver> &aReceiver) override
     {
         return mConnection->CreateReceiver(aConfiguration, aReceiver);
+    }
+    bool HasSerialPort(LxDeviceSerial aPort) const override
+    {
+        return !mConnection->IsClosed() && mConnection->GetUnit().HasSerialPort(aPort);
+    }
+    LxResult OpenSerialPort(LxDeviceSerial aPort, std::shared_ptr<SerialPortChannel> &aChannel) override
+    {
+        return mConnection->OpenSerialPort(aPort, aChannel);
     }
 
 protected:

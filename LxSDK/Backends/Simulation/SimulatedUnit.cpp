@@ -49,6 +49,16 @@ SimulatedCameraIdentity MakeIdentity(const LxSimulatedDevice &aValues)
 SimulatedUnit::SimulatedUnit(SimulationClock &aClock, LxSimulatedDevice aValues)
     : mClock(aClock), mID(MakeID(aValues)), mValues(std::move(aValues))
 {
+    for (auto &port : mSerialPorts) {
+        port = std::make_shared<SimulatedSerialPort>();
+    }
+}
+
+SimulatedUnit::~SimulatedUnit()
+{
+    for (const auto &port : mSerialPorts) {
+        port->SetPeer(nullptr);  // which may keep the port
+    }
 }
 
 LxString SimulatedUnit::MakeID(const LxSimulatedDevice &aValues)
@@ -95,6 +105,7 @@ void SimulatedUnit::SetReachable(bool aReachable)
     std::lock_guard change(mChangeMutex);
     std::shared_ptr<SimulatedCamera> camera;
     std::shared_ptr<FaultPort> port;
+    std::shared_ptr<SimulatedSerialRegisters> serial;
     {
         std::lock_guard lock(mMutex);
         if (aReachable == mReachable) {
@@ -103,6 +114,7 @@ void SimulatedUnit::SetReachable(bool aReachable)
         mReachable = aReachable;
         camera = mCamera;
         port = mPort;
+        serial = mSerialRegisters;
         mFrozen = false;
         ++mFreezes;
     }
@@ -110,6 +122,9 @@ void SimulatedUnit::SetReachable(bool aReachable)
         port->Thaw();
         if (aReachable) {
             camera->Restart();
+            if (serial != nullptr) {
+                serial->Restart();
+            }
             port->Return();
         }
         else {
@@ -192,6 +207,9 @@ void SimulatedUnit::ChangeLink(Link aLink)
         ++mLossCount;
     }
     mLink = aLink;
+    for (const auto &port : mSerialPorts) {
+        port->SetLink(GetLinkResult());
+    }
     auto connections = GetConnections();
     for (const auto &connection : connections) {
         connection->OnLinkChange();
@@ -240,7 +258,15 @@ bool SimulatedUnit::TakeOne(std::atomic<uint32_t> &aCount)
 void SimulatedUnit::MakeCamera()
 {
     if (mCamera == nullptr) {
-        mCamera = std::make_shared<SimulatedCamera>(MakeIdentity(mValues));
+        SimulatedCameraIdentity identity = MakeIdentity(mValues);
+        if (mValues.mSerialPorts != 0) {
+            mSerialRegisters = std::make_shared<SimulatedSerialRegisters>(mValues, mSerialPorts);
+            identity.mModules.push_back({"SerialControl", mSerialRegisters->MakeXML()});
+        }
+        mCamera = std::make_shared<SimulatedCamera>(identity);
+        if (mSerialRegisters != nullptr) {
+            mSerialRegisters->Attach(mCamera->GetPort());
+        }
         mPort = std::make_shared<FaultPort>(mCamera->GetPort());
         if (!mReachable) {
             mPort->Vanish();
@@ -260,6 +286,19 @@ std::shared_ptr<FaultPort> SimulatedUnit::GetPort()
     std::lock_guard lock(mMutex);
     MakeCamera();
     return mPort;
+}
+
+bool SimulatedUnit::HasSerialPort(LxDeviceSerial aPort) const
+{
+    const auto number = static_cast<uint32_t>(aPort);
+    std::lock_guard lock(mMutex);
+    return number < mSerialPorts.size() && (mValues.mSerialPorts >> number & 1) != 0;
+}
+
+std::shared_ptr<SimulatedSerialPort> SimulatedUnit::GetSerialPort(LxDeviceSerial aPort) const
+{
+    const auto number = static_cast<uint32_t>(aPort);
+    return number < mSerialPorts.size() ? mSerialPorts[number] : nullptr;
 }
 
 std::vector<std::shared_ptr<SimulatedConnection>> SimulatedUnit::GetConnections() const
@@ -359,6 +398,9 @@ LxResult SimulatedUnit::Connect(LxDeviceAccess aAccess, std::unique_ptr<LxDevice
 
 void SimulatedUnit::Release(const SimulatedConnection *aConnection)
 {
+    for (const auto &port : mSerialPorts) {
+        port->Release(aConnection);
+    }
     std::shared_ptr<SimulatedCamera> abandoned;
     {
         std::lock_guard lock(mMutex);

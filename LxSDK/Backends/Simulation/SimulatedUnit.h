@@ -2,6 +2,7 @@
 
 // Internal: one device of the simulated host.
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <functional>
@@ -12,6 +13,8 @@
 
 #include "Backends/Simulation/LxSimulation.h"
 #include "Backends/Simulation/SimulatedCamera.h"
+#include "Backends/Simulation/SimulatedSerialPort.h"
+#include "Backends/Simulation/SimulatedSerialRegisters.h"
 #include "Backends/Simulation/SimulationClock.h"
 #include "LxDevice/LxDeviceGEV.h"
 #include "NodeMap/FaultPort.h"
@@ -34,6 +37,9 @@ public:
     };
 
     SimulatedUnit(SimulationClock &aClock, LxSimulatedDevice aValues);
+    ~SimulatedUnit();
+    SimulatedUnit(const SimulatedUnit &) = delete;
+    SimulatedUnit &operator=(const SimulatedUnit &) = delete;
 
     /// What identifies the device; the key of everything.
     const LxString &GetID() const { return mID; }
@@ -68,6 +74,10 @@ public:
     std::shared_ptr<SimulatedCamera> GetCamera();
     std::shared_ptr<FaultPort> GetPort();
 
+    bool HasSerialPort(LxDeviceSerial aPort) const;
+    /// Whether it is there or not; null for a number that no port has.
+    std::shared_ptr<SimulatedSerialPort> GetSerialPort(LxDeviceSerial aPort) const;
+
     LxResult Connect(LxDeviceAccess aAccess, std::unique_ptr<LxDevice> &aDevice);
     void Release(const SimulatedConnection *aConnection);
     LxAccessType GetAccessType() const;
@@ -85,6 +95,7 @@ private:
 
     SimulationClock &mClock;
     const LxString mID;
+    SimulatedSerialPorts mSerialPorts;         // never changed after the constructor
     std::atomic<Link> mLink{Link::Connected};  // written under mMutex
     std::atomic<uint64_t> mLossCount{0};       // written under mMutex, before mLink
     std::atomic<bool> mPresent{true};
@@ -100,6 +111,7 @@ private:
     std::optional<std::chrono::milliseconds> mFindDelay;
     std::shared_ptr<SimulatedCamera> mCamera;
     std::shared_ptr<FaultPort> mPort;
+    std::shared_ptr<SimulatedSerialRegisters> mSerialRegisters;  // null for a device without serial ports
     std::vector<std::weak_ptr<SimulatedConnection>> mConnections;
     std::weak_ptr<SimulatedConnection> mController;
 };

@@ -24,7 +24,8 @@ std::string ToIdentifier(const std::string &aText)
 }  // namespace
 
 std::string MakeSimulatedXML(const std::string &aVendor, const std::string &aModel,
-                             const std::vector<std::string> &aCategories, const std::string &aNodes)
+                             const std::vector<std::string> &aCategories, const std::string &aNodes,
+                             const std::vector<SimulatedXMLModule> &aModules)
 {
     std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<RegisterDescription ModelName=\"" +
                       ToIdentifier(aModel) + "\" VendorName=\"" + ToIdentifier(aVendor) +
@@ -52,6 +53,10 @@ std::string MakeSimulatedXML(const std::string &aVendor, const std::string &aMod
                 text += module.mText + "\n";
             }
         }
+    }
+    for (const SimulatedXMLModule &module : aModules) {
+        xml += "  <pFeature>" + module.mCategory + "</pFeature>\n";
+        text += module.mText + "\n";
     }
     return xml +
            "</Category>\n\n<Port Name=\"Device\" NameSpace=\"Standard\">\n"

@@ -19,8 +19,9 @@ struct SimulatedXMLModule
 const std::vector<SimulatedXMLModule> &GetSimulatedXMLModules();
 
 /// An XML for a device with these categories, in this order, and these further nodes (its registers). "Outer\\Inner"
-/// puts a category into one that stands before it.
+/// puts a category into one that stands before it. Modules of its own follow at the end.
 std::string MakeSimulatedXML(const std::string &aVendor, const std::string &aModel,
-                             const std::vector<std::string> &aCategories, const std::string &aNodes);
+                             const std::vector<std::string> &aCategories, const std::string &aNodes,
+                             const std::vector<SimulatedXMLModule> &aModules = {});
 
 }  // namespace LxDetail

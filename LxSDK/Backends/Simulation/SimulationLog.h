@@ -35,6 +35,7 @@ public:
     std::atomic<uint32_t> mDeviceInfos{0};
     std::atomic<uint32_t> mDevices{0};
     std::atomic<uint32_t> mReceivers{0};
+    std::atomic<uint32_t> mSerialPorts{0};
 
 private:
     std::atomic<bool> mRecording{false};

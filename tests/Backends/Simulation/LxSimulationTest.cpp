@@ -579,7 +579,7 @@ TEST_F(LxSimulationTest, DefaultHostIsPlausible)
             }
         }
     }
-    EXPECT_EQ(valid, 3);
+    EXPECT_EQ(valid, 4);
     EXPECT_EQ(invalid, 1);
 }
 
