@@ -8,6 +8,7 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QTableWidget>
 #include <QtWidgets/QTreeWidget>
 #include <cstdio>
@@ -47,6 +48,9 @@ bool HeadlessTour::Run()
         std::fprintf(stderr, "cannot make the folder %s\n", qPrintable(mFolder.path()));
         return false;
     }
+    QTimer boxes;
+    QObject::connect(&boxes, &QTimer::timeout, &mWindow, [this] { EndMessageBox(); });
+    boxes.start(50);
     const bool done = Shoot(&mWindow, QStringLiteral("viewer-start")) && TourFinder() && TourPicture() &&
                       TourRegisters() && FinderTour(*this).Run();
     mWindow.close();
@@ -143,11 +147,23 @@ QAbstractButton *HeadlessTour::FindButton(const QWidget *aWindow, const QString 
     return nullptr;
 }
 
+void HeadlessTour::EndMessageBox()
+{
+    if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+        std::fprintf(stderr, "%s\n%s\n", qPrintable(box->text()), qPrintable(box->informativeText()));
+        mFailed = true;
+        box->reject();
+    }
+}
+
 bool HeadlessTour::WaitUntil(const QString &aWhat, const std::function<bool()> &aCondition)
 {
     QElapsedTimer clock;
     clock.start();
     while (!aCondition()) {
+        if (mFailed) {
+            return false;
+        }
         if (clock.elapsed() > StepTimeout) {
             std::fprintf(stderr, "the tour waited in vain for %s\n", qPrintable(aWhat));
             return false;

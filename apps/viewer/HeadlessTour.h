@@ -32,8 +32,11 @@ private:
     bool TourFinder();
     bool TourPicture();
     bool TourRegisters();
+    /// Ends a message box that nobody is there to read; the tour has then failed.
+    void EndMessageBox();
 
     ViewerWindow &mWindow;
     QDir mFolder;
     QString mAddress;
+    bool mFailed = false;
 };

@@ -24,6 +24,7 @@ ViewerWindow::ViewerWindow()
       mPages(new QStackedWidget(this)),
       mPicture(new QWidget(this)),
       mWelcome(new QLabel(this)),
+      mFindButton(new QPushButton(tr("&Find Camera..."), this)),
       mCamera(new QLabel(this)),
       mFrameRate(new QLabel(this)),
       mBandwidth(new QLabel(this)),
@@ -34,15 +35,14 @@ ViewerWindow::ViewerWindow()
     resize(1024, 768);
 
     auto *welcomePage = new QWidget(this);
-    auto *findButton = new QPushButton(tr("&Find Camera..."), welcomePage);
-    findButton->setObjectName(QStringLiteral("findButton"));
-    connect(findButton, &QPushButton::clicked, this, &ViewerWindow::FindCamera);
+    mFindButton->setObjectName(QStringLiteral("findButton"));
+    connect(mFindButton, &QPushButton::clicked, this, &ViewerWindow::FindCamera);
     mWelcome->setAlignment(Qt::AlignCenter);
     auto *welcomeLayout = new QVBoxLayout(welcomePage);
     welcomeLayout->addStretch();
     welcomeLayout->addWidget(mWelcome);
     welcomeLayout->addSpacing(12);
-    welcomeLayout->addWidget(findButton, 0, Qt::AlignCenter);
+    welcomeLayout->addWidget(mFindButton, 0, Qt::AlignCenter);
     welcomeLayout->addStretch();
 
     mPages->addWidget(welcomePage);
@@ -92,10 +92,10 @@ void ViewerWindow::MakeActions()
     };
 
     QMenu *camera = menuBar()->addMenu(tr("&Camera"));
-    connect(add(camera, tr("&Find Camera..."), QKeySequence(tr("Ctrl+F")), "findAction"), &QAction::triggered, this,
-            &ViewerWindow::FindCamera);
-    connect(add(camera, tr("Connect to &Address..."), QKeySequence(tr("Ctrl+L")), "addressAction"), &QAction::triggered,
-            this, &ViewerWindow::ConnectToAddress);
+    mFindAction = add(camera, tr("&Find Camera..."), QKeySequence(tr("Ctrl+F")), "findAction");
+    connect(mFindAction, &QAction::triggered, this, &ViewerWindow::FindCamera);
+    mAddressAction = add(camera, tr("Connect to &Address..."), QKeySequence(tr("Ctrl+L")), "addressAction");
+    connect(mAddressAction, &QAction::triggered, this, &ViewerWindow::ConnectToAddress);
     mDisconnectAction = add(camera, tr("&Disconnect"), QKeySequence(tr("Ctrl+D")), "disconnectAction");
     connect(mDisconnectAction, &QAction::triggered, this, &ViewerWindow::Disconnect);
     camera->addSeparator();
@@ -103,7 +103,8 @@ void ViewerWindow::MakeActions()
     mLiveAction->setCheckable(true);
     connect(mLiveAction, &QAction::triggered, this, &ViewerWindow::ToggleLive);
     camera->addSeparator();
-    connect(add(camera, tr("&Quit"), QKeySequence::Quit, "quitAction"), &QAction::triggered, this, &QWidget::close);
+    connect(add(camera, tr("&Quit"), QKeySequence(tr("Ctrl+Q")), "quitAction"), &QAction::triggered, this,
+            &QWidget::close);
 
     QMenu *view = menuBar()->addMenu(tr("&View"));
     const auto addZoom = [&](const QString &aText, const QKeySequence &aKeys, const char *aName,
@@ -281,6 +282,9 @@ void ViewerWindow::UpdateState()
 {
     const bool connected = mSession.IsConnected();
     const bool connecting = mSession.IsConnecting();
+    mFindAction->setEnabled(!connecting);
+    mAddressAction->setEnabled(!connecting);
+    mFindButton->setEnabled(!connecting);
     mDisconnectAction->setEnabled(connected || connecting);
     mLiveAction->setEnabled(connected);
     mLiveAction->setChecked(mSession.IsLive());

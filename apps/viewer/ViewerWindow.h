@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QTimer>
 #include <QtWidgets/QMainWindow>
 
@@ -12,6 +11,7 @@
 class Banner;
 class QAction;
 class QLabel;
+class QPushButton;
 class QStackedWidget;
 
 /// The viewer's main window: finds a camera, shows its live picture and opens the other windows on it.
@@ -30,7 +30,8 @@ public:
     QString BannerText() const;
 
 public slots:
-    /// Lets the user choose a camera and connects to it.
+    /// Lets the user choose a camera and connects to it. Not while a connection attempt runs: it works on what the
+    /// finder found last.
     void FindCamera();
     void ConnectToAddress();
     void Connect(const QString &aAddress);
@@ -65,11 +66,14 @@ private:
     QStackedWidget *mPages;
     QWidget *mPicture;
     QLabel *mWelcome;
+    QPushButton *mFindButton;
     QLabel *mCamera;
     QLabel *mFrameRate;
     QLabel *mBandwidth;
     QLabel *mLost;
     QLabel *mDropped;
+    QAction *mFindAction = nullptr;
+    QAction *mAddressAction = nullptr;
     QAction *mDisconnectAction = nullptr;
     QAction *mLiveAction = nullptr;
     QAction *mOverlayAction = nullptr;

@@ -1,16 +1,20 @@
 #include <gtest/gtest.h>
 
 #include <QtCore/QStandardPaths>
+#include <QtCore/QTemporaryDir>
 #include <QtGui/QAction>
 #include <QtTest/QTest>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMenu>
+#include <QtWidgets/QMenuBar>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTreeWidget>
 
 #include "Backends/Simulation/LxSimulation.h"
 #include "GuiTest.h"
+#include "HeadlessTour.h"
 #include "LxSystem/LxDeviceInfo.h"
 #include "ViewerWindow.h"
 
@@ -113,6 +117,41 @@ TEST_F(Viewer, TheCameraChosenInTheFinderIsShownLive)
     EXPECT_GT(mWindow->Display().GetInternalBuffer().GetImage()->GetWidth(), 0u);
 }
 
+TEST_F(Viewer, NoOtherCameraCanBeChosenWhileOneIsBeingConnected)
+{
+    // The attempt uses what the finder found; opening the finder again would end that.
+    mWindow->Connect(Address);
+    ASSERT_TRUE(mWindow->Session().IsConnecting());
+    EXPECT_FALSE(Action("findAction")->isEnabled());
+    EXPECT_FALSE(Action("addressAction")->isEnabled());
+    EXPECT_FALSE(mWindow->findChild<QPushButton *>("findButton")->isEnabled());
+    EXPECT_TRUE(Action("disconnectAction")->isEnabled());
+    EXPECT_EQ(Status("cameraStatus"), "Connecting to 192.168.7.20...");
+    ASSERT_TRUE(WaitForGui([&] { return mWindow->Session().IsConnected(); }));
+    EXPECT_TRUE(Action("findAction")->isEnabled());
+    EXPECT_TRUE(Action("addressAction")->isEnabled());
+}
+
+TEST_F(Viewer, MenusHaveShortcutsOfTheirOwn)
+{
+    QStringList shortcuts;
+    for (const char *name :
+         {"findAction", "addressAction", "disconnectAction", "liveAction", "quitAction", "zoomOneToOneAction",
+          "zoomFitAction", "zoomInAction", "zoomOutAction", "overlayAction", "backgroundAction", "registersAction"})
+    {
+        ASSERT_NE(Action(name), nullptr) << name;
+        const QString shortcut = Action(name)->shortcut().toString();
+        EXPECT_FALSE(shortcut.isEmpty()) << name;
+        EXPECT_FALSE(shortcuts.contains(shortcut)) << name;
+        shortcuts << shortcut;
+        bool inMenu = false;
+        for (const QAction *menu : mWindow->menuBar()->actions()) {
+            inMenu = inMenu || menu->menu()->actions().contains(Action(name));
+        }
+        EXPECT_TRUE(inMenu) << name;
+    }
+}
+
 TEST_F(Viewer, ClosingTheFinderChoosesNothing)
 {
     OnNextModal([](QWidget *aFinder) { QTest::keyClick(aFinder, Qt::Key_Escape); });
@@ -158,6 +197,20 @@ TEST_F(Viewer, ACameraThatSomebodyElseControlsIsExplained)
     EXPECT_TRUE(headline.contains("is controlled by another application.")) << headline.toStdString();
     EXPECT_TRUE(advice.contains("Close the other application"));
     EXPECT_FALSE(mWindow->Session().IsConnected());
+}
+
+TEST_F(Viewer, ATourThatCannotConnectEnds)
+{
+    LxSystem system;
+    const LxDeviceInfo *info = nullptr;
+    ASSERT_TRUE(system.FindDevice(Address, &info).IsOK());
+    std::unique_ptr<LxDevice> other;
+    ASSERT_TRUE(LxSystem::Connect(info, LxDeviceAccess::Control, other).IsOK());
+    const QTemporaryDir folder;
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(HeadlessTour(*mWindow, folder.path(), Address).Run());
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_NE(said.find("is controlled by another application."), std::string::npos) << said;
 }
 
 TEST_F(Viewer, AnAddressWithoutACameraIsExplained)
