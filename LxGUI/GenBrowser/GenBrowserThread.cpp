@@ -1,7 +1,6 @@
 #include "LxGUI/GenBrowser/GenBrowserThread.h"
 
-#include <QtCore/QDeadlineTimer>
-#include <QtCore/QMutexLocker>
+#include <chrono>
 
 #include "LxGUI/GenBrowser/GenBrowserTree.h"
 #include "LxGUI/GenBrowser/GenBrowserTreeItem.h"
@@ -26,18 +25,15 @@ GenBrowserThread::GenBrowserThread(GenBrowserTree *aTree, GenBrowserTreeModel *a
 
 void GenBrowserThread::RequestStop()
 {
-    const QMutexLocker lock(&mMutex);
+    const std::lock_guard lock(mMutex);
     mStop = true;
-    mCondition.wakeAll();
+    mCondition.notify_all();
 }
 
 bool GenBrowserThread::Sleep(int aMilliseconds)
 {
-    const QDeadlineTimer end(aMilliseconds);
-    const QMutexLocker lock(&mMutex);
-    while (!mStop && mCondition.wait(&mMutex, end)) {
-    }
-    return !mStop;
+    std::unique_lock lock(mMutex);
+    return !mCondition.wait_for(lock, std::chrono::milliseconds(aMilliseconds), [this] { return mStop.load(); });
 }
 
 void GenBrowserThread::run()

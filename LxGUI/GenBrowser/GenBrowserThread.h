@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QtCore/QMutex>
 #include <QtCore/QThread>
-#include <QtCore/QWaitCondition>
 #include <atomic>
+#include <condition_variable>
+#include <mutex>
 
 #include "LxGUI/LxGenBrowserWnd.h"
 
@@ -42,7 +42,8 @@ private:
     GenBrowserTreeModel *const mModel;
     LxGenParameterArray *const mParameters;
     const LxGenRefresh mMode;
-    QWaitCondition mCondition;
-    QMutex mMutex;  // guards setting mStop against the waits
+    // Not those of Qt: a QWaitCondition unlocks where the thread sanitizer does not see it.
+    std::condition_variable mCondition;
+    std::mutex mMutex;  // guards setting mStop against the waits
     std::atomic<bool> mStop{false};
 };
