@@ -14,6 +14,10 @@ if(LXGUI_SANITIZE)
   # instrumented code hides from the compiler that a variable is set
   target_compile_options(LxCompile INTERFACE -fsanitize=${LXGUI_SANITIZE} -Wno-maybe-uninitialized)
   target_link_options(LxCompile INTERFACE -fsanitize=${LXGUI_SANITIZE})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # otherwise symbols of the instrumentation (STB_GNU_UNIQUE) keep a library loaded for good
+    target_compile_options(LxCompile INTERFACE -fno-gnu-unique)
+  endif()
   if(LXGUI_SANITIZE MATCHES "undefined")
     target_compile_options(LxCompile INTERFACE -fno-sanitize-recover=undefined)
   endif()
