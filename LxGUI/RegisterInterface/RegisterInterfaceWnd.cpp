@@ -43,7 +43,7 @@ QPushButton *CreateButton(QWidget *aParent, const char *aName, const QString &aT
 }
 
 /// Rows "label, field" or "label, field, hex" of a group, with labels of one width. The margins are tight, so that
-/// eight digits fit into the fields.
+/// eight digits fit into the fields; nothing grows in height, so that the rows of the two groups are level.
 class GroupLayout
 {
 public:
@@ -57,13 +57,12 @@ public:
     {
         auto *row = new QHBoxLayout;
         row->setSpacing(sSpacing);
-        auto *label = new QLabel(QLatin1String(aLabel), mGroup);
+        QLabel *label = AddLabel(row, aLabel);
         label->setBuddy(aEdit);
         label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("Address")));
-        row->addWidget(label);
         row->addWidget(aEdit);
         if (aHex) {
-            row->addWidget(new QLabel(QStringLiteral("hex"), mGroup));
+            AddLabel(row, "hex");
         }
         mLayout->addLayout(row);
     }
@@ -71,6 +70,14 @@ public:
     void AddButton(QPushButton *aButton) { mLayout->addWidget(aButton); }
 
 private:
+    QLabel *AddLabel(QHBoxLayout *aRow, const char *aText)
+    {
+        auto *label = new QLabel(QLatin1String(aText), mGroup);
+        label->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+        aRow->addWidget(label);
+        return label;
+    }
+
     QGroupBox *mGroup;
     QVBoxLayout *mLayout;
 };

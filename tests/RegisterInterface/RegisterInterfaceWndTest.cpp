@@ -8,14 +8,17 @@
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QGroupBox>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "GuiTest.h"
 #include "LxDevice/LxDeviceGEV.h"
 #include "LxGUI/LxRegisterInterfaceWnd.h"
+#include "LxGUI/RegisterInterface/HexField.h"
 
 namespace
 {
@@ -225,6 +228,52 @@ TEST_F(RegisterWindow, AnUnreadableReadAddressWarnsAndChangesNothing)
     EXPECT_EQ(mDevice.mReads.size(), 1u);
     EXPECT_EQ(Text("ReadValueEdit"), "00001234");
     EXPECT_EQ(Text("ReadResultEdit"), result);
+}
+
+TEST_F(RegisterWindow, WarningsBelongToItsWidgetAndHaveOneButton)
+{
+    OnNextModal([this](QWidget *aModal) {
+        auto *box = qobject_cast<QMessageBox *>(aModal);
+        ASSERT_NE(box, nullptr);
+        EXPECT_EQ(box->parentWidget(), mWnd.GetQWidget());
+        EXPECT_EQ(box->icon(), QMessageBox::Warning);
+        EXPECT_EQ(box->standardButtons(), QMessageBox::Ok);
+        box->accept();
+    });
+    Read("");
+    EXPECT_TRUE(mDevice.mReads.empty());
+}
+
+TEST_F(RegisterWindow, ThePrefixAloneIsReadOrRefusedAsTheScanDoes)
+{
+    uint32_t value = 0;
+    const bool isNumber = ParseHexField("0X", value);
+    std::optional<ExpectedBox> box;
+    if (!isNumber) {
+        box.emplace();
+    }
+    Read("0x");
+    EXPECT_EQ(mDevice.mReads, isNumber ? std::vector<int64_t>{value} : std::vector<int64_t>());
+    EXPECT_TRUE(!box || box->WasShown());
+}
+
+TEST_F(RegisterWindow, WritesWithMoreThanEightDigitsStillReachTheDevice)
+{
+    Type("WriteAddressEdit", "123456789");
+    Type("WriteValueEdit", "123456789");
+    Click("WriteButton");
+    EXPECT_EQ(mDevice.mWrites.size(), 1u);
+}
+
+TEST_F(RegisterWindow, RowsOfTheTwoGroupsAreLevel)
+{
+    const auto y = [this](const char *aName) {
+        return mWnd.GetQWidget()->findChild<QWidget *>(aName)->mapTo(mWnd.GetQWidget(), QPoint(0, 0)).y();
+    };
+    EXPECT_EQ(y("ReadAddressEdit"), y("WriteAddressEdit"));
+    EXPECT_NEAR(y("ReadButton"), y("WriteValueEdit"), 2);
+    EXPECT_NEAR(y("ReadValueEdit"), y("WriteButton"), 2);
+    EXPECT_EQ(y("ReadResultEdit"), y("WriteResultEdit"));
 }
 
 TEST_F(RegisterWindow, MoreThanEightDigitsStillReadTheDevice)
