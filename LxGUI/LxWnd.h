@@ -35,8 +35,8 @@ public:
     /// Shows the window as a child of a native window, filling its client area; WM_SIZE is then posted to the parent.
     /// On X11 a posted message is a client message of the type _LXGUI_MESSAGE, format 32, with the data message,
     /// wParam, lParam. The host closes or destroys the window before it destroys the native parent; it resizes the
-    /// child itself when the parent's size changes. Where there are no native windows (Wayland, offscreen) the window
-    /// is shown as a top-level window.
+    /// child itself when the parent's size changes. The child takes the keyboard focus when it is clicked. Where there
+    /// are no native windows (Wayland, offscreen) the window is shown as a top-level window.
     /// @param aParent the native parent. With null the window is shown as a top-level window all the same, and the
     ///        result is InvalidArgument (0x4001).
     /// @return OK, or InvalidArgument (0x4001) when no native handle can be had.

@@ -1,6 +1,7 @@
 #include "LxGUI/Frame/OwnedApplication.h"
 
 #include <QtCore/QThread>
+#include <cstdlib>
 
 namespace
 {
@@ -9,16 +10,32 @@ namespace
 int sArgumentCount = 0;
 char *sArguments[] = {nullptr};
 
-// Released inside an event loop, to be deleted outside of it; at the latest when the library is unloaded.
+// Released inside an event loop, to be deleted outside of it; at the latest when the program ends or the library is
+// unloaded.
 std::unique_ptr<QApplication> sReleased;
 
 int sPumpDepth = 0;
+
+// Set when the program ends: from then on what Qt needs itself goes away piece by piece.
+bool sExiting = false;
 
 void End(std::unique_ptr<QApplication> aApplication)
 {
     // Deferred deletions never come in a program without an event loop, and widgets cannot outlive the application.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     aApplication.reset();
+}
+
+// What is registered last runs first: this one, before what Qt has made until now goes.
+void CallAtExit()
+{
+    std::atexit([] {
+        sExiting = true;
+        if (sReleased && OwnedApplication::IsIdle()) {
+            End(std::move(sReleased));
+        }
+        static_cast<void>(sReleased.release());
+    });
 }
 
 }  // namespace
@@ -41,17 +58,28 @@ void OwnedApplication::Release(std::unique_ptr<QApplication> aApplication)
     if (!aApplication) {
         return;
     }
+    if (sExiting) {
+        static_cast<void>(aApplication.release());
+        return;
+    }
     if (IsIdle()) {
         End(std::move(aApplication));
     }
     else {
         sReleased = std::move(aApplication);
+        CallAtExit();
     }
 }
 
 bool OwnedApplication::CanMakeWidgets()
 {
-    return qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr;
+    return !sExiting && qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr;
+}
+
+void OwnedApplication::LeaveAloneAtExit()
+{
+    static const bool sRegistered = (CallAtExit(), true);
+    static_cast<void>(sRegistered);
 }
 
 bool OwnedApplication::IsIdle()

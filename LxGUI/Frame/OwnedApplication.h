@@ -14,8 +14,12 @@ std::unique_ptr<QApplication> Ensure();
 /// Ends an application that Ensure() returned: now, or when no event loop runs any more. Null does nothing.
 void Release(std::unique_ptr<QApplication> aApplication);
 
-/// Whether widgets can be made: the program has an application, and not one without a GUI.
+/// Whether widgets can be made and used: the program has an application, not one without a GUI, and is not at its end.
 bool CanMakeWidgets();
+
+/// Makes windows that are destroyed after main(), with the static objects of the program, leave Qt alone. Called before
+/// the first widget is made, which is after such a window was constructed.
+void LeaveAloneAtExit();
 
 /// Whether neither an event loop nor DoEvents() is running on this thread, so that nothing of Qt is on the stack.
 bool IsIdle();

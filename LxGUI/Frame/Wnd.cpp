@@ -307,8 +307,12 @@ void Wnd::SetWidget(QWidget *aWidget)
     if (mWidget) {
         mWidget->removeEventFilter(this);
         disconnect(mWidget, &QObject::destroyed, this, &Wnd::OnWidgetDestroyed);
+        if (mWidgetIsDialog) {
+            mWidget->hide();  // Its content moves away; an empty dialog is of no use.
+        }
     }
     FreeWidget(std::exchange(mPrivateWidget, nullptr));
+    OwnedApplication::LeaveAloneAtExit();
     mWidget = aWidget;
     mWidgetIsDialog = aWidget == mDialog;
     connect(mWidget, &QObject::destroyed, this, &Wnd::OnWidgetDestroyed);

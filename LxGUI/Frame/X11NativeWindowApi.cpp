@@ -88,6 +88,26 @@ bool Withdraw(xcb_connection_t *aConnection, xcb_window_t aWindow, xcb_window_t 
     return true;
 }
 
+// Takes the keyboard focus for an embedded window that is clicked. Window managers give it to top-level windows only,
+// and Qt asks for it by XEmbed, which a plain host does not know, and takes the window for active from the start.
+class FocusOnClick : public QObject
+{
+public:
+    bool eventFilter(QObject *aObject, QEvent *aEvent) override
+    {
+        if (aEvent->type() == QEvent::MouseButtonPress) {
+            auto *window = qobject_cast<QWindow *>(aObject);
+            xcb_connection_t *connection = Connection();
+            if (connection && window && window->parent()) {
+                xcb_set_input_focus(connection, XCB_INPUT_FOCUS_PARENT, static_cast<xcb_window_t>(window->winId()),
+                                    XCB_CURRENT_TIME);
+                xcb_flush(connection);
+            }
+        }
+        return false;
+    }
+};
+
 }  // namespace
 
 HWND X11NativeWindowApi::SetParent(HWND aChild, HWND aParent)
@@ -109,6 +129,8 @@ HWND X11NativeWindowApi::SetParent(HWND aChild, HWND aParent)
     QWindow *wrapper = QWindow::fromWinId(WindowOf(aParent));
     child->setParent(wrapper);
     QObject::connect(child, &QObject::destroyed, wrapper, &QObject::deleteLater);
+    static FocusOnClick sFocusOnClick;
+    child->installEventFilter(&sFocusOnClick);
     if (mapped) {
         xcb_map_window(connection, WindowOf(aChild));
     }
@@ -150,9 +172,13 @@ bool X11NativeWindowApi::SetWindowPos(HWND aWindow, HWND /*aAfter*/, int aX, int
     }
     const uint32_t values[] = {static_cast<uint32_t>(aX), static_cast<uint32_t>(aY), static_cast<uint32_t>(aWidth),
                                static_cast<uint32_t>(aHeight)};
-    xcb_configure_window(connection, WindowOf(aWindow),
-                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
-                         values);
+    const uint16_t mask =
+        XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
+    const ReplyPointer<xcb_generic_error_t> error(
+        xcb_request_check(connection, xcb_configure_window_checked(connection, WindowOf(aWindow), mask, values)));
+    if (error) {
+        return false;
+    }
     if (aFlags & WindowStyles::cShowWindow) {
         xcb_map_window(connection, WindowOf(aWindow));
     }

@@ -5,7 +5,9 @@
 /// The calls on X11, over Qt's own connection, so that they keep their order with what Qt sends.
 ///
 /// Window styles have no counterpart here: they are numbers that stay with the window, 0 at first, and change nothing.
-/// A posted message is a client message of the type _LXGUI_MESSAGE, format 32, with the data message, wParam, lParam.
+/// A window that is put under another takes the keyboard focus when it is clicked, and keeps it until the host takes
+/// it. A posted message is a client message of the type _LXGUI_MESSAGE, format 32, with the data message, wParam,
+/// lParam.
 class X11NativeWindowApi : public NativeWindowApi
 {
 public:

@@ -6,6 +6,8 @@
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <thread>
 
@@ -16,8 +18,6 @@ using testing::ElementsAre;
 
 namespace
 {
-
-QWidget *const cNoParent = nullptr;
 
 bool HasApplication()
 {
@@ -67,6 +67,9 @@ TEST(OwnedApplication, EndsWithTheOwnerThoughOtherWindowsLive)
     EXPECT_EQ(other->Create(nullptr, 0).GetCode(), 0x4001u);
     other->SetTitle("title");
     other->SetPosition(1, 1, 10, 10);
+    int x = 0, y = 0, width = 0, height = 0;
+    other->GetPosition(x, y, width, height);
+    EXPECT_THAT((std::vector{width, height}), ElementsAre(200, 100));
     EXPECT_FALSE(other->IsVisible());
     EXPECT_EQ(other->GetHandle(), nullptr);
     EXPECT_EQ(other->Close().GetCode(), 0u);
@@ -217,6 +220,53 @@ TEST(OwnedApplication, AnApplicationWithoutWidgetsShowsNothing)
     EXPECT_EQ(wnd.ShowModal(nullptr).GetCode(), 0x4001u);
     EXPECT_EQ(wnd.Create(nullptr, 0).GetCode(), 0x4001u);
     EXPECT_EQ(wnd.GetQWidget(), nullptr);
+}
+
+TEST(OwnedApplicationDeathTest, OneThatWaitsAtTheEndOfTheProgramDoesNoHarm)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            auto wnd = std::make_unique<TestWnd>();
+            wnd->ShowModeless(cNoParent);
+            QTimer::singleShot(0, qApp, [&] {
+                wnd.reset();
+                QCoreApplication::quit();
+            });
+            QCoreApplication::exec();
+            std::fputs(HasApplication() ? "waits" : "has ended", stderr);
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "waits");
+}
+
+TEST(OwnedApplicationDeathTest, TheProgramMayEndInsideTheLoopThatItWaitsFor)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            auto wnd = std::make_unique<TestWnd>();
+            wnd->ShowModeless(cNoParent);
+            QTimer::singleShot(0, qApp, [&] {
+                wnd.reset();
+                std::exit(0);
+            });
+            QCoreApplication::exec();
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST(OwnedApplicationDeathTest, AnOwnerThatLivesUntilTheEndOfTheProgramDoesNoHarm)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            static const auto sWnd = std::make_unique<TestWnd>();
+            sWnd->ShowModeless(cNoParent);
+            Wnd::DoEvents();
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST(ApplicationThread, WithoutApplicationTheCallIsDirect)

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "GuiTest.h"
 #include "LxGUI/Frame/Wnd.h"
 
 using Log = std::vector<std::string>;
@@ -84,3 +85,21 @@ protected:
         mInOnClose();
     }
 };
+
+/// Chooses between the overloads of ShowModeless().
+inline QWidget *const cNoParent = nullptr;
+
+/// Deletes what waits for it, as an event loop does when it returns.
+inline void DeleteDeferred()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+/// Shows a window modally and calls a function in its loop.
+inline LxResult RunModal(TestWnd &aWnd, const std::function<void(QDialog *)> &aAct)
+{
+    OnNextModal([aAct](QWidget *aModal) { aAct(qobject_cast<QDialog *>(aModal)); });
+    return aWnd.ShowModal(nullptr);
+}
+
+inline const auto cAccept = [](QDialog *aDialog) { aDialog->accept(); };

@@ -35,6 +35,7 @@ TEST(Embedding, MakesTheNativeCallsInOrder)
     EXPECT_EQ(wnd.ParentHandle(), nullptr);
     EXPECT_TRUE(wnd.IsOpen());
     EXPECT_EQ(wnd.Widget()->parentWidget(), nullptr);
+    EXPECT_EQ(wnd.Widget()->windowType(), Qt::SubWindow | Qt::Window) << "Qt makes a window of what has no parent";
 }
 
 TEST(Embedding, WithoutClientAreaNeitherPlacesNorNotifies)
@@ -81,6 +82,7 @@ TEST(Embedding, WithoutParentMakesNoNativeCall)
     TestWnd wnd;
     EXPECT_EQ(wnd.Create(nullptr, 0).GetCode(), 0x4001u);
     EXPECT_THAT(api.mCalls, IsEmpty());
+    EXPECT_EQ(wnd.Widget()->windowType(), Qt::Window);
 }
 
 TEST(ModelessUnderNativeWindow, ReparentsThePlainWidgetAndShowsADialog)
@@ -113,7 +115,7 @@ TEST(ModelessUnderNativeWindow, AVisibleDialogIsReparentedItself)
 {
     RecordingNativeWindowApi api(cParent);
     TestWnd wnd;
-    wnd.ShowModeless(static_cast<QWidget *>(nullptr));
+    wnd.ShowModeless(cNoParent);
     wnd.mLog.clear();
     EXPECT_EQ(wnd.ShowModeless(cParent).GetCode(), 0u);
     EXPECT_THAT(wnd.mLog, IsEmpty());
@@ -144,6 +146,6 @@ TEST(ModelessUnderNativeWindow, TheOrphanedPlainWidgetIsFreed)
     };
     wnd.ShowModeless(cParent);
     ASSERT_NE(plain, nullptr);
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    DeleteDeferred();
     EXPECT_EQ(plain, nullptr);
 }

@@ -2,167 +2,24 @@
 // the wire is in X pixels.
 
 #include <gmock/gmock.h>
-#include <xcb/xcb.h>
 
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
-#include <cstdlib>
-#include <cstring>
+#include <algorithm>
 #include <memory>
-#include <optional>
 
 #include "GuiTest.h"
 #include "LxGUI/Frame/NativeWindowApi.h"
 #include "LxGUI/Frame/WindowStyles.h"
 #include "TestWnd.h"
+#include "X11Host.h"
 
 namespace
 {
 
-template <typename Reply>
-std::unique_ptr<Reply, decltype(&std::free)> Own(Reply *aReply)
-{
-    return {aReply, &std::free};
-}
-
-// A client with a window of its own, as a host without Qt has.
-class X11Host
-{
-public:
-    X11Host(int aWidth, int aHeight) : mConnection(xcb_connect(nullptr, nullptr))
-    {
-        const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(mConnection)).data;
-        mWindow = xcb_generate_id(mConnection);
-        const uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
-        xcb_create_window(mConnection, XCB_COPY_FROM_PARENT, mWindow, screen->root, 20, 30,
-                          static_cast<uint16_t>(aWidth), static_cast<uint16_t>(aHeight), 0,
-                          XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, XCB_CW_EVENT_MASK, &mask);
-        xcb_map_window(mConnection, mWindow);
-        Sync();
-    }
-
-    ~X11Host() { xcb_disconnect(mConnection); }
-    X11Host(const X11Host &) = delete;
-    X11Host &operator=(const X11Host &) = delete;
-
-    HWND Handle() const { return reinterpret_cast<HWND>(static_cast<uintptr_t>(mWindow)); }
-    xcb_window_t Window() const { return mWindow; }
-
-    void MoveTo(uint32_t aX, uint32_t aY)
-    {
-        const uint32_t values[] = {aX, aY};
-        xcb_configure_window(mConnection, mWindow, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, values);
-        Sync();
-    }
-
-    void DestroyWindow()
-    {
-        xcb_destroy_window(mConnection, mWindow);
-        Sync();
-    }
-
-    bool Exists(xcb_window_t aWindow)
-    {
-        return Own(xcb_get_geometry_reply(mConnection, xcb_get_geometry(mConnection, aWindow), nullptr)) != nullptr;
-    }
-
-    QRect Geometry(xcb_window_t aWindow)
-    {
-        const auto reply = Own(xcb_get_geometry_reply(mConnection, xcb_get_geometry(mConnection, aWindow), nullptr));
-        return reply ? QRect(reply->x, reply->y, reply->width, reply->height) : QRect();
-    }
-
-    bool IsViewable(xcb_window_t aWindow)
-    {
-        const auto reply =
-            Own(xcb_get_window_attributes_reply(mConnection, xcb_get_window_attributes(mConnection, aWindow), nullptr));
-        return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
-    }
-
-    xcb_window_t ParentOf(xcb_window_t aWindow)
-    {
-        const auto reply = Own(xcb_query_tree_reply(mConnection, xcb_query_tree(mConnection, aWindow), nullptr));
-        return reply ? reply->parent : xcb_window_t{XCB_NONE};
-    }
-
-    std::vector<xcb_window_t> Children()
-    {
-        const auto reply = Own(xcb_query_tree_reply(mConnection, xcb_query_tree(mConnection, mWindow), nullptr));
-        const xcb_window_t *children = xcb_query_tree_children(reply.get());
-        return {children, children + xcb_query_tree_children_length(reply.get())};
-    }
-
-    // Presses and releases the left button in the middle of a window, or a key over it.
-    void Press(xcb_window_t aWindow, uint8_t aPressEvent, uint8_t aReleaseEvent, uint8_t aDetail)
-    {
-        const QRect geometry = Geometry(aWindow);
-        for (const uint8_t type : {aPressEvent, aReleaseEvent}) {
-            xcb_button_press_event_t event = {};  // Laid out like the event of a key.
-            event.response_type = type;
-            event.detail = aDetail;
-            event.event = aWindow;
-            event.same_screen = 1;
-            event.event_x = static_cast<int16_t>(geometry.width() / 2);
-            event.event_y = static_cast<int16_t>(geometry.height() / 2);
-            xcb_send_event(mConnection, false, aWindow, XCB_EVENT_MASK_NO_EVENT,
-                           reinterpret_cast<const char *>(&event));
-        }
-        Sync();
-    }
-
-    struct Message
-    {
-        uint32_t mMessage;
-        uint32_t mWParam;
-        uint32_t mLParam;
-        bool operator==(const Message &) const = default;
-        friend void PrintTo(const Message &aMessage, std::ostream *aStream)
-        {
-            *aStream << aMessage.mMessage << ", " << aMessage.mWParam << ", " << aMessage.mLParam;
-        }
-    };
-
-    // The posted messages that have come since the last call.
-    std::vector<Message> TakeMessages()
-    {
-        Sync();
-        const auto atom =
-            Own(xcb_intern_atom_reply(mConnection, xcb_intern_atom(mConnection, true, 14, "_LXGUI_MESSAGE"), nullptr));
-        std::vector<Message> messages;
-        while (const auto event = Own(xcb_poll_for_event(mConnection))) {
-            if ((event->response_type & 0x7F) != XCB_CLIENT_MESSAGE) {
-                continue;
-            }
-            xcb_client_message_event_t message;
-            std::memcpy(&message, event.get(), sizeof(message));
-            EXPECT_EQ(message.type, atom->atom);
-            EXPECT_EQ(message.format, 32);
-            EXPECT_EQ(message.window, mWindow);
-            messages.push_back({message.data.data32[0], message.data.data32[1], message.data.data32[2]});
-        }
-        return messages;
-    }
-
-private:
-    void Sync() { Own(xcb_get_input_focus_reply(mConnection, xcb_get_input_focus(mConnection), nullptr)); }
-
-    xcb_connection_t *const mConnection;
-    xcb_window_t mWindow = XCB_NONE;
-};
-
 xcb_window_t WindowOf(TestWnd &aWnd)
 {
     return static_cast<xcb_window_t>(aWnd.Widget()->winId());
-}
-
-HWND HandleOf(xcb_window_t aWindow)
-{
-    return reinterpret_cast<HWND>(static_cast<uintptr_t>(aWindow));
-}
-
-void DeleteDeferred()
-{
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 }  // namespace
@@ -179,7 +36,7 @@ TEST(X11Embedding, TheChildFillsTheParentAndTheParentIsTold)
     EXPECT_EQ(wnd.Create(host.Handle(), 0).GetCode(), 0u);
     const xcb_window_t child = WindowOf(wnd);
     EXPECT_EQ(host.ParentOf(child), host.Window());
-    EXPECT_EQ(host.Geometry(child), QRect(0, 0, 420, 310));
+    EXPECT_EQ(host.Geometry(child), (X11Host::Rectangle{0, 0, 420, 310}));
     EXPECT_TRUE(host.IsViewable(child));
     EXPECT_THAT(host.TakeMessages(), testing::ElementsAre(X11Host::Message{5, 0, (310u << 16) | 420u}));
     const qreal ratio = wnd.Widget()->devicePixelRatioF();
@@ -216,6 +73,24 @@ TEST(X11Embedding, MouseAndKeyboardReachTheChild)
     const uint8_t keyA = 38;
     host.Press(WindowOf(wnd), XCB_KEY_PRESS, XCB_KEY_RELEASE, keyA);
     EXPECT_TRUE(WaitForGui([&] { return wnd.mEdit->text() == QStringLiteral("a"); }));
+}
+
+TEST(X11Embedding, AClickTakesTheKeyboardFocusAndTheHostCanTakeItBack)
+{
+    X11Host host(200, 150);
+    TestWnd wnd;
+    wnd.Create(host.Handle(), 0);
+    EXPECT_TRUE(WaitForGui([&] { return host.IsViewable(WindowOf(wnd)); }));
+    host.TakeFocus();
+    for (int round = 0; round < 2; ++round) {
+        host.Press(WindowOf(wnd), XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE, XCB_BUTTON_INDEX_1);
+        EXPECT_TRUE(WaitForGui([&] { return host.FocusWindow() == WindowOf(wnd); }));
+        EXPECT_TRUE(WaitForGui([&] { return wnd.Widget()->isActiveWindow(); }));
+        wnd.mEdit->setFocus();
+        EXPECT_TRUE(WaitForGui([&] { return wnd.mEdit->hasFocus(); }));
+        host.TakeFocus();
+        EXPECT_TRUE(WaitForGui([&] { return !wnd.mEdit->hasFocus(); }));
+    }
 }
 
 TEST(X11Embedding, GlobalPositionsFollowTheHost)
@@ -285,7 +160,7 @@ TEST(X11Embedding, ASecondCreateMovesTheWindow)
     TestWnd wnd;
     wnd.Create(first.Handle(), 0);
     wnd.Create(second.Handle(), 0);
-    EXPECT_EQ(second.Geometry(WindowOf(wnd)), QRect(0, 0, 100, 90));
+    EXPECT_EQ(second.Geometry(WindowOf(wnd)), (X11Host::Rectangle{0, 0, 100, 90}));
     DeleteDeferred();
     EXPECT_TRUE(WaitForGui([&] { return first.Children().empty(); }));
 }
@@ -332,13 +207,33 @@ TEST(X11Embedding, AVisibleDialogThatGetsAParentStaysVisible)
 {
     X11Host host(200, 150);
     TestWnd wnd;
-    wnd.ShowModeless(static_cast<QWidget *>(nullptr));
+    wnd.ShowModeless(cNoParent);
     const xcb_window_t dialog = WindowOf(wnd);
     EXPECT_TRUE(WaitForGui([&] { return host.IsViewable(dialog); }));
     EXPECT_EQ(wnd.ShowModeless(host.Handle()).GetCode(), 0u);
     EXPECT_EQ(host.ParentOf(dialog), host.Window());
     EXPECT_TRUE(host.IsViewable(dialog));
     EXPECT_EQ(wnd.GetHandle(), HandleOf(dialog));
+}
+
+TEST(X11Windows, AVisibleDialogIsRaisedToTheFront)
+{
+    X11Host screen(50, 40);
+    TestWnd wnd;
+    wnd.ShowModeless(cNoParent);
+    TestWnd other;
+    other.ShowModeless(cNoParent);
+    EXPECT_TRUE(WaitForGui([&] { return screen.IsViewable(WindowOf(wnd)) && screen.IsViewable(WindowOf(other)); }));
+    const auto isAbove = [&](TestWnd &aUpper, TestWnd &aLower) {
+        const std::vector<xcb_window_t> windows = screen.TopLevelWindows();
+        const auto lower = std::find(windows.begin(), windows.end(), WindowOf(aLower));
+        return std::find(lower, windows.end(), WindowOf(aUpper)) != windows.end();
+    };
+    EXPECT_TRUE(WaitForGui([&] { return isAbove(other, wnd); }));
+    wnd.mLog.clear();
+    EXPECT_EQ(wnd.ShowModeless(cNoParent).GetCode(), 0u);
+    EXPECT_TRUE(WaitForGui([&] { return isAbove(wnd, other); }));
+    EXPECT_THAT(wnd.mLog, testing::IsEmpty());
 }
 
 TEST(X11NativeWindows, CallsOnWindowsThatDoNotExistFail)
@@ -357,10 +252,12 @@ TEST(X11NativeWindows, CallsOnWindowsThatDoNotExistFail)
     EXPECT_EQ(api.SetParent(foreign, own), nullptr) << "not a window of this program";
     EXPECT_EQ(api.GetParent(foreign), nullptr);
     EXPECT_FALSE(api.SetWindowPos(own, nullptr, 0, 0, 0, 10, 0));
+    EXPECT_TRUE(api.SetWindowPos(own, nullptr, 0, 0, 10, 10, 0));
     EXPECT_EQ(api.SetParent(own, foreign), nullptr);
     EXPECT_EQ(api.GetParent(own), foreign);
     host.DestroyWindow();
     EXPECT_FALSE(api.GetClientRect(foreign, rect));
+    EXPECT_FALSE(api.SetWindowPos(foreign, nullptr, 0, 0, 10, 10, 0));
     EXPECT_FALSE(api.PostMessageW(foreign, 5, 0, 0));
     EXPECT_FALSE(api.PostMessageA(foreign, 5, 0, 0));
     EXPECT_EQ(api.GetParent(foreign), nullptr);
