@@ -263,16 +263,20 @@ LxResult ForceIP(const std::vector<AdapterData> &aAdapters, const Gvcp::ForceIP 
         Gvcp::BuildCommand(Gvcp::Command::ForceIP, broadcastFlags, forceId, Gvcp::BuildForceIP(aForceIP));
     const auto discover = Gvcp::BuildCommand(Gvcp::Command::Discovery, broadcastFlags, discoveryId);
 
+    constexpr auto success = static_cast<uint16_t>(Gvcp::Status::Success);
     std::optional<uint16_t> status;  // of the acknowledge
     std::optional<uint32_t> seenAt;  // the address that the device reported last
     const auto isDone = [&] {
         // address 0 makes the device choose one itself, so that any is right
-        return status || (seenAt && (*seenAt == aForceIP.mIPAddress || aForceIP.mIPAddress == 0));
+        return status == success || (seenAt && (*seenAt == aForceIP.mIPAddress || aForceIP.mIPAddress == 0));
     };
     const auto received = [&](size_t, const GvcpDatagram &aDatagram) {
         const auto ack = Gvcp::ParseAck(aDatagram.mData);
         if (ack && ack->Answers(Gvcp::Command::ForceIP, forceId)) {
-            status = ack->mStatus;
+            // a refusal may come from a device that was not meant, and does not count beside the acknowledge
+            if (status != success) {
+                status = ack->mStatus;
+            }
         }
         else if (const auto found = ParseDiscoveryAnswer(aDatagram.mData, discoveryId);
                  found && found->mMACAddress == aForceIP.mMACAddress)
@@ -289,18 +293,18 @@ LxResult ForceIP(const std::vector<AdapterData> &aAdapters, const Gvcp::ForceIP 
     };
     constexpr milliseconds acknowledgeTime(250);
     constexpr milliseconds discoveryTime(500);
-    for (int i = 0; i < 2 && !isDone(); ++i) {
+    for (int i = 0; i < 2 && !status; ++i) {
         sockets.Broadcast(force, false);
         listen(acknowledgeTime);
     }
     // some devices do not acknowledge, or to an address that does not reach this computer
-    for (int i = 0; i < 4 && !isDone(); ++i) {
+    for (int i = 0; i < 4 && !status && !isDone(); ++i) {
         sockets.Broadcast(discover, false);
         listen(discoveryTime);
     }
 
     const std::string device = "The device with the MAC address " + FormatMACAddress(aForceIP.mMACAddress);
-    if (status && *status != static_cast<uint16_t>(Gvcp::Status::Success)) {
+    if (status && status != success) {
         if (*status == static_cast<uint16_t>(Gvcp::Status::AccessDenied)) {
             return LxResult(LxResultCode::AccessDenied,
                             device + " refuses the address, because another application controls it.");

@@ -236,6 +236,44 @@ TEST_F(Control, ForceIPSaysWhenTheDeviceRefuses)
     }
 }
 
+TEST_F(Control, ForceIPThatAnotherDeviceRefusesIsDoneWhenTheRightOneAcknowledges)
+{
+    for (const bool refusedFirst : {true, false}) {
+        const GvcpResponder responder([refusedFirst](const ReceivedCommand &aCommand) {
+            const Reply refusal = Answer(aCommand, Gvcp::Status::InvalidParameter);
+            const Reply acknowledge = Answer(aCommand, Gvcp::Status::Success);
+            return refusedFirst ? std::vector<Reply>{refusal, acknowledge} : std::vector<Reply>{acknowledge, refusal};
+        });
+        EXPECT_TRUE(ForceAddress().IsOK()) << refusedFirst;
+    }
+}
+
+TEST_F(Control, ForceIPDropsAnswersThatMakeNoSense)
+{
+    const GvcpResponder responder([](const ReceivedCommand &aCommand) {
+        if (aCommand.mPacket.Is(Gvcp::Command::Discovery)) {
+            // of the right device, but cut, and with a length that lies
+            Reply cut = AnswerDiscovery(aCommand, MakeCamera(mac, 0xC0A83207));
+            cut.mBytes.resize(100);
+            Reply absurd = AnswerDiscovery(aCommand, MakeCamera(mac, 0xC0A83207));
+            absurd.mBytes[4] = 0xFF;
+            Reply foreign = AnswerDiscovery(aCommand, MakeCamera(mac, 0xC0A83207));
+            foreign.mBytes[7] = static_cast<uint8_t>(foreign.mBytes[7] + 1);
+            return std::vector<Reply>{{{}}, {{1, 2, 3}}, cut, absurd, foreign};
+        }
+        Reply wrongId = Answer(aCommand, Gvcp::Status::Success);
+        wrongId.mBytes[6] = static_cast<uint8_t>(wrongId.mBytes[6] + 1);
+        Reply wrongCode = Answer(aCommand, Gvcp::Status::Success);
+        wrongCode.mBytes[3] = 0x81;
+        Reply longLength = Answer(aCommand, Gvcp::Status::Success);
+        longLength.mBytes[5] = 1;
+        return std::vector<Reply>{{std::vector<uint8_t>(2000, 0xFF)}, wrongId, wrongCode, longLength};
+    });
+    const LxResult result = ForceAddress();
+    EXPECT_EQ(result, LxResultCode::NotFound);
+    EXPECT_NE(result.GetDescription().GetString().find(macText), std::string::npos);
+}
+
 TEST_F(Control, ForceIPOfADeviceThatIsNotThereFindsNothing)
 {
     const GvcpResponder responder([](const ReceivedCommand &aCommand) {
