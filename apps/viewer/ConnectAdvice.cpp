@@ -10,14 +10,16 @@ QString Text(const char *aText)
     return QCoreApplication::translate("ConnectAdvice", aText);
 }
 
+QString Reason(const LxResult &aResult)
+{
+    const QString reason = QString::fromUtf8(aResult.GetDescription().GetAscii());
+    return reason.isEmpty() ? QString::fromUtf8(aResult.GetCodeString().GetAscii()) : reason;
+}
+
 // The advice by the kind of failure, then what the SDK itself says, which names addresses and reasons.
 QString WithReason(const QString &aAdvice, const LxResult &aResult)
 {
-    QString reason = QString::fromUtf8(aResult.GetDescription().GetAscii());
-    if (reason.isEmpty()) {
-        reason = QString::fromUtf8(aResult.GetCodeString().GetAscii());
-    }
-    return aAdvice + QStringLiteral("\n\n") + reason;
+    return aAdvice + QStringLiteral("\n\n") + Reason(aResult);
 }
 
 }  // namespace
@@ -29,15 +31,15 @@ ConnectAdvice AdviseOnConnect(const LxResult &aResult, const QString &aCamera)
         case LxResultCode::NotConnected:
         case LxResultCode::NotFound:
             return {Text("%1 does not answer.").arg(aCamera),
-                    WithReason(Text("Check that it has power and that its cable is plugged in. A firewall must let UDP "
-                                    "port 3956 pass. Then search again."),
-                               aResult)};
+                    Text("Check that it has power, that its cable is plugged in and that it is on a subnet of this "
+                         "computer. A firewall must let UDP port 3956 pass. Then search again."),
+                    Reason(aResult)};
         case LxResultCode::AccessDenied:
         case LxResultCode::Busy:
             return {Text("%1 is controlled by another application.").arg(aCamera),
-                    WithReason(Text("Close the other application, or disconnect the camera there. After a crash the "
-                                    "camera frees itself within a few seconds."),
-                               aResult)};
+                    Text("Close the other application, or disconnect the camera there. After a crash the camera frees "
+                         "itself within a few seconds."),
+                    Reason(aResult)};
         case LxResultCode::Unavailable:
             return {Text("%1 cannot be reached as it is configured.").arg(aCamera),
                     WithReason(Text("Give the camera an address on the subnet of the network adapter, or let both get "

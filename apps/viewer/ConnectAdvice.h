@@ -9,6 +9,7 @@ struct ConnectAdvice
 {
     QString mHeadline;
     QString mWhatToDo;
+    QString mDetails = QString();  ///< What the SDK says, where it adds nothing to the advice; empty otherwise.
 };
 
 ConnectAdvice AdviseOnConnect(const LxResult &aResult, const QString &aCamera);

@@ -217,6 +217,7 @@ void ViewerWindow::OnFailed(const LxResult &aResult)
     const ConnectAdvice advice = AdviseOnConnect(aResult, mSession.CameraName());
     QMessageBox box(QMessageBox::Warning, tr("No connection"), advice.mHeadline, QMessageBox::Close, this);
     box.setInformativeText(advice.mWhatToDo);
+    box.setDetailedText(advice.mDetails);
     QPushButton *find = box.addButton(tr("&Find Camera..."), QMessageBox::AcceptRole);
     box.setDefaultButton(find);
     box.exec();
