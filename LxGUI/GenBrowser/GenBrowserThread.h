@@ -42,7 +42,6 @@ private:
     GenBrowserTreeModel *const mModel;
     LxGenParameterArray *const mParameters;
     const LxGenRefresh mMode;
-    // Not those of Qt: a QWaitCondition unlocks where the thread sanitizer does not see it.
     std::condition_variable mCondition;
     std::mutex mMutex;  // guards setting mStop against the waits
     std::atomic<bool> mStop{false};
