@@ -23,6 +23,7 @@
 #include "LxGUI/GenBrowser/GenBrowserTreeModel.h"
 #include "LxGUI/LxGenBrowserWnd.h"
 #include "LxGenICam/LxGenEnum.h"
+#include "RunBenchmarks.h"
 
 namespace
 {
@@ -311,7 +312,5 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return RunBenchmarks(argc, argv);
 }

@@ -35,7 +35,7 @@ void Convert(benchmark::State &aState, LxPixelType aType, int aThreads)
         benchmark::DoNotOptimize(output.GetDataPointer());
         benchmark::ClobberMemory();
     }
-    aState.counters["MPix/s"] =
+    aState.counters["rate MPix/s"] =
         benchmark::Counter(static_cast<double>(kSize) * kSize / 1e6, benchmark::Counter::kIsIterationInvariantRate);
 }
 

@@ -85,9 +85,9 @@ void RegisterRead(benchmark::State &aState)
         reads += turn;
     }
     const auto rate = [reads](Clock::duration aTime) { return static_cast<double>(reads) * 1e3 / Milliseconds(aTime); };
-    aState.counters["reads/s"] = rate(ownTime);
-    aState.counters["bare-reads/s"] = rate(bareTime);
-    aState.counters["ratio"] = rate(ownTime) / rate(bareTime);
+    aState.counters["rate reads/s"] = rate(ownTime);
+    aState.counters["bare-library reads/s"] = rate(bareTime);
+    aState.counters["ratio-to-bare-library"] = rate(ownTime) / rate(bareTime);
 }
 BENCHMARK(RegisterRead)->UseRealTime()->Unit(benchmark::kMillisecond)->MinTime(3);
 
@@ -122,7 +122,7 @@ void ConnectAndDisconnect(benchmark::State &aState)
         }
         connect += Clock::now() - start;
     }
-    aState.counters["connect-ms"] = benchmark::Counter(Milliseconds(connect), benchmark::Counter::kAvgIterations);
+    aState.counters["connect ms"] = benchmark::Counter(Milliseconds(connect), benchmark::Counter::kAvgIterations);
 }
 BENCHMARK(ConnectAndDisconnect)->UseRealTime()->Unit(benchmark::kMillisecond);
 
@@ -173,11 +173,15 @@ void FrozenCamera(benchmark::State &aState)
         reader.join();
         aState.SetIterationTime(noticed / 1e3);
     }
-    aState.counters["longest-noticed-ms"] = longestNoticed;
-    // a thread may lose its processor to another one in any call: the worst of a hundred says more than the worst
+    aState.counters["longest-noticed ms"] = longestNoticed;
+    // a thread may lose its processor to another one in any call: the worst of a thousand says more than the worst
     std::sort(calls.begin(), calls.end());
-    aState.counters["call-ms"] = calls.empty() ? 0 : calls[calls.size() * 99 / 100];
-    aState.counters["longest-back-ms"] = longestBack;
+    if (!calls.empty()) {
+        aState.counters["calls calls"] = static_cast<double>(calls.size());
+        aState.counters["call-of-999-in-1000 ms"] = calls[calls.size() * 999 / 1000];
+        aState.counters["longest-call ms"] = calls.back();
+    }
+    aState.counters["longest-until-back ms"] = longestBack;
 }
 BENCHMARK(FrozenCamera)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
 
@@ -207,12 +211,12 @@ void Stream(benchmark::State &aState)
     uint32_t packetSize = 0;
     device->ReadRegister(0x0D04, packetSize);
     stream.Close();
-    aState.counters["frames"] = static_cast<double>(statistics.mDelivered);
-    aState.counters["incomplete"] = static_cast<double>(statistics.mIncomplete);
-    aState.counters["dropped"] = static_cast<double>(statistics.mDropped);
-    aState.counters["missed"] = static_cast<double>(statistics.mMissed);
-    aState.counters["resent-packets"] = static_cast<double>(statistics.mResentPackets);
-    aState.counters["packet-size"] = packetSize & 0xFFFF;
+    aState.counters["delivered frames"] = static_cast<double>(statistics.mDelivered);
+    aState.counters["incomplete frames"] = static_cast<double>(statistics.mIncomplete);
+    aState.counters["dropped frames"] = static_cast<double>(statistics.mDropped);
+    aState.counters["missed frames"] = static_cast<double>(statistics.mMissed);
+    aState.counters["resent packets"] = static_cast<double>(statistics.mResentPackets);
+    aState.counters["packet-size B"] = packetSize & 0xFFFF;
 }
 BENCHMARK(Stream)->UseRealTime()->Unit(benchmark::kSecond)->Iterations(1);
 

@@ -10,6 +10,7 @@
 
 #include "CameraProcess.h"
 #include "LxGUI/DeviceFinder/DeviceFinderWnd.h"
+#include "RunBenchmarks.h"
 #include "ScriptedBackend.h"
 
 namespace
@@ -128,8 +129,8 @@ void Refresh(benchmark::State &aState)
         QCoreApplication::sendEvent(&finder, &refresh);
         aState.SetIterationTime(finder.mLast);
     }
-    aState.counters["longest_ms"] = finder.mLongest * 1e3;
-    aState.counters["placing_ms"] = placing * 1e3;
+    aState.counters["longest ms"] = finder.mLongest * 1e3;
+    aState.counters["placing ms"] = placing * 1e3;
 }
 BENCHMARK(Refresh)->Name("finder/refresh")->Arg(1)->Arg(500)->UseManualTime()->Unit(benchmark::kMillisecond);
 
@@ -160,8 +161,5 @@ int main(int argc, char **argv)
     }
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return RunBenchmarks(argc, argv);
 }

@@ -43,7 +43,7 @@ void DrawFrame(benchmark::State &aState, LxPixelType aType, bool aChanges)
         camera.DrawFrame(++number, frame.data(), frame.size());
         benchmark::ClobberMemory();
     }
-    aState.counters["frames/s"] = benchmark::Counter(static_cast<double>(number), benchmark::Counter::kIsRate);
+    aState.counters["rate frames/s"] = benchmark::Counter(static_cast<double>(number), benchmark::Counter::kIsRate);
 }
 
 // Searches among devices that answer at once; LxSystem lets no search end before its shortest time.
