@@ -164,27 +164,39 @@ public:
     LxString GetLicenseMessage() const override { return this->Get().mLicenseMessage; }
 };
 
-struct GEVValues : DeviceValues
+struct NetworkDeviceValues : DeviceValues
 {
     std::string mMACAddress = "00:11:22:33:44:55";
     std::string mIPAddress = "192.168.1.10";
     std::string mSubnetMask = "255.255.255.0";
     std::string mGateway = "0.0.0.0";
+};
+
+template <class Base, class Values>
+class ScriptedNetworkDevice : public ScriptedDevice<Base, Values>
+{
+public:
+    using ScriptedDevice<Base, Values>::ScriptedDevice;
+
+    LxString GetMACAddress() const override { return this->Get().mMACAddress; }
+    LxString GetIPAddress() const override { return this->Get().mIPAddress; }
+    LxString GetSubnetMask() const override { return this->Get().mSubnetMask; }
+    LxString GetDefaultGateway() const override { return this->Get().mGateway; }
+};
+
+struct GEVValues : NetworkDeviceValues
+{
     std::string mOptions = "Persistent IP, DHCP, LLA";
     std::string mCurrent = "DHCP, LLA";
     std::pair<uint32_t, uint32_t> mGEVVersion = {2, 1};
     int mClass = 1;
 };
 
-class ScriptedGEV : public ScriptedDevice<LxDeviceInfoGEV, GEVValues>
+class ScriptedGEV : public ScriptedNetworkDevice<LxDeviceInfoGEV, GEVValues>
 {
 public:
-    using ScriptedDevice::ScriptedDevice;
+    using ScriptedNetworkDevice::ScriptedNetworkDevice;
 
-    LxString GetMACAddress() const override { return Get().mMACAddress; }
-    LxString GetIPAddress() const override { return Get().mIPAddress; }
-    LxString GetSubnetMask() const override { return Get().mSubnetMask; }
-    LxString GetDefaultGateway() const override { return Get().mGateway; }
     LxString GetIPConfigOptionsString() const override { return Get().mOptions; }
     LxString GetIPConfigCurrentString() const override { return Get().mCurrent; }
     void GetGEVVersion(uint32_t &aMajor, uint32_t &aMinor) const override
@@ -194,13 +206,15 @@ public:
     int GetClass() const override { return Get().mClass; }
 };
 
-struct KelvraValues : DeviceValues
+struct KelvraValues : NetworkDeviceValues
 {
-    KelvraValues() { mType = LxDeviceInfoTypeKelvra; }
-    std::string mMACAddress = "00:11:22:33:44:66";
-    std::string mIPAddress = "192.168.1.20";
-    std::string mSubnetMask = "255.255.255.0";
-    std::string mGateway = "192.168.1.254";
+    KelvraValues()
+    {
+        mType = LxDeviceInfoTypeKelvra;
+        mMACAddress = "00:11:22:33:44:66";
+        mIPAddress = "192.168.1.20";
+        mGateway = "192.168.1.254";
+    }
     uint32_t mDeviceID = 0x0A;
     uint32_t mModuleID = 0x1B;
     uint32_t mSubID = 0x2;
@@ -209,15 +223,11 @@ struct KelvraValues : DeviceValues
     uint32_t mSoftwareMinor = 3;
 };
 
-class ScriptedKelvra : public ScriptedDevice<LxDeviceInfoKelvraProtocol, KelvraValues>
+class ScriptedKelvra : public ScriptedNetworkDevice<LxDeviceInfoKelvraProtocol, KelvraValues>
 {
 public:
-    using ScriptedDevice::ScriptedDevice;
+    using ScriptedNetworkDevice::ScriptedNetworkDevice;
 
-    LxString GetMACAddress() const override { return Get().mMACAddress; }
-    LxString GetIPAddress() const override { return Get().mIPAddress; }
-    LxString GetSubnetMask() const override { return Get().mSubnetMask; }
-    LxString GetDefaultGateway() const override { return Get().mGateway; }
     uint32_t GetDeviceID() const override { return Get().mDeviceID; }
     uint32_t GetModuleID() const override { return Get().mModuleID; }
     uint32_t GetSubID() const override { return Get().mSubID; }

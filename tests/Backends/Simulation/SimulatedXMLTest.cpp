@@ -140,6 +140,62 @@ TEST_F(SimulatedXMLTest, EveryKindVisibilityAndRepresentationIsThere)
     }
 }
 
+TEST_F(SimulatedXMLTest, EverySortOfRuleIsThere)
+{
+    const auto count = [this](const std::string &aPath) {
+        return mDocument.document_element().select_nodes(("//" + aPath).c_str()).size();
+    };
+    // selectors, also one that is selected itself, and several for one feature
+    EXPECT_GE(count("Enumeration[pSelected]"), 10u);
+    EXPECT_GE(count("Integer[pSelected]"), 2u);
+    EXPECT_EQ(count("*[@Name='SimSelector']/pSelected[.='SimSubSelector']"), 1u);
+    EXPECT_GE(count("*[@Name='SimSelector' or @Name='SimSubSelector']/pSelected[.='SimArrayValue']"), 2u);
+    // what one feature does to another
+    EXPECT_GE(count("*[pInvalidator]"), 10u);
+    EXPECT_GE(count("*[pIsLocked]"), 10u);
+    EXPECT_GE(count("*[pIsLocked='TLParamsLocked']"), 5u);
+    EXPECT_GE(count("*[pIsAvailable]"), 10u);
+    EXPECT_GE(count("*[pIsImplemented]"), 3u);
+    EXPECT_GE(count("*[pMax]"), 4u);
+    // registers of every access, features whose access is narrowed
+    for (const char *access : {"RO", "WO", "RW"}) {
+        EXPECT_GE(count(std::string("*[AccessMode='") + access + "']"), 5u) << access;
+    }
+    EXPECT_GE(count("*[ImposedAccessMode]"), 1u);
+    // entries that are not shown to everybody, not to be chosen, not there
+    EXPECT_GE(count("EnumEntry[Visibility='Expert']"), 1u);
+    EXPECT_GE(count("EnumEntry[Visibility='Invisible']"), 1u);
+    EXPECT_GE(count("EnumEntry[pIsAvailable]"), 1u);
+    EXPECT_GE(count("EnumEntry[pIsImplemented]"), 1u);
+    // what is computed
+    for (const char *kind : {"IntSwissKnife", "Converter", "MaskedIntReg"}) {
+        EXPECT_GE(count(kind), 1u) << kind;
+    }
+    EXPECT_GE(count("Command[PollingTime]"), 1u);
+    // units as the Standard Features Naming Convention (SFNC 2.7) gives them
+    const std::map<std::string, std::string> units = {{"ExposureTime", "us"},
+                                                      {"TriggerDelay", "us"},
+                                                      {"TimerDuration", "us"},
+                                                      {"TimerDelay", "us"},
+                                                      {"AcquisitionFrameRate", "Hz"},
+                                                      {"AcquisitionLineRate", "Hz"},
+                                                      {"Gain", "dB"},
+                                                      {"DeviceTemperature", "C"},
+                                                      {"DeviceLinkSpeed", "Bps"},
+                                                      {"DeviceLinkHeartbeatTimeout", "us"},
+                                                      {"Timestamp", "ns"},
+                                                      {"TimestampLatchValue", "ns"},
+                                                      {"PayloadSize", "B"},
+                                                      {"GevSCPSPacketSize", "B"},
+                                                      {"GevHeartbeatTimeout", "ms"},
+                                                      {"GevTimestampTickFrequency", "Hz"}};
+    for (const auto &[name, unit] : units) {
+        ASSERT_EQ(mNodes.count(name), 1u) << name;
+        EXPECT_EQ(mNodes.at(name).child_value("Unit"), unit) << name;
+        EXPECT_STREQ(mNodes.at(name).attribute("NameSpace").value(), "Standard") << name;
+    }
+}
+
 TEST_F(SimulatedXMLTest, EveryRegisterLiesInMappedMemoryWithItsAccess)
 {
     MemoryPort &port = *mCamera.GetPort();
