@@ -22,7 +22,10 @@ bool sExiting = false;
 void End(std::unique_ptr<QApplication> aApplication)
 {
     // Deferred deletions never come in a program without an event loop, and widgets cannot outlive the application.
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    // What goes may take more along: the native parent of an embedded window.
+    for (int round = 0; round < 2; ++round) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
     aApplication.reset();
 }
 
