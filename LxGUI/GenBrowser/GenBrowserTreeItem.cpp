@@ -180,6 +180,11 @@ void GenBrowserTreeItem::Refresh()
         }
         reading = *result;
     }
+    // While the device is lost no reading can succeed; what was read last says more than one failure for every feature.
+    const bool isAsked = QThread::currentThread() == thread();
+    if (!isAsked && !reading.mError.isEmpty() && mOwner && !mOwner->IsDeviceReadable()) {
+        return;
+    }
     // A reading that was begun before another one, but ends after it, must not bring back an old value.
     bool isOld = false;
     {
@@ -187,7 +192,7 @@ void GenBrowserTreeItem::Refresh()
         isOld = number < mDeliveredReading;
         mDeliveredReading = std::max(number, mDeliveredReading);
     }
-    if (QThread::currentThread() == thread()) {
+    if (isAsked) {
         if (!isOld) {
             QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
         }

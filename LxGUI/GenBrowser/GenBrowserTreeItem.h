@@ -60,7 +60,8 @@ public:
     bool IsAvailable() const { return mAvailable; }
     bool IsDone() const { return mIsDone; }
 
-    /// Reads the feature and emits UpdateDataSignal(). Any thread.
+    /// Reads the feature and emits UpdateDataSignal(). Any thread. A reading that fails while the device is lost is
+    /// delivered on the GUI thread only, where somebody asked for it; otherwise the last values stay.
     void Refresh();
     /// The rich text of the description pane. Any thread; may ask the device.
     QString Description() const;

@@ -360,7 +360,7 @@ void GenBrowserTreeModel::RefreshAll()
     if (!mParameters) {
         return;
     }
-    if (mParameters->GetAccessMode() == 0) {
+    if (IsDeviceReadable()) {
         mParameters->InvalidateCache();
     }
     GenBrowserTreeWalk walk(*this);
@@ -387,6 +387,11 @@ void GenBrowserTreeModel::SetEditIndex(const QModelIndex &aIndex)
 {
     const QMutexLocker lock(&mEditLock);
     mEditIndex = aIndex;
+}
+
+bool GenBrowserTreeModel::IsDeviceReadable() const
+{
+    return !mParameters || mParameters->GetAccessMode() == 0;
 }
 
 HWND GenBrowserTreeModel::NativeParent() const

@@ -17,8 +17,8 @@ class LxGenParameterArray;
 
 /// The features of a device as a tree of two columns, name and value: grouped by category or as one list.
 ///
-/// Used on the GUI thread. Other threads may call index() and rowCount(), EditIndex(), NotifyItem(), IsStopping(), and
-/// emit RefreshItemSignal().
+/// Used on the GUI thread. Other threads may call index() and rowCount(), EditIndex(), NotifyItem(), IsStopping(),
+/// IsDeviceReadable(), and emit RefreshItemSignal().
 class GenBrowserTreeModel : public QAbstractItemModel
 {
     Q_OBJECT
@@ -63,6 +63,8 @@ public:
 
     /// Tells the views that an item has new data, unless it is being edited.
     void NotifyItem(GenBrowserTreeItem *aItem);
+    /// False while the device is lost. Any thread.
+    bool IsDeviceReadable() const;
     /// The native parent of the window, or null.
     HWND NativeParent() const;
 
