@@ -3,7 +3,7 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
-#include <QtGui/QPixmap>
+#include <QtGui/QPainter>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
@@ -13,6 +13,7 @@
 #include <QtWidgets/QTreeWidget>
 #include <cstdio>
 
+#include "FeatureTour.h"
 #include "FinderTour.h"
 #include "ViewerWindow.h"
 
@@ -52,7 +53,7 @@ bool HeadlessTour::Run()
     QObject::connect(&boxes, &QTimer::timeout, &mWindow, [this] { EndMessageBox(); });
     boxes.start(50);
     const bool done = Shoot(&mWindow, QStringLiteral("viewer-start")) && TourFinder() && TourPicture() &&
-                      TourRegisters() && FinderTour(*this).Run();
+                      FeatureTour(*this, mWindow).Run() && TourRegisters() && FinderTour(*this).Run();
     mWindow.close();
     return done;
 }
@@ -175,11 +176,20 @@ bool HeadlessTour::WaitUntil(const QString &aWhat, const std::function<bool()> &
     return true;
 }
 
-bool HeadlessTour::Shoot(QWidget *aWidget, const QString &aName)
+QPixmap HeadlessTour::Picture(QWidget *aWidget)
 {
     QApplication::processEvents();
+    QPixmap picture = aWidget->grab();
+    if (QWidget *popup = QApplication::activePopupWidget()) {
+        QPainter(&picture).drawPixmap(aWidget->mapFromGlobal(popup->geometry().topLeft()), popup->grab());
+    }
+    return picture;
+}
+
+bool HeadlessTour::Save(const QPixmap &aPicture, const QString &aName)
+{
     const QString file = mFolder.filePath(aName + QStringLiteral(".png"));
-    if (!aWidget->grab().save(file)) {
+    if (!aPicture.save(file)) {
         std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
         return false;
     }

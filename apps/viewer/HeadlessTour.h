@@ -2,6 +2,7 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QString>
+#include <QtGui/QPixmap>
 #include <functional>
 
 class QAbstractButton;
@@ -25,8 +26,11 @@ public:
     static QAbstractButton *FindButton(const QWidget *aWindow, const QString &aText);
     /// False, with the reason on the error output, when the condition does not come about in time.
     bool WaitUntil(const QString &aWhat, const std::function<bool()> &aCondition);
-    /// Writes a picture of a widget into the folder.
-    bool Shoot(QWidget *aWidget, const QString &aName);
+    /// What a widget shows, with the popup above it.
+    static QPixmap Picture(QWidget *aWidget);
+    /// Writes a picture into the folder.
+    bool Save(const QPixmap &aPicture, const QString &aName);
+    bool Shoot(QWidget *aWidget, const QString &aName) { return Save(Picture(aWidget), aName); }
 
 private:
     bool TourFinder();

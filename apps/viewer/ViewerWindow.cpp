@@ -16,10 +16,26 @@
 
 #include "Banner.h"
 #include "ConnectAdvice.h"
+#include "FeatureDock.h"
 #include "LxDevice/LxDeviceGEV.h"
 
-ViewerWindow::ViewerWindow()
+namespace
+{
+
+constexpr int FeatureDockWidth = 440;
+
+// What the viewer itself keeps in its configuration.
+constexpr const char *WindowOptions = "Viewer";
+constexpr const char *FeaturesOption = "Features";
+constexpr const char *GeometryOption = "Geometry";
+constexpr const char *LayoutOption = "Layout";
+
+}  // namespace
+
+ViewerWindow::ViewerWindow(const QString &aConfigurationFile)
     : mSession([this](const LxBuffer &aBuffer) { mDisplay.Display(aBuffer); }),
+      mFeatureWindow("FeatureWindow"),
+      mConfiguration(aConfigurationFile),
       mBanner(new Banner(this)),
       mPages(new QStackedWidget(this)),
       mPicture(new QWidget(this)),
@@ -29,10 +45,11 @@ ViewerWindow::ViewerWindow()
       mFrameRate(new QLabel(this)),
       mBandwidth(new QLabel(this)),
       mLost(new QLabel(this)),
-      mDropped(new QLabel(this))
+      mDropped(new QLabel(this)),
+      mFeatureDock(new FeatureDock(this))
 {
     setObjectName(QStringLiteral("viewer"));
-    resize(1024, 768);
+    resize(1200, 800);
 
     auto *welcomePage = new QWidget(this);
     mFindButton->setObjectName(QStringLiteral("findButton"));
@@ -60,6 +77,7 @@ ViewerWindow::ViewerWindow()
 
     MakeActions();
     MakeStatusBar();
+    MakeFeatures();
     connect(&mSession, &CameraSession::Connected, this, &ViewerWindow::OnConnected);
     connect(&mSession, &CameraSession::Failed, this, &ViewerWindow::OnFailed);
     connect(&mSession, &CameraSession::LinkLost, this, &ViewerWindow::OnLinkLost);
@@ -67,10 +85,7 @@ ViewerWindow::ViewerWindow()
     connect(&mStatisticsTimer, &QTimer::timeout, this, &ViewerWindow::UpdateStatistics);
     mStatisticsTimer.setInterval(500);
 
-    const QByteArray geometry = QSettings().value(QStringLiteral("geometry")).toByteArray();
-    if (!geometry.isEmpty()) {
-        restoreGeometry(geometry);
-    }
+    LoadConfiguration();
     UpdateState();
 }
 
@@ -78,6 +93,8 @@ ViewerWindow::~ViewerWindow()
 {
     mRegisters.Close();
     mFinder.Close();
+    mFeatureWindow.SetDevice(nullptr);
+    mFeatureDock->Browser().SetDevice(nullptr);
     mSession.Disconnect();
     mDisplay.Close();
 }
@@ -127,6 +144,12 @@ void ViewerWindow::MakeActions()
     view->addSeparator();
     mRegistersAction = add(view, tr("&Registers..."), QKeySequence(tr("Ctrl+R")), "registersAction");
     connect(mRegistersAction, &QAction::triggered, this, &ViewerWindow::ShowRegisters);
+    mFeaturesAction = add(view, tr("F&eatures"), QKeySequence(tr("Ctrl+E")), "featuresAction");
+    mFeaturesAction->setCheckable(true);
+    mFeaturesAction->setChecked(true);
+    mFeatureWindowAction =
+        add(view, tr("Features in a &Window..."), QKeySequence(tr("Ctrl+Shift+E")), "featureWindowAction");
+    connect(mFeatureWindowAction, &QAction::triggered, this, &ViewerWindow::ShowFeatureWindow);
 
     QMenu *help = menuBar()->addMenu(tr("&Help"));
     connect(help->addAction(tr("&About")), &QAction::triggered, this, [this] {
@@ -152,6 +175,14 @@ void ViewerWindow::MakeStatusBar()
     mBandwidth->setToolTip(tr("Picture data received per second"));
     mLost->setToolTip(tr("Frames that did not arrive or arrived with gaps"));
     mDropped->setToolTip(tr("Frames that this program was too slow to take"));
+}
+
+void ViewerWindow::MakeFeatures()
+{
+    addDockWidget(Qt::RightDockWidgetArea, mFeatureDock);
+    resizeDocks({mFeatureDock}, {FeatureDockWidth}, Qt::Horizontal);
+    connect(mFeaturesAction, &QAction::toggled, this, &ViewerWindow::UpdateFeatures);
+    connect(mFeatureDock, &FeatureDock::Closed, mFeaturesAction, [this] { mFeaturesAction->setChecked(false); });
 }
 
 QString ViewerWindow::BannerText() const
@@ -196,11 +227,15 @@ void ViewerWindow::Disconnect()
 {
     mRegisters.Close();
     mRegisters.SetDevice(nullptr);
+    mFeatureWindow.Close();
+    mFeatureWindow.SetDevice(nullptr);
+    mFeatureDock->Browser().SetDevice(nullptr);
     mSession.Disconnect();
     mDisplay.Clear();
     mLinkLost = false;
     mBanner->Clear();
     UpdateState();
+    UpdateFeatures();
 }
 
 void ViewerWindow::OnConnected()
@@ -208,6 +243,9 @@ void ViewerWindow::OnConnected()
     mRegisters.SetDevice(dynamic_cast<LxDeviceGEV *>(mSession.Device()));
     mLiveAction->setChecked(true);
     ToggleLive(true);
+    mPicture->setFocus();
+    UpdateFeatures();
+    mFeatureWindow.SetDevice(mSession.Device(), mSession.CameraName());
     emit Settled();
 }
 
@@ -251,6 +289,8 @@ void ViewerWindow::OnLinkLost()
     mBanner->Say(tr("%1 no longer answers. Check its cable and its power; the picture goes on by itself when it is "
                     "back.")
                      .arg(mSession.CameraName()));
+    mFeatureDock->Browser().OnLinkLost();
+    mFeatureWindow.OnLinkLost();
     UpdateState();
 }
 
@@ -259,11 +299,60 @@ void ViewerWindow::OnLinkBack()
     mLinkLost = false;
     mBanner->Clear();
     UpdateState();
+    UpdateFeatures();
+    mFeatureDock->Browser().OnLinkBack();
+    mFeatureWindow.OnLinkBack();
 }
 
 void ViewerWindow::ShowRegisters()
 {
     mRegisters.ShowModeless(this);
+}
+
+void ViewerWindow::ShowFeatureWindow()
+{
+    mFeatureWindow.ShowAsWindow(this);
+}
+
+// The dock is there while a camera is, and reads it only while it is there.
+void ViewerWindow::UpdateFeatures()
+{
+    const bool show = mSession.IsConnected() && mFeaturesAction->isChecked();
+    mFeatureDock->setVisible(show);
+    if (!mLinkLost) {  // what was read last cannot be read again now
+        mFeatureDock->Browser().SetDevice(show ? mSession.Device() : nullptr, mSession.CameraName());
+    }
+}
+
+void ViewerWindow::LoadConfiguration()
+{
+    mConfigurationError = mConfiguration.Load();
+    mFeatureDock->Browser().Load(mConfiguration);
+    mFeatureWindow.Load(mConfiguration);
+    LxPropertyList list = mConfiguration.Get(WindowOptions);
+    if (const LxProperty *geometry = list.GetProperty(GeometryOption)) {
+        restoreGeometry(QByteArray::fromBase64(geometry->GetValue().GetAscii()));
+    }
+    if (const LxProperty *layout = list.GetProperty(LayoutOption)) {
+        restoreState(QByteArray::fromBase64(layout->GetValue().GetAscii()));
+    }
+    const LxProperty *features = list.GetProperty(FeaturesOption);
+    mFeaturesAction->setChecked(!features || features->GetValue() != "Hidden");
+    UpdateFeatures();
+}
+
+void ViewerWindow::SaveConfiguration()
+{
+    mFeatureDock->Browser().Save(mConfiguration);
+    mFeatureWindow.Save(mConfiguration);
+    LxPropertyList list;
+    list.Add(LxProperty(FeaturesOption, mFeaturesAction->isChecked() ? "Shown" : "Hidden"));
+    list.Add(LxProperty(GeometryOption, saveGeometry().toBase64().constData()));
+    list.Add(LxProperty(LayoutOption, saveState().toBase64().constData()));
+    mConfiguration.Set(WindowOptions, list);
+    if (const QString error = mConfiguration.Save(); !error.isEmpty()) {
+        QMessageBox::warning(this, tr("Options not saved"), error);
+    }
 }
 
 void ViewerWindow::ChooseBackground()
@@ -293,10 +382,8 @@ void ViewerWindow::UpdateState()
     for (QAction *action : mPictureActions) {
         action->setEnabled(connected);
     }
+    mFeatureWindowAction->setEnabled(connected);
     mPages->setCurrentIndex(connected ? 1 : 0);
-    if (connected) {
-        mPicture->setFocus();
-    }
     mWelcome->setText(connecting ? tr("Connecting to %1...").arg(mSession.CameraName())
                                  : tr("No camera is connected."));
     setWindowTitle(connected ? tr("%1 - LxGUI viewer").arg(mSession.CameraName()) : tr("LxGUI viewer"));
@@ -331,7 +418,8 @@ void ViewerWindow::UpdateStatistics()
 
 void ViewerWindow::closeEvent(QCloseEvent *aEvent)
 {
-    QSettings().setValue(QStringLiteral("geometry"), saveGeometry());
+    SaveConfiguration();
+    hide();  // the user need not look on while a camera that does not answer is given up
     Disconnect();
     QMainWindow::closeEvent(aEvent);
 }

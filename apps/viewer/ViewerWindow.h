@@ -4,11 +4,14 @@
 #include <QtWidgets/QMainWindow>
 
 #include "CameraSession.h"
+#include "FeatureBrowser.h"
 #include "LxGUI/LxDeviceFinderWnd.h"
 #include "LxGUI/LxDisplayWnd.h"
 #include "LxGUI/LxRegisterInterfaceWnd.h"
+#include "ViewerConfiguration.h"
 
 class Banner;
+class FeatureDock;
 class QAction;
 class QLabel;
 class QPushButton;
@@ -20,14 +23,19 @@ class ViewerWindow : public QMainWindow
     Q_OBJECT
 
 public:
-    ViewerWindow();
+    /// @param aConfigurationFile where the options are kept from one run to the next.
+    explicit ViewerWindow(const QString &aConfigurationFile = ViewerConfiguration::DefaultFile());
     ~ViewerWindow() override;
 
     LxDeviceFinderWnd &Finder() { return mFinder; }
     LxDisplayWnd &Display() { return mDisplay; }
     LxRegisterInterfaceWnd &Registers() { return mRegisters; }
+    FeatureDock &Features() { return *mFeatureDock; }
+    FeatureBrowser &FeatureWindow() { return mFeatureWindow; }
     CameraSession &Session() { return mSession; }
     QString BannerText() const;
+    /// What went wrong when the options were read; empty when nothing did.
+    QString ConfigurationError() const { return mConfigurationError; }
 
 public slots:
     /// Lets the user choose a camera and connects to it. Not while a connection attempt runs: it works on what the
@@ -38,6 +46,7 @@ public slots:
     void Disconnect();
     void ToggleLive(bool aLive);
     void ShowRegisters();
+    void ShowFeatureWindow();
 
 signals:
     /// The finder was closed without a choice, or a connection attempt has ended.
@@ -56,11 +65,18 @@ private:
     void UpdateState();
     void UpdateStatistics();
     void ChooseBackground();
+    void MakeFeatures();
+    void UpdateFeatures();
+    void LoadConfiguration();
+    void SaveConfiguration();
 
     CameraSession mSession;
     LxDeviceFinderWnd mFinder;
     LxDisplayWnd mDisplay;
     LxRegisterInterfaceWnd mRegisters;
+    FeatureBrowser mFeatureWindow;
+    ViewerConfiguration mConfiguration;
+    QString mConfigurationError;
 
     Banner *mBanner;
     QStackedWidget *mPages;
@@ -72,12 +88,15 @@ private:
     QLabel *mBandwidth;
     QLabel *mLost;
     QLabel *mDropped;
+    FeatureDock *mFeatureDock;
     QAction *mFindAction = nullptr;
     QAction *mAddressAction = nullptr;
     QAction *mDisconnectAction = nullptr;
     QAction *mLiveAction = nullptr;
     QAction *mOverlayAction = nullptr;
     QAction *mRegistersAction = nullptr;
+    QAction *mFeaturesAction = nullptr;
+    QAction *mFeatureWindowAction = nullptr;
     QList<QAction *> mPictureActions;
     QTimer mStatisticsTimer;
     bool mLinkLost = false;

@@ -1,6 +1,8 @@
 #include <QtCore/QCommandLineParser>
+#include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QMessageBox>
 
 #include "Backends/Simulation/LxSimulation.h"
 #include "HeadlessTour.h"
@@ -39,14 +41,20 @@ int main(int argc, char **argv)
         LxSimulation::Enable();
     }
 
-    ViewerWindow window;
-    window.show();
     if (parser.isSet(QStringLiteral("headless"))) {
+        const QTemporaryDir folder;  // the tour neither shows nor changes what a user has set
+        ViewerWindow window(folder.filePath(QStringLiteral("viewer.xml")));
+        window.show();
         HeadlessTour tour(window, parser.value(QStringLiteral("headless")), parser.value(QStringLiteral("camera")));
         return tour.Run() ? 0 : 1;
     }
+    ViewerWindow window;
+    window.show();
     const QString address = parser.value(QStringLiteral("camera"));
     QTimer::singleShot(0, &window, [&] {
+        if (const QString error = window.ConfigurationError(); !error.isEmpty()) {
+            QMessageBox::warning(&window, QCoreApplication::translate("main", "Options not read"), error);
+        }
         if (address.isEmpty()) {
             window.FindCamera();
         }

@@ -1,10 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <QtCore/QStandardPaths>
-#include <QtCore/QTemporaryDir>
-#include <QtGui/QAction>
 #include <QtTest/QTest>
-#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMenuBar>
@@ -12,76 +6,9 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTreeWidget>
 
-#include "Backends/Simulation/LxSimulation.h"
-#include "GuiTest.h"
 #include "HeadlessTour.h"
 #include "LxSystem/LxDeviceInfo.h"
-#include "ViewerWindow.h"
-
-namespace
-{
-
-/// A viewer in front of a simulated host with one adapter and one camera.
-class Viewer : public testing::Test
-{
-protected:
-    static constexpr const char *Camera = "02:00:00:00:01:01";
-    static constexpr const char *Address = "192.168.7.20";
-
-    void SetUp() override
-    {
-        QStandardPaths::setTestModeEnabled(true);
-        LxSimulation::Clear();
-        LxSimulation::Enable(true);
-        LxSimulatedNetworkAdapter adapter;
-        adapter.mName = "eth7";
-        adapter.mAddresses = {{"192.168.7.1", "255.255.255.0"}};
-        ASSERT_TRUE(LxSimulation::SetNetworkAdapter(adapter).IsOK());
-        LxSimulatedDevice camera;
-        camera.mUserDefinedName = "Left";
-        camera.mMACAddress = Camera;
-        camera.mIPAddress = Address;
-        camera.mSubnetMask = "255.255.255.0";
-        camera.mInterfaces = {"eth7"};
-        ASSERT_TRUE(LxSimulation::SetDevice(camera).IsOK());
-        mWindow = std::make_unique<ViewerWindow>();
-        mWindow->show();
-    }
-    void TearDown() override
-    {
-        mWindow.reset();
-        LxSimulation::Clear();
-        LxSimulation::Disable();
-    }
-
-    void ConnectLive()
-    {
-        mWindow->Connect(Address);
-        ASSERT_TRUE(WaitForGui([&] { return mWindow->Session().Statistics().mDelivered > 2; }));
-    }
-    QString Status(const char *aName) const { return mWindow->findChild<QLabel *>(aName)->text(); }
-    QAction *Action(const char *aName) const { return mWindow->findChild<QAction *>(aName); }
-
-    /// Waits for the viewer's failure box, closes it and gives its texts.
-    void ExpectFailure(const QString &aAddress, QString &aHeadline, QString &aAdvice)
-    {
-        bool shown = false;
-        OnNextModal([&](QWidget *aWidget) {
-            auto *box = qobject_cast<QMessageBox *>(aWidget);
-            ASSERT_NE(box, nullptr);
-            aHeadline = box->text();
-            aAdvice = box->informativeText();
-            shown = true;
-            box->reject();
-        });
-        mWindow->Connect(aAddress);
-        EXPECT_TRUE(WaitForGui([&] { return shown; }));
-    }
-
-    std::unique_ptr<ViewerWindow> mWindow;
-};
-
-}  // namespace
+#include "ViewerTest.h"
 
 TEST_F(Viewer, StartsWithoutACameraAndOffersTheFinder)
 {
@@ -279,8 +206,7 @@ TEST_F(Viewer, MayBeClosedAtAnyTime)
 {
     mWindow->Connect(Address);
     mWindow->close();
-    mWindow.reset();
-    mWindow = std::make_unique<ViewerWindow>();
+    Restart();
     ConnectLive();
     LxSimulation::SetDevicePresent(Camera, false);
     mWindow->close();
