@@ -34,145 +34,141 @@ const LxDeviceInfo *FindByAddress(const LxSystem &aSystem, const QString &aAddre
 
 }  // namespace
 
-CameraSession::CameraSession(FrameHandler aHandler) : mHandler(std::move(aHandler)) {}
+CameraSession::CameraSession(LiveStream::FrameHandler aHandler) : mHandler(std::move(aHandler))
+{
+    mWorker.setMaxThreadCount(1);
+}
 
 CameraSession::~CameraSession()
 {
-    Disconnect();
+    End();
 }
+
+void CameraSession::Post(std::function<void()> aWork)
+{
+    mWorker.start(std::move(aWork));
+}
+
+void CameraSession::Answer(std::function<void()> aWork)
+{
+    QMetaObject::invokeMethod(this, std::move(aWork), Qt::QueuedConnection);
+}
+
+// Connecting
 
 void CameraSession::Connect(const LxDeviceInfo *aInfo)
 {
-    mName = NameOf(*aInfo);
-    Run([aInfo] {
-        Attempt attempt;
-        attempt.mName = NameOf(*aInfo);
-        attempt.mResult = LxSystem::Connect(aInfo, LxDeviceAccess::Control, attempt.mDevice);
-        return attempt;
+    const QString name = NameOf(*aInfo);
+    Run([aInfo, name](Attempt &aAttempt) {
+        aAttempt.mName = name;
+        aAttempt.mResult = LxSystem::Connect(aInfo, LxDeviceAccess::Control, aAttempt.mDevice);
     });
+    mName = name;
 }
 
 void CameraSession::ConnectAddress(const QString &aAddress)
 {
-    mName = aAddress;
-    Run([aAddress] {
-        Attempt attempt;
-        attempt.mName = aAddress;
+    Run([aAddress](Attempt &aAttempt) {
+        aAttempt.mName = aAddress;
         LxSystem system;
         const LxDeviceInfo *info = nullptr;
-        attempt.mResult = system.FindDevice(aAddress.toUtf8().constData(), &info);
-        if (!attempt.mResult.IsOK()) {
+        aAttempt.mResult = system.FindDevice(aAddress.toUtf8().constData(), &info);
+        if (!aAttempt.mResult.IsOK()) {
             // a camera on a foreign subnet hears broadcasts only; connecting to it then tells what is wrong
             system.Find();
             info = FindByAddress(system, aAddress);
         }
         if (info) {
-            attempt.mName = NameOf(*info);
-            attempt.mResult = LxSystem::Connect(info, LxDeviceAccess::Control, attempt.mDevice);
+            aAttempt.mName = NameOf(*info);
+            aAttempt.mResult = LxSystem::Connect(info, LxDeviceAccess::Control, aAttempt.mDevice);
         }
-        return attempt;
     });
+    mName = aAddress;
 }
 
-void CameraSession::Run(std::function<Attempt()> aConnect)
+void CameraSession::Run(std::function<void(Attempt &)> aConnect)
 {
     Disconnect();
-    mConnecting = true;
-    mWorker = std::thread([this, number = ++mAttemptNumber, connect = std::move(aConnect)] {
-        auto attempt = std::make_shared<Attempt>(connect());
-        // dropped by Qt when the session is gone by then
-        QMetaObject::invokeMethod(
-            this, [this, number, attempt] { Finish(number, std::move(*attempt)); }, Qt::QueuedConnection);
+    mAttempt = std::make_shared<Attempt>();
+    ++mAttempts;
+    Post([this, attempt = mAttempt, connect = std::move(aConnect)] {
+        connect(*attempt);
+        Answer([this, attempt] { Finish(attempt); });
     });
 }
 
-void CameraSession::Finish(int aNumber, Attempt aAttempt)
+void CameraSession::Finish(const std::shared_ptr<Attempt> &aAttempt)
 {
-    if (aNumber != mAttemptNumber || !mConnecting) {
-        return;  // disconnected while the attempt was on its way
-    }
-    mWorker.join();
-    mConnecting = false;
-    mName = aAttempt.mName;
-    if (!aAttempt.mResult.IsOK()) {
-        emit Failed(aAttempt.mResult);
+    --mAttempts;
+    if (aAttempt != mAttempt) {
+        emit GivenUp();
         return;
     }
-    mDevice = std::move(aAttempt.mDevice);
+    mAttempt.reset();
+    mName = aAttempt->mName;
+    if (!aAttempt->mResult.IsOK()) {
+        emit Failed(aAttempt->mResult);
+        return;
+    }
+    mDevice = std::move(aAttempt->mDevice);
     mDevice->RegisterEventSink(this);
     emit Connected();
 }
 
 void CameraSession::Disconnect()
 {
-    mConnecting = false;
-    if (mWorker.joinable()) {
-        mWorker.join();
-    }
     StopLive();
+    if (mAttempt) {
+        Post([attempt = std::move(mAttempt)] { attempt->mDevice.reset(); });
+        mAttempt.reset();
+    }
     if (mDevice) {
         mDevice->UnregisterEventSink(this);
-        mDevice->Disconnect();
+        Post([this, device = std::move(mDevice)] {
+            device->Disconnect();
+            Answer([this] { emit GivenUp(); });
+        });
         mDevice.reset();
     }
 }
 
-LxResult CameraSession::StartLive()
+void CameraSession::End()
 {
-    if (!mDevice) {
-        return LxResult(LxResultCode::NotConnected);
+    Disconnect();
+    mWorker.waitForDone();
+}
+
+// Pictures
+
+void CameraSession::StartLive()
+{
+    if (!mDevice || mLive) {
+        return;
     }
-    if (IsLive()) {
-        return LxResult();
-    }
-    auto stream = std::make_unique<LxStream>();
-    LxResult result = stream->Open(mDevice.get());
-    if (result.IsOK()) {
-        result = stream->Start();
-    }
-    if (!result.IsOK()) {
-        return result;
-    }
-    mStream = std::move(stream);
-    mStop = false;
-    mAcquisition = std::thread([this] { ReceiveFrames(); });
-    return result;
+    mLive = std::make_shared<LiveStream>(mDevice, mHandler);
+    Post([this, live = mLive] {
+        const LxResult result = live->Start();
+        Answer([this, live, result] {
+            if (!result.IsOK() && live == mLive) {
+                mLive.reset();
+                emit LiveFailed(result);
+            }
+        });
+    });
 }
 
 void CameraSession::StopLive()
 {
-    if (!IsLive()) {
-        return;
-    }
-    mStop = true;
-    mStream->Stop();
-    mAcquisition.join();
-    mStream->Close();
-    mStream.reset();
-}
-
-void CameraSession::ReceiveFrames()
-{
-    while (!mStop) {
-        std::shared_ptr<const LxBuffer> buffer;
-        const LxResult result = mStream->RetrieveBuffer(buffer, 200);
-        if (result.IsOK() && buffer) {
-            mHandler(*buffer);
-        }
-        else if (result == LxResultCode::NotConnected) {
-            // the stream goes on by itself when the camera is back; do not spin until then
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        }
+    if (mLive) {
+        mLive->Cancel();
+        Post([live = std::move(mLive)] { live->Stop(); });
+        mLive.reset();
     }
 }
 
 LxStreamStatistics CameraSession::Statistics() const
 {
-    LxStreamStatistics statistics;
-    if (mStream) {
-        mStream->GetStatistics(statistics);
-    }
-    return statistics;
+    return mLive ? mLive->Statistics() : LxStreamStatistics();
 }
 
 void CameraSession::OnLinkDisconnected(LxDevice *)

@@ -2,50 +2,56 @@
 
 #include <QtCore/QObject>
 #include <QtCore/QString>
-#include <atomic>
+#include <QtCore/QThreadPool>
 #include <functional>
 #include <memory>
-#include <thread>
 
-#include "LxBuffer/LxBuffer.h"
-#include "LxBufferReceive/LxStream.h"
+#include "LiveStream.h"
 #include "LxDevice/LxDevice.h"
 #include "LxSystem/LxSystem.h"
 
 /// One camera: connects to it, receives its frames on a thread of its own and tells when it is lost and back.
 ///
-/// All operations are called on the GUI thread. Connecting happens on a worker and ends with Connected() or Failed();
-/// Disconnect() and the destructor wait for an attempt that is on its way.
+/// All operations are called on the GUI thread and return at once. What waits for the camera happens on a worker, one
+/// thing after the other.
 class CameraSession : public QObject, private LxDeviceEventSink
 {
     Q_OBJECT
 
 public:
-    /// Receives each frame, on the acquisition thread.
-    using FrameHandler = std::function<void(const LxBuffer &)>;
-
-    explicit CameraSession(FrameHandler aHandler);
+    /// @param aHandler receives each frame, on the acquisition thread, and at most one more after StopLive().
+    explicit CameraSession(LiveStream::FrameHandler aHandler);
+    /// Like End().
     ~CameraSession() override;
 
-    /// Connects to a device that a living LxSystem found; it must live until Connected() or Failed().
+    /// Connects to a device that a living LxSystem found; it must live until IsAttempting() says false.
     void Connect(const LxDeviceInfo *aInfo);
     /// Finds the device at an address and connects to it.
     void ConnectAddress(const QString &aAddress);
+    /// Gives up the camera or the attempt to connect; the camera is told later. Whatever uses the device ends before.
     void Disconnect();
-    bool IsConnecting() const { return mConnecting; }
+    /// Disconnects and waits until the camera was told.
+    void End();
+    bool IsConnecting() const { return mAttempt != nullptr; }
+    /// Whether an attempt runs, perhaps one that was given up.
+    bool IsAttempting() const { return mAttempts > 0; }
     bool IsConnected() const { return mDevice != nullptr; }
     /// Null when not connected.
     LxDevice *Device() const { return mDevice.get(); }
     QString CameraName() const { return mName; }
 
-    LxResult StartLive();
+    void StartLive();
     void StopLive();
-    bool IsLive() const { return mAcquisition.joinable(); }
+    /// Whether frames come, or will soon.
+    bool IsLive() const { return mLive != nullptr; }
     LxStreamStatistics Statistics() const;
 
 signals:
     void Connected();
     void Failed(const LxResult &aResult);
+    void LiveFailed(const LxResult &aResult);
+    /// What was given up has ended.
+    void GivenUp();
     /// The camera stopped answering; everything continues by itself when it is back.
     void LinkLost();
     void LinkBack();
@@ -60,17 +66,18 @@ private:
 
     void OnLinkDisconnected(LxDevice *aDevice) override;
     void OnLinkReconnected(LxDevice *aDevice) override;
-    void Run(std::function<Attempt()> aConnect);
-    void Finish(int aNumber, Attempt aAttempt);
-    void ReceiveFrames();
+    /// Does something on the worker, after all that it was given before.
+    void Post(std::function<void()> aWork);
+    /// Does something on the GUI thread; dropped by Qt when the session is gone by then.
+    void Answer(std::function<void()> aWork);
+    void Run(std::function<void(Attempt &)> aConnect);
+    void Finish(const std::shared_ptr<Attempt> &aAttempt);
 
-    FrameHandler mHandler;
-    std::thread mWorker;
-    bool mConnecting = false;
-    int mAttemptNumber = 0;
-    std::unique_ptr<LxDevice> mDevice;
+    const LiveStream::FrameHandler mHandler;
+    QThreadPool mWorker;
+    int mAttempts = 0;
+    std::shared_ptr<Attempt> mAttempt;  // its fields belong to the worker until Finish()
+    std::shared_ptr<LxDevice> mDevice;
     QString mName;
-    std::unique_ptr<LxStream> mStream;
-    std::thread mAcquisition;
-    std::atomic<bool> mStop{false};
+    std::shared_ptr<LiveStream> mLive;
 };

@@ -80,6 +80,8 @@ ViewerWindow::ViewerWindow(const QString &aConfigurationFile)
     MakeFeatures();
     connect(&mSession, &CameraSession::Connected, this, &ViewerWindow::OnConnected);
     connect(&mSession, &CameraSession::Failed, this, &ViewerWindow::OnFailed);
+    connect(&mSession, &CameraSession::LiveFailed, this, &ViewerWindow::OnLiveFailed);
+    connect(&mSession, &CameraSession::GivenUp, this, &ViewerWindow::OnGivenUp);
     connect(&mSession, &CameraSession::LinkLost, this, &ViewerWindow::OnLinkLost);
     connect(&mSession, &CameraSession::LinkBack, this, &ViewerWindow::OnLinkBack);
     connect(&mStatisticsTimer, &QTimer::timeout, this, &ViewerWindow::UpdateStatistics);
@@ -95,7 +97,7 @@ ViewerWindow::~ViewerWindow()
     mFinder.Close();
     mFeatureWindow.SetDevice(nullptr);
     mFeatureDock->Browser().SetDevice(nullptr);
-    mSession.Disconnect();
+    mSession.End();
     mDisplay.Close();
 }
 
@@ -275,10 +277,21 @@ void ViewerWindow::ToggleLive(bool aLive)
     if (mOverlayAction->isChecked()) {
         mDisplay.SetTextOverlay(mSession.CameraName().toUtf8().constData());
     }
-    const LxResult result = mSession.StartLive();
-    if (!result.IsOK()) {
-        const ConnectAdvice advice = AdviseOnStream(result, mSession.CameraName());
-        mBanner->Say(advice.mHeadline + QLatin1Char(' ') + advice.mWhatToDo);
+    mSession.StartLive();
+    UpdateState();
+}
+
+void ViewerWindow::OnLiveFailed(const LxResult &aResult)
+{
+    const ConnectAdvice advice = AdviseOnStream(aResult, mSession.CameraName());
+    mBanner->Say(advice.mHeadline + QLatin1Char(' ') + advice.mWhatToDo);
+    UpdateState();
+}
+
+void ViewerWindow::OnGivenUp()
+{
+    if (!mSession.IsConnected()) {
+        mDisplay.Clear();  // a last picture may have come on its way
     }
     UpdateState();
 }
@@ -372,9 +385,11 @@ void ViewerWindow::UpdateState()
 {
     const bool connected = mSession.IsConnected();
     const bool connecting = mSession.IsConnecting();
-    mFindAction->setEnabled(!connecting);
-    mAddressAction->setEnabled(!connecting);
-    mFindButton->setEnabled(!connecting);
+    // an attempt that was given up still uses what the finder found
+    const bool attempting = mSession.IsAttempting();
+    mFindAction->setEnabled(!attempting);
+    mAddressAction->setEnabled(!attempting);
+    mFindButton->setEnabled(!attempting);
     mDisconnectAction->setEnabled(connected || connecting);
     mLiveAction->setEnabled(connected);
     mLiveAction->setChecked(mSession.IsLive());

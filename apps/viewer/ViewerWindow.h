@@ -60,6 +60,8 @@ private:
     void MakeStatusBar();
     void OnConnected();
     void OnFailed(const LxResult &aResult);
+    void OnLiveFailed(const LxResult &aResult);
+    void OnGivenUp();
     void OnLinkLost();
     void OnLinkBack();
     void UpdateState();
