@@ -7,14 +7,68 @@
 #include <QtGui/QAction>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMessageBox>
+#include <QtWidgets/QScrollBar>
+#include <QtWidgets/QTreeView>
 #include <memory>
 
 #include "Backends/Simulation/LxSimulation.h"
+#include "FeatureDock.h"
 #include "GuiTest.h"
 #include "ViewerWindow.h"
 
+/// A viewer whose options are in a folder of their own.
+class ViewerBase : public testing::Test
+{
+protected:
+    /// Ends the viewer, if there is one, and starts it anew.
+    void Restart()
+    {
+        mWindow.reset();
+        mWindow = std::make_unique<ViewerWindow>(mFolder.filePath("viewer.xml"));
+        mWindow->show();
+    }
+    QString Status(const char *aName) const { return mWindow->findChild<QLabel *>(aName)->text(); }
+    QAction *Action(const char *aName) const { return mWindow->findChild<QAction *>(aName); }
+
+    FeatureDock &Dock() const { return mWindow->Features(); }
+    QTreeView *Tree() const { return Dock().Browser().Tree(); }
+    QModelIndex Find(const char *aName, int aColumn = 0) const
+    {
+        const QAbstractItemModel *model = Tree()->model();
+        const QModelIndexList found =
+            model ? model->match(model->index(0, 0), Qt::DisplayRole, QLatin1String(aName), 1,
+                                 Qt::MatchExactly | Qt::MatchRecursive | Qt::MatchCaseSensitive | Qt::MatchWrap)
+                  : QModelIndexList();
+        return found.isEmpty() ? QModelIndex() : found.first().siblingAtColumn(aColumn);
+    }
+    QString Value(const char *aName) const { return Find(aName, 1).data().toString(); }
+    QString Current() const { return Tree()->currentIndex().siblingAtColumn(0).data().toString(); }
+    QString Top() const { return Tree()->indexAt(QPoint(0, 0)).siblingAtColumn(0).data().toString(); }
+    bool IsVeiled() const { return Tree()->findChild<QWidget *>("veil") != nullptr; }
+
+    /// Brings the tree into a state that no rebuild leaves it in.
+    void ArrangeTree()
+    {
+        Tree()->collapse(Find("DeviceControl"));
+        Tree()->setCurrentIndex(Find("OffsetX", 1));
+        Tree()->scrollTo(Find("AcquisitionMode"), QAbstractItemView::PositionAtTop);
+        ASSERT_EQ(Top(), "AcquisitionMode");
+    }
+    void ExpectArranged()
+    {
+        EXPECT_EQ(Current(), "OffsetX");
+        EXPECT_EQ(Tree()->currentIndex().column(), 1);
+        EXPECT_EQ(Top(), "AcquisitionMode");
+        EXPECT_FALSE(Tree()->isExpanded(Find("DeviceControl")));
+        EXPECT_TRUE(Tree()->isExpanded(Find("AcquisitionControl")));
+    }
+
+    const QTemporaryDir mFolder;
+    std::unique_ptr<ViewerWindow> mWindow;
+};
+
 /// A viewer in front of a simulated host with one adapter and one camera.
-class Viewer : public testing::Test
+class Viewer : public ViewerBase
 {
 protected:
     static constexpr const char *Camera = "02:00:00:00:01:01";
@@ -45,20 +99,11 @@ protected:
         LxSimulation::Disable();
     }
 
-    /// Ends the viewer, if there is one, and starts it anew.
-    void Restart()
-    {
-        mWindow.reset();
-        mWindow = std::make_unique<ViewerWindow>(mFolder.filePath("viewer.xml"));
-        mWindow->show();
-    }
     void ConnectLive()
     {
         mWindow->Connect(Address);
         ASSERT_TRUE(WaitForGui([&] { return mWindow->Session().Statistics().mDelivered > 2; }));
     }
-    QString Status(const char *aName) const { return mWindow->findChild<QLabel *>(aName)->text(); }
-    QAction *Action(const char *aName) const { return mWindow->findChild<QAction *>(aName); }
 
     /// Waits for the viewer's failure box, closes it and gives its texts.
     void ExpectFailure(const QString &aAddress, QString &aHeadline, QString &aAdvice)
@@ -75,7 +120,4 @@ protected:
         mWindow->Connect(aAddress);
         EXPECT_TRUE(WaitForGui([&] { return shown; }));
     }
-
-    const QTemporaryDir mFolder;
-    std::unique_ptr<ViewerWindow> mWindow;
 };
