@@ -110,7 +110,8 @@ QPixmap FeatureTour::PictureOfEditor(const char *aName)
     if (choices) {
         choices->showPopup();
         QApplication::processEvents();
-        place.setBottom(tree->mapFromGlobal(choices->view()->window()->geometry().bottomLeft()).y());
+        const QRect popup = choices->view()->window()->geometry();
+        place |= QRect(tree->mapFromGlobal(popup.topLeft()), popup.size());
     }
     const QPixmap picture = HeadlessTour::Picture(tree).copy(place.adjusted(0, -Gap, 0, Gap));
     if (choices) {
@@ -118,6 +119,7 @@ QPixmap FeatureTour::PictureOfEditor(const char *aName)
     }
     tree->reset();  // ends the editor without writing
     tree->expandAll();
+    QCoreApplication::sendPostedEvents(editor, QEvent::DeferredDelete);
     return picture;
 }
 
@@ -126,8 +128,8 @@ bool FeatureTour::ShowEditors()
     SetOptions("Guru", "Tree");
     QList<QPixmap> pictures;
     QSize size;
-    for (const char *name : {"SimBoolean", "SimInteger", "SimFloat", "SimString", "GevPersistentIPAddress",
-                             "TimestampLatch", "PixelFormat"})
+    for (const char *name : {"SimBoolean", "SimInteger", "SimFloat", "SimString", "SimIntegerMAC",
+                             "GevPersistentIPAddress", "TimestampLatch", "SimEnumeration"})
     {
         if (!Find(name).isValid()) {
             std::printf("the camera has no %s to show an editor for\n", name);

@@ -6,7 +6,7 @@
 namespace
 {
 
-constexpr int Opacity = 150;  // of 255
+constexpr int Opacity = 120;  // of 255
 constexpr int Margin = 8;
 
 }  // namespace

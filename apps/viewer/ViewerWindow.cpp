@@ -298,6 +298,9 @@ void ViewerWindow::OnGivenUp()
 
 void ViewerWindow::OnLinkLost()
 {
+    if (!mSession.IsConnected()) {
+        return;  // given up since
+    }
     mLinkLost = true;
     mBanner->Say(tr("%1 no longer answers. Check its cable and its power; the picture goes on by itself when it is "
                     "back.")
@@ -309,6 +312,9 @@ void ViewerWindow::OnLinkLost()
 
 void ViewerWindow::OnLinkBack()
 {
+    if (!mSession.IsConnected()) {
+        return;
+    }
     mLinkLost = false;
     mBanner->Clear();
     UpdateState();

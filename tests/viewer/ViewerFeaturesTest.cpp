@@ -7,6 +7,7 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QToolButton>
+#include <algorithm>
 
 #include "LxGenICam/LxGenParameterArray.h"
 #include "LxPersistence/LxConfigurationReader.h"
@@ -81,8 +82,8 @@ TEST_F(ViewerFeatures, AnEditReachesTheCameraWhileItStreams)
     QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClicks(field, "64");
     QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_TRUE(WaitForGui([&] { return Value("OffsetX").startsWith("64"); }));
     EXPECT_EQ(Integer("OffsetX"), 64);
-    EXPECT_TRUE(Value("OffsetX").startsWith("64"));
     EXPECT_TRUE(WaitForGui([&] { return mWindow->Session().Statistics().mDelivered > delivered + 3; }));
 }
 
@@ -95,7 +96,6 @@ TEST_F(ViewerFeatures, KeepTheLastValuesGreyedWhileTheCameraIsUnplugged)
     LxSimulation::SetDevicePresent(Camera, false);
     ASSERT_TRUE(WaitForGui([&] { return IsVeiled(); }));
     EXPECT_FALSE(mWindow->Session().Device()->IsConnected());
-    mWindow->grab().save("/tmp/veil.png");
     for (const char *name : {"AcquisitionMode", "AcquisitionFrameRate", "OffsetX"}) {
         EXPECT_FALSE(Value(name).isEmpty()) << name;
         EXPECT_FALSE(Find(name).data(Qt::ToolTipRole).toString().startsWith("Error")) << name;
@@ -268,18 +268,24 @@ TEST_F(ViewerFeatures, OptionsThatCannotBeReadAreReportedAndKept)
 TEST_F(ViewerFeatures, ACameraThatIsStuckKeepsNobodyFromLookingAroundAndClosing)
 {
     ConnectLive();
-    // far longer than all that follows, so that waiting for the camera would be seen
-    LxSimulation::FreezeDevice(Camera, 20000);
+    // each access takes far longer than anything that follows should
+    LxSimulation::FreezeDevice(Camera, 4000);
+    qint64 longest = 0;
     QElapsedTimer clock;
     clock.start();
-    auto *search = Dock().findChild<QLineEdit *>("SearchBar");
-    QTest::keyClicks(search, "gain");
+    QTimer pulse;
+    QObject::connect(&pulse, &QTimer::timeout, [&] { longest = std::max(longest, clock.restart()); });
+    pulse.start(1);
+    QTest::keyClicks(Dock().findChild<QLineEdit *>("SearchBar"), "gain");
     EXPECT_TRUE(Current().contains("Gain"));
     QTest::keyClick(Tree(), Qt::Key_PageDown);
     QTest::keyClick(Tree(), Qt::Key_PageUp);
     Tree()->verticalScrollBar()->setValue(0);
     QApplication::processEvents();
-    mWindow->close();
-    EXPECT_LT(clock.elapsed(), 10000);
+    mWindow->close();  // processes events until nobody reads the camera any more
+    EXPECT_FALSE(mWindow->isVisible());
+    longest = std::max(longest, clock.elapsed());
+    RecordProperty("longest_ms", static_cast<int>(longest));
+    EXPECT_LT(longest, 2000);
     LxSimulation::ThawDevice(Camera);
 }
