@@ -22,6 +22,10 @@ namespace
 
 constexpr int StepTimeout = 20000;
 
+// Of the viewer's window: enough to show everything, small enough for documents.
+constexpr int PictureWidth = 1000;
+constexpr int PictureHeight = 640;
+
 // The first device of the finder's tree, or the one whose line names the address.
 QTreeWidgetItem *FindDevice(const QTreeWidget &aTree, const QString &aAddress)
 {
@@ -49,6 +53,7 @@ bool HeadlessTour::Run()
         std::fprintf(stderr, "cannot make the folder %s\n", qPrintable(mFolder.path()));
         return false;
     }
+    mWindow.resize(PictureWidth, PictureHeight);
     QTimer boxes;
     QObject::connect(&boxes, &QTimer::timeout, &mWindow, [this] { EndMessageBox(); });
     boxes.start(50);
