@@ -5,12 +5,15 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 
+#include <utility>
+
 #include "LxGUI/Frame/MessageBoxes.h"
 #include "LxGUI/Frame/Text.h"
 #include "LxGUI/GenBrowser/GenBrowserTreeItem.h"
 #include "LxGUI/GenBrowser/GenBrowserTreeModel.h"
 #include "LxGUI/GenBrowser/GenBrowserWnd.h"
 #include "LxGUI/GenBrowser/NumberText.h"
+#include "LxGUI/GenBrowser/PlainCell.h"
 #include "LxGUI/GenBrowser/QDoubleSpinBoxExact.h"
 #include "LxGUI/GenBrowser/QSpinBox64.h"
 #include "LxGenICam/LxGenFloat.h"
@@ -82,7 +85,7 @@ void Fill(QDoubleSpinBoxExact &aBox, const GenBrowserTreeItem &aItem)
 }  // namespace
 
 GenBrowserItemDelegate::GenBrowserItemDelegate(GenBrowserWnd *aWindow, GenBrowserTreeModel *aModel)
-    : QStyledItemDelegate(aWindow), mWindow(aWindow), mModel(aModel)
+    : QStyledItemDelegate(aWindow), mModel(aModel)
 {
     // By signature, as the slot hides the signal.
     connect(this, SIGNAL(closeEditor(QWidget *, QAbstractItemDelegate::EndEditHint)), this,
@@ -150,7 +153,19 @@ void GenBrowserItemDelegate::destroyEditor(QWidget *aEditor, const QModelIndex &
     if (mModel && mModel->EditIndex() == aIndex) {
         mModel->ClearEditIndex();
     }
+    if (mIsWriting && aEditor == mWrittenEditor) {
+        DeleteWhenWritten(aEditor);
+        return;
+    }
     QStyledItemDelegate::destroyEditor(aEditor, aIndex);
+}
+
+void GenBrowserItemDelegate::paint(QPainter *aPainter, const QStyleOptionViewItem &aOption,
+                                   const QModelIndex &aIndex) const
+{
+    if (!PaintPlainCell(*aPainter, aOption, aIndex)) {
+        QStyledItemDelegate::paint(aPainter, aOption, aIndex);
+    }
 }
 
 void GenBrowserItemDelegate::setEditorData(QWidget *aEditor, const QModelIndex &aIndex) const
@@ -206,44 +221,48 @@ bool GenBrowserItemDelegate::Write(QWidget *aEditor, GenBrowserTreeItem &aItem, 
 
 void GenBrowserItemDelegate::setModelData(QWidget *aEditor, QAbstractItemModel *aModel, const QModelIndex &aIndex) const
 {
-    GenBrowserTreeItem *const item = FeatureItem(aIndex);
-    const bool writes = item && !qobject_cast<QPushButton *>(aEditor);
     if (mIsWriting) {
-        return;  // One attempt at a time, whatever a sink of the host does while it is notified.
+        return;  // One attempt, and one box, at a time, whatever happens meanwhile.
     }
-    if (writes) {
-        const QPointer<const GenBrowserItemDelegate> self(this);
-        const QPointer<QAbstractItemModel> model(aModel);
-        const QPointer<QWidget> editor(aEditor);
-        QString error;
-        mIsWriting = true;
-        const bool succeeded = Write(aEditor, *item, error);
-        if (!self) {
-            return;
-        }
-        mIsWriting = false;
-        if (model) {
-            emit model->dataChanged(aIndex, aIndex);
-        }
-        if (!succeeded) {
-            ReportLater(error);
-        }
-        if (!model || !editor) {
-            return;
-        }
-    }
-    QStyledItemDelegate::setModelData(aEditor, aModel, aIndex);
-}
-
-// The box runs an event loop. Within it editor, delegate and model may go, which the view that called setModelData()
-// would not survive, so the box comes when the view is done.
-void GenBrowserItemDelegate::ReportLater(const QString &aError) const
-{
-    if (mWindow) {
-        mWindow->ReportError(aError);
+    GenBrowserTreeItem *const item = FeatureItem(aIndex);
+    if (!item || qobject_cast<QPushButton *>(aEditor)) {
+        QStyledItemDelegate::setModelData(aEditor, aModel, aIndex);
         return;
     }
-    QMetaObject::invokeMethod(
-        const_cast<GenBrowserItemDelegate *>(this),
-        [this, aError] { ShowError(qobject_cast<QWidget *>(parent()), aError); }, Qt::QueuedConnection);
+    mIsWriting = true;
+    mWrittenEditor = aEditor;
+    Commit(aEditor, aModel, aIndex, *item);
+    mIsWriting = false;
+    for (const QPointer<QObject> &object : std::exchange(mDoomed, {})) {
+        if (object) {
+            object->deleteLater();  // The view up the stack still uses it.
+        }
+    }
+}
+
+// The write may call sinks of the host, and the box runs an event loop: within both, the tree may be rebuilt and the
+// window may go. What is on the stack is kept until setModelData() has returned, see DeleteWhenWritten().
+void GenBrowserItemDelegate::Commit(QWidget *aEditor, QAbstractItemModel *aModel, const QModelIndex &aIndex,
+                                    GenBrowserTreeItem &aItem) const
+{
+    const QPersistentModelIndex index(aIndex);
+    QString error;
+    const bool succeeded = Write(aEditor, aItem, error);
+    if (index.isValid()) {
+        emit aModel->dataChanged(index, index);
+    }
+    if (!succeeded) {
+        ShowError(qobject_cast<QWidget *>(parent()), error);
+    }
+    if (index.isValid()) {
+        QStyledItemDelegate::setModelData(aEditor, aModel, index);
+    }
+}
+
+void GenBrowserItemDelegate::DeleteWhenWritten(QObject *aObject) const
+{
+    if (auto *widget = qobject_cast<QWidget *>(aObject)) {
+        widget->hide();
+    }
+    mDoomed.append(aObject);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QList>
 #include <QtCore/QPointer>
 #include <QtWidgets/QStyledItemDelegate>
 
@@ -19,11 +20,15 @@ public:
     QWidget *createEditor(QWidget *aParent, const QStyleOptionViewItem &aOption,
                           const QModelIndex &aIndex) const override;
     void destroyEditor(QWidget *aEditor, const QModelIndex &aIndex) const override;
+    void paint(QPainter *aPainter, const QStyleOptionViewItem &aOption, const QModelIndex &aIndex) const override;
     void setEditorData(QWidget *aEditor, const QModelIndex &aIndex) const override;
     void setModelData(QWidget *aEditor, QAbstractItemModel *aModel, const QModelIndex &aIndex) const override;
 
-    /// Whether a value is being written at this moment.
+    /// Whether a value is being written, or its failure shown, at this moment. The view that asked for it is on the
+    /// stack then and goes on with its editor, its model and this delegate.
     bool IsWriting() const { return mIsWriting; }
+    /// Takes over an object, which may be this delegate: it is deleted when the view on the stack is done.
+    void DeleteWhenWritten(QObject *aObject) const;
 
 public slots:
     /// Lets refreshes reach the row again that was edited.
@@ -32,10 +37,12 @@ public slots:
 private:
     QWidget *MakeEditor(QWidget *aParent, const GenBrowserTreeItem &aItem) const;
     bool Write(QWidget *aEditor, GenBrowserTreeItem &aItem, QString &aError) const;
-    void ReportLater(const QString &aError) const;
+    void Commit(QWidget *aEditor, QAbstractItemModel *aModel, const QModelIndex &aIndex,
+                GenBrowserTreeItem &aItem) const;
 
-    GenBrowserWnd *const mWindow;
     const QPointer<GenBrowserTreeModel> mModel;
     mutable QPointer<QWidget> mEditor;  // the one that was made last
     mutable bool mIsWriting = false;
+    mutable QPointer<QWidget> mWrittenEditor;
+    mutable QList<QPointer<QObject>> mDoomed;  // deleted when nothing is written any more
 };

@@ -30,7 +30,7 @@ void GenBrowserSearchBar::Search(const QString &aQuery)
     if (!aQuery.isEmpty()) {
         FindMatches(aQuery);
         if (!mMatches.isEmpty()) {
-            mTree->setCurrentIndex(mMatches.first());
+            mTree->setCurrentIndex(QModelIndex(mMatches.first()));  // a copy, as matches may be forgotten meanwhile
         }
     }
     if (model) {
@@ -72,5 +72,5 @@ void GenBrowserSearchBar::Move(qsizetype aStep)
         return;
     }
     mPosition = (mPosition + aStep + mMatches.size()) % mMatches.size();
-    mTree->setCurrentIndex(mMatches.at(mPosition));
+    mTree->setCurrentIndex(QModelIndex(mMatches.at(mPosition)));
 }

@@ -1,8 +1,9 @@
 #include "LxGUI/GenBrowser/GenBrowserTree.h"
 
-#include <QtCore/QItemSelectionModel>
+#include <QtCore/QTimerEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QPalette>
+#include <utility>
 
 #include "LxGUI/GenBrowser/GenBrowserTreeItem.h"
 #include "LxGUI/GenBrowser/GenBrowserTreeModel.h"
@@ -11,6 +12,8 @@ namespace
 {
 
 constexpr int StripEnd = 20;  // where the strip in front of a feature ends
+// Milliseconds for which changed rows are gathered, so that the rows of one refresh are drawn at once: unnoticed.
+constexpr int DrawingDelay = 20;
 
 }  // namespace
 
@@ -24,17 +27,64 @@ GenBrowserTree::GenBrowserTree(QWidget *aParent) : QTreeView(aParent)
             Qt::BlockingQueuedConnection);
 }
 
-void GenBrowserTree::ReplaceModel(QAbstractItemModel *aModel)
+std::unique_ptr<QItemSelectionModel> GenBrowserTree::ReplaceModel(QAbstractItemModel *aModel)
 {
     reset();  // ends open editors; setModel() would have them write what they hold first
-    QItemSelectionModel *const before = selectionModel();
+    std::unique_ptr<QItemSelectionModel> before(selectionModel());
     setModel(aModel);
-    delete before;  // setModel() leaves the old one to its caller
+    return before;
 }
 
 bool GenBrowserTree::IsVisibleSlot(QModelIndex aIndex)
 {
     return visualRect(aIndex).intersects(rect());
+}
+
+void GenBrowserTree::dataChanged(const QModelIndex &aFrom, const QModelIndex &aTo, const QList<int> &aRoles)
+{
+    const bool isOneRow = aFrom.isValid() && aTo.isValid() && aFrom.siblingAtColumn(aTo.column()) == aTo;
+    if (!isOneRow || state() == EditingState) {
+        QTreeView::dataChanged(aFrom, aTo, aRoles);
+        return;
+    }
+    // Rows are told of at every refresh, changed or not. All are equally high, so only what looks different matters.
+    const GenBrowserTreeItem::Change change = GenBrowserTreeModel::Item(aFrom)->TakeChange();
+    if (change == GenBrowserTreeItem::Change::None) {
+        return;
+    }
+    QRect place = visualRect(aFrom.siblingAtColumn(GenBrowserTreeModel::ValueColumn));
+    if (change == GenBrowserTreeItem::Change::Row) {
+        place.setLeft(0);
+        place.setRight(viewport()->width() - 1);
+    }
+    if (place.intersects(viewport()->rect())) {
+        mChanged += place;
+        if (!mChangedTimer.isActive()) {
+            mChangedTimer.start(DrawingDelay, this);
+        }
+    }
+}
+
+void GenBrowserTree::timerEvent(QTimerEvent *aEvent)
+{
+    if (aEvent->timerId() == mChangedTimer.timerId()) {
+        DrawChanges();
+    }
+    else {
+        QTreeView::timerEvent(aEvent);
+    }
+}
+
+void GenBrowserTree::scrollContentsBy(int aX, int aY)
+{
+    DrawChanges();  // rows move, and what is to be drawn of them with them
+    QTreeView::scrollContentsBy(aX, aY);
+}
+
+void GenBrowserTree::DrawChanges()
+{
+    mChangedTimer.stop();
+    viewport()->update(std::exchange(mChanged, QRegion()));
 }
 
 bool GenBrowserTree::edit(const QModelIndex &aIndex, EditTrigger aTrigger, QEvent *aEvent)
@@ -61,9 +111,11 @@ void GenBrowserTree::drawRow(QPainter *aPainter, const QStyleOptionViewItem &aOp
     }
     aPainter->fillRect(ground, palette().window());
     QTreeView::drawRow(aPainter, aOption, aIndex);
-    aPainter->save();
+    const QPen pen = aPainter->pen();
+    const QBrush brush = aPainter->brush();
     aPainter->setPen(palette().color(QPalette::AlternateBase));
     aPainter->setBrush(Qt::NoBrush);
     aPainter->drawRect(aOption.rect);
-    aPainter->restore();
+    aPainter->setPen(pen);
+    aPainter->setBrush(brush);
 }

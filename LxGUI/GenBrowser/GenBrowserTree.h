@@ -1,6 +1,10 @@
 #pragma once
 
+#include <QtCore/QBasicTimer>
+#include <QtCore/QItemSelectionModel>
+#include <QtGui/QRegion>
 #include <QtWidgets/QTreeView>
+#include <memory>
 
 class GenBrowserTreeItem;
 
@@ -12,8 +16,8 @@ class GenBrowserTree : public QTreeView
 public:
     explicit GenBrowserTree(QWidget *aParent = nullptr);
 
-    /// Replaces the model and frees what the view kept for the one before.
-    void ReplaceModel(QAbstractItemModel *aModel);
+    /// Replaces the model and returns what the view kept for the one before, which is to be deleted.
+    [[nodiscard]] std::unique_ptr<QItemSelectionModel> ReplaceModel(QAbstractItemModel *aModel);
 
     using QTreeView::edit;
 
@@ -28,7 +32,17 @@ signals:
 
 protected:
     /// The keyboard edits the value of the current row, whichever of its cells is the current one.
+    void dataChanged(const QModelIndex &aFrom, const QModelIndex &aTo, const QList<int> &aRoles = {}) override;
+    void timerEvent(QTimerEvent *aEvent) override;
+    void scrollContentsBy(int aX, int aY) override;
     bool edit(const QModelIndex &aIndex, EditTrigger aTrigger, QEvent *aEvent) override;
     void selectionChanged(const QItemSelection &aSelected, const QItemSelection &aDeselected) override;
     void drawRow(QPainter *aPainter, const QStyleOptionViewItem &aOption, const QModelIndex &aIndex) const override;
+
+private:
+    /// Has drawn what has changed so far.
+    void DrawChanges();
+
+    QRegion mChanged;  // of the viewport; drawn when the timer fires
+    QBasicTimer mChangedTimer;
 };

@@ -85,6 +85,7 @@ GenBrowserTreeItem::GenBrowserTreeItem(GenBrowserTreeModel *aOwner, LxGenParamet
         mIsRegistered = mParameter->RegisterEventSink(this).IsOK();
     }
     Refresh();
+    mChange = Change::None;  // no view has it yet
 }
 
 GenBrowserTreeItem::~GenBrowserTreeItem()
@@ -185,28 +186,43 @@ void GenBrowserTreeItem::Refresh()
     if (!isAsked && !reading.mError.isEmpty() && mOwner && !mOwner->IsDeviceReadable()) {
         return;
     }
-    // A reading that was begun before another one, but ends after it, must not bring back an old value.
-    bool isOld = false;
-    {
-        const QMutexLocker lock(&mLock);
-        isOld = number < mDeliveredReading;
-        mDeliveredReading = std::max(number, mDeliveredReading);
-    }
-    if (isAsked) {
+    Deliver(number, reading);
+}
+
+// A reading that was begun before another one, but ends after it, must not bring back an old value. Elsewhere than on
+// the GUI thread the signal only posts, so the lock may be held: numbers and posted readings stay in step.
+void GenBrowserTreeItem::Deliver(quint64 aNumber, const FeatureReading &aReading)
+{
+    const auto send = [&] {
+        emit UpdateDataSignal(aReading.mError, aReading.mValue, aReading.mImplemented, aReading.mAvailable,
+                              aReading.mReadable, aReading.mWritable, aReading.mIsDone);
+    };
+    QMutexLocker lock(&mLock);
+    const bool isOld = aNumber < mDeliveredReading;
+    mDeliveredReading = std::max(aNumber, mDeliveredReading);
+    if (QThread::currentThread() != thread()) {
         if (!isOld) {
-            QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
+            send();
         }
-    }
-    else if (isOld) {
         return;
     }
-    emit UpdateDataSignal(reading.mError, reading.mValue, reading.mImplemented, reading.mAvailable, reading.mReadable,
-                          reading.mWritable, reading.mIsDone);
+    if (!isOld) {
+        QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
+    }
+    lock.unlock();
+    send();
 }
 
 void GenBrowserTreeItem::UpdateDataSlot(const QString &aErrorMsg, const QString &aValue, bool aImplemented,
                                         bool aAvailable, bool aReadable, bool aWritable, bool aIsDone)
 {
+    // The colours of both cells depend on these.
+    if (aErrorMsg.isEmpty() != mErrorMsg.isEmpty() || aAvailable != mAvailable || aWritable != mWritable) {
+        mChange = Change::Row;
+    }
+    else if (aValue != mValueText && mChange == Change::None) {
+        mChange = Change::Value;
+    }
     mErrorMsg = aErrorMsg;
     mValueText = aValue;
     mImplemented = aImplemented;

@@ -6,6 +6,7 @@
 #include <QtCore/QString>
 #include <atomic>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "LxGUI/GenBrowser/FeatureReading.h"
@@ -60,6 +61,15 @@ public:
     bool IsAvailable() const { return mAvailable; }
     bool IsDone() const { return mIsDone; }
 
+    /// What of its row looks different since this was last asked. GUI thread.
+    enum class Change
+    {
+        None,
+        Value,
+        Row,
+    };
+    Change TakeChange() { return std::exchange(mChange, Change::None); }
+
     /// Reads the feature and emits UpdateDataSignal(). Any thread. A reading that fails while the device is lost is
     /// delivered on the GUI thread only, where somebody asked for it; otherwise the last values stay.
     void Refresh();
@@ -112,6 +122,7 @@ private:
     void OnParameterUpdate(LxGenParameter *aParameter) override;
     void ReadAttributes();
     bool IsAbandoned() const;
+    void Deliver(quint64 aNumber, const FeatureReading &aReading);
     FeatureCache Cache() const;
     /// Notes what was written and refreshes.
     void Written(const FeatureCache &aCache);
@@ -141,6 +152,7 @@ private:
     bool mImplemented = false;
     bool mAvailable = false;
     bool mIsDone = true;
+    Change mChange = Change::None;
 
     std::atomic<bool> mIsRegistered{false};
     std::atomic<int> mRunningCalls{0};  // notifications that run on other threads

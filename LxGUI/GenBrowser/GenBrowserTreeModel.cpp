@@ -124,13 +124,15 @@ void GenBrowserTreeModel::Build()
         if (!parameter) {
             continue;
         }
-        LxString path;
-        parameter->GetCategory(path);
-        if (IsShown(parameter, ToQString(path))) {
-            AddFeature(parameter, mTreeMode ? ToQString(path) : QString());
+        LxString text;
+        parameter->GetCategory(text);
+        const QString path = ToQString(text);
+        if (IsShown(parameter, path)) {
+            AddFeature(parameter, mTreeMode ? path : QString());
         }
     }
     mShownCategories.clear();
+    mParents.clear();
 }
 
 bool GenBrowserTreeModel::IsShown(LxGenParameter *aParameter, const QString &aPath)
@@ -159,10 +161,13 @@ bool GenBrowserTreeModel::IsCategoryShown(const QString &aPath)
 
 void GenBrowserTreeModel::AddFeature(LxGenParameter *aParameter, const QString &aPath)
 {
-    GenBrowserTreeItem *parent = mRoot.get();
-    for (const QString &segment : aPath.split(PathSeparator, Qt::SkipEmptyParts)) {
-        if (segment.toLower() != QLatin1String("root")) {
-            parent = CategoryItem(segment, parent);
+    GenBrowserTreeItem *&parent = mParents[aPath];
+    if (!parent) {
+        parent = mRoot.get();
+        for (const QString &segment : aPath.split(PathSeparator, Qt::SkipEmptyParts)) {
+            if (segment.toLower() != QLatin1String("root")) {
+                parent = CategoryItem(segment, parent);
+            }
         }
     }
     Append(parent, std::make_unique<GenBrowserTreeItem>(this, aParameter, nullptr, mVisibility, mUseDisplayNames));
@@ -405,4 +410,12 @@ void GenBrowserTreeModel::Stop()
     if (mRoot) {
         mRoot->StopNotifications();
     }
+}
+
+void GenBrowserTreeModel::Clear()
+{
+    Stop();
+    beginResetModel();
+    mRoot.reset();
+    endResetModel();
 }

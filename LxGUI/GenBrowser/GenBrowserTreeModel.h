@@ -71,6 +71,8 @@ public:
     /// The model is about to go: notifications end, readings that run are given up at the next call of the device.
     void Stop();
     bool IsStopping() const { return mIsStopping; }
+    /// Ends what is left and takes the features away, for a model that must live on without them.
+    void Clear();
     /// Notifications that run on threads of the SDK.
     void CountCalls(int aNumber) { mRunningCalls += aNumber; }
     bool HasRunningCalls() const { return mRunningCalls != 0; }
@@ -97,7 +99,9 @@ private:
     const bool mUseDisplayNames;
     const LxGenVisibility mVisibility;
     QHash<QString, GenBrowserTreeItem *> mCategoryItems;
-    QHash<QString, bool> mShownCategories;  // by path; only while the tree is built
+    // by path; only while the tree is built
+    QHash<QString, bool> mShownCategories;
+    QHash<QString, GenBrowserTreeItem *> mParents;
     std::atomic<bool> mIsStopping{false};
     std::atomic<int> mRunningCalls{0};
     mutable QMutex mTreeLock;  // guards parents, children and rows of all items; never held over a call of the SDK

@@ -12,7 +12,6 @@
 #include <utility>
 
 #include "LxGUI/Frame/BusyCursor.h"
-#include "LxGUI/Frame/MessageBoxes.h"
 #include "LxGUI/GenBrowser/GenBrowserItemDelegate.h"
 #include "LxGUI/GenBrowser/GenBrowserPersistence.h"
 #include "LxGUI/GenBrowser/GenBrowserThread.h"
@@ -60,6 +59,7 @@ GenBrowserWnd::GenBrowserWnd(LxGenBrowserWnd *aPublic) : mPublic(aPublic)
 GenBrowserWnd::~GenBrowserWnd()
 {
     mIsDestroyed = true;
+    SpareTree();
     while (!TearDown()) {
     }
 }
@@ -74,6 +74,7 @@ bool GenBrowserWnd::eventFilter(QObject *aObject, QEvent *aEvent)
 void GenBrowserWnd::CreateLayout()
 {
     mIsClosed = false;
+    SpareTree();
     // The thread and the model still use the views that go now. What a nested call built is ended too.
     const QPointer<GenBrowserWnd> self(this);
     while (!TearDown()) {
@@ -94,6 +95,7 @@ void GenBrowserWnd::CreateLayout()
     connect(parent, &QObject::destroyed, this, [this, tree = mTree.data()] {
         if (mTree == tree) {  // not when another content has taken its place
             mIsContentDying = true;
+            SpareTree();
             TearDown();
         }
     });
@@ -210,6 +212,7 @@ void GenBrowserWnd::OnOpen()
 void GenBrowserWnd::OnClose()
 {
     mIsClosed = true;
+    SpareTree();
     TearDown();
 }
 
@@ -240,7 +243,7 @@ void GenBrowserWnd::Build()
     mModel = model.release();
     mDelegate = new GenBrowserItemDelegate(this, mModel);
     mTree->setItemDelegate(mDelegate);
-    mTree->ReplaceModel(mModel);
+    mTree->ReplaceModel(mModel).reset();
     mTree->setColumnWidth(GenBrowserTreeModel::NameColumn, NameColumnWidth);
     mTree->header()->setSectionResizeMode(QHeaderView::Stretch);
     mTree->expandAll();
@@ -301,9 +304,6 @@ bool GenBrowserWnd::TearDown()
     }
     DeleteModel();
     --mTearDowns;
-    if (!mPendingErrors.isEmpty() && !mIsDestroyed) {
-        QMetaObject::invokeMethod(this, &GenBrowserWnd::ShowPendingErrors, Qt::QueuedConnection);
-    }
     return true;
 }
 
@@ -312,17 +312,33 @@ void GenBrowserWnd::DeleteModel()
     if (mSearchBar) {
         mSearchBar->ForgetMatches();
     }
+    std::unique_ptr<QItemSelectionModel> selection;
     if (mTree && mModel) {
-        mTree->ReplaceModel(nullptr);  // closes the editors while their delegate and model live
+        selection = mTree->ReplaceModel(nullptr);  // closes the editors while their delegate and model live
     }
-    delete std::exchange(mModel, nullptr);
-    if (GenBrowserItemDelegate *const delegate = std::exchange(mDelegate, nullptr)) {
-        if (delegate->IsWriting()) {
-            delegate->deleteLater();  // it is on the stack
+    GenBrowserTreeModel *const model = std::exchange(mModel, nullptr);
+    GenBrowserItemDelegate *const delegate = std::exchange(mDelegate, nullptr);
+    if (delegate && delegate->IsWriting()) {
+        model->Clear();
+        if (mTree) {
+            mTree->setItemDelegate(nullptr);
         }
-        else {
-            delete delegate;
-        }
+        delegate->setParent(nullptr);
+        delegate->DeleteWhenWritten(selection.release());
+        delegate->DeleteWhenWritten(model);
+        delegate->DeleteWhenWritten(delegate);
+        return;
+    }
+    selection.reset();
+    delete model;
+    delete delegate;
+}
+
+void GenBrowserWnd::SpareTree()
+{
+    if (mDelegate && mDelegate->IsWriting() && mTree) {
+        mTree->setParent(nullptr);
+        mDelegate->DeleteWhenWritten(mTree);
     }
 }
 
@@ -375,25 +391,6 @@ void GenBrowserWnd::Load(LxPropertyList &aList)
 bool GenBrowserWnd::IsParameterDisplayed(LxGenParameter *aParameter)
 {
     return !mPublic || mPublic->IsParameterDisplayed(aParameter);
-}
-
-// Errors
-
-void GenBrowserWnd::ReportError(const QString &aError)
-{
-    mPendingErrors.append(aError);
-    if (mTearDowns == 0) {
-        QMetaObject::invokeMethod(this, &GenBrowserWnd::ShowPendingErrors, Qt::QueuedConnection);
-    }
-}
-
-void GenBrowserWnd::ShowPendingErrors()
-{
-    // Not while a host's call waits for the end of a tear-down, which asks for them again.
-    const QPointer<GenBrowserWnd> self(this);
-    while (self && mTearDowns == 0 && !mPendingErrors.isEmpty()) {
-        ShowError(nullptr, mPendingErrors.takeFirst());
-    }
 }
 
 // Slots. While a tear-down processes events they do nothing: what they would work on is about to go.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QtCore/QPointer>
-#include <QtCore/QStringList>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QTextEdit>
 #include <memory>
@@ -45,8 +44,6 @@ public:
 
     bool IsParameterDisplayed(LxGenParameter *aParameter);
     HWND NativeParent() const { return ParentHandle(); }
-    /// Shows an error box, from the event loop. GUI thread.
-    void ReportError(const QString &aError);
 
     bool eventFilter(QObject *aObject, QEvent *aEvent) override;
 
@@ -78,7 +75,8 @@ private:
     /// Lets the refresh thread get its answers, or makes it go on without.
     void AnswerThread();
     void DeleteModel();
-    void ShowPendingErrors();
+    /// Keeps the tree alive for a view function of it that is on the stack: what carries it is about to go.
+    void SpareTree();
 
     LxGenBrowserWnd *const mPublic;
     LxGenParameterArray *mParameters = nullptr;
@@ -95,7 +93,6 @@ private:
     bool mIsContentDying = false;  // its widgets can get no events
     int mTearDowns = 0;            // calls of TearDown() that run
     quint64 mGeneration = 0;       // grows with every tear-down
-    QStringList mPendingErrors;
 
     QPointer<GenBrowserTree> mTree;
     QPointer<GenBrowserSearchBar> mSearchBar;

@@ -2,6 +2,7 @@
 // it proves under the sanitizers. LXGUI_STRESS_SECONDS sets how long (3), LXGUI_STRESS_SEED which (random).
 
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QSemaphore>
 #include <QtCore/QTimer>
 #include <QtTest/QAbstractItemModelTester>
 #include <QtWidgets/QComboBox>
@@ -49,6 +50,13 @@ public:
         mArray.mOnPoll = [this] { mNotify[mPolled++ % mNotify.size()](); };
         mThread = std::thread([this] { Run(); });
     }
+    /// Lets the device change a few features more, so that neither it nor the user is alone for long.
+    void TakeTurns()
+    {
+        if (mTurns.available() < sTurns) {
+            mTurns.release(sTurns);
+        }
+    }
     ~Device()
     {
         mStop = true;
@@ -58,6 +66,9 @@ public:
     FakeArray mArray;
 
 private:
+    static constexpr int sTurns = 8;     // of the device in each step of the user
+    static constexpr int sPatience = 5;  // milliseconds until it goes on by itself, as a user may stand still
+
     template <class Feature>
     void Keep(Feature &aFeature)
     {
@@ -88,7 +99,7 @@ private:
                     break;
                 default:
                     mNotify[feature]();
-                    std::this_thread::sleep_for(std::chrono::microseconds(300));
+                    mTurns.tryAcquire(1, sPatience);
             }
         }
     }
@@ -99,6 +110,7 @@ private:
     std::vector<std::function<void(bool)>> mLock;
     std::atomic<size_t> mPolled{0};
     std::atomic<bool> mStop{false};
+    QSemaphore mTurns;
     std::thread mThread;
 };
 
@@ -169,6 +181,7 @@ public:
                 Edit();
         }
         QCoreApplication::processEvents(QEventLoop::AllEvents, 3);
+        mDevice.TakeTurns();
     }
 
 private:

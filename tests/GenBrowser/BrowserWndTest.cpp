@@ -4,221 +4,14 @@
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QHeaderView>
-#include <QtWidgets/QMessageBox>
-#include <QtWidgets/QPushButton>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QVBoxLayout>
 
-#include "BrowserTest.h"
-#include "LxGUI/GenBrowser/GenBrowserOptionsDlg.h"
-#include "LxPersistence/LxPropertyList.h"
+#include "BrowserWindowTest.h"
 
 namespace
 {
-
-class BrowserWindow : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        mArray.AddCategory("General");
-        mArray.AddCategory("Image");
-        mWidth = &mArray.Add<FakeInteger>("Width", "Root\\Image");
-        mArray.Add<FakeInteger>("Height", "Root\\Image");
-        mGain = &mArray.Add<FakeInteger>("Gain");
-        mArray.Add<FakeInteger>("Depth").mAttributes.mVisibility = LxGenVisibilityGuru;
-        mBrowser = std::make_unique<TestBrowser>();
-    }
-    void TearDown() override { mBrowser.reset(); }
-
-    void Show(LxGenRefresh aMode = LxGenRefreshManual)
-    {
-        mBrowser->SetRefreshMode(aMode);
-        mBrowser->SetGenParameterArray(&mArray);
-        mBrowser->SetPosition(-1, -1, 500, 500);
-        mBrowser->ShowModeless();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(mBrowser->GetQWidget()));
-    }
-
-    /// What Save() writes, as "Name=Value" joined by blanks.
-    QString Saved()
-    {
-        LxPropertyList list;
-        EXPECT_TRUE(mBrowser->Save(list).IsOK());
-        QStringList texts;
-        for (const LxProperty *property = list.GetFirst(); property; property = list.GetNext()) {
-            texts << QString(property->GetName().GetAscii()) + '=' + property->GetValue().GetAscii();
-        }
-        return texts.join(' ');
-    }
-    void Load(std::initializer_list<std::pair<const char *, const char *>> aProperties)
-    {
-        LxPropertyList list;
-        for (const auto &[name, value] : aProperties) {
-            list.Add(LxProperty(name, value));
-        }
-        EXPECT_TRUE(mBrowser->Load(list).IsOK());
-    }
-    /// Chooses in the options dialog and ends it.
-    void ChooseOptions(std::function<void(GenBrowserOptionsDlg &)> aChoose, const char *aButton = "OkButton")
-    {
-        OnNextModal([aChoose, aButton](QWidget *aWidget) {
-            auto *dialog = qobject_cast<GenBrowserOptionsDlg *>(aWidget);
-            ASSERT_NE(dialog, nullptr);
-            aChoose(*dialog);
-            QTest::mouseClick(dialog->findChild<QPushButton *>(aButton), Qt::LeftButton);
-        });
-        mBrowser->ClickButton("OptionsButton");
-    }
-    /// As a user picks an entry: index and signal.
-    static void Pick(QComboBox *aCombo, int aIndex)
-    {
-        aCombo->setCurrentIndex(aIndex);
-        emit aCombo->activated(aIndex);
-    }
-    static QComboBox *Combo(GenBrowserOptionsDlg &aDialog, const char *aName)
-    {
-        return aDialog.findChild<QComboBox *>(aName);
-    }
-
-    FakeArray mArray;
-    FakeInteger *mWidth = nullptr;
-    FakeInteger *mGain = nullptr;
-    std::unique_ptr<TestBrowser> mBrowser;
-};
-
-// Settings
-
-TEST_F(BrowserWindow, StartsAsATreeOfFeatureNamesForBeginnersRefreshedAutomatically)
-{
-    EXPECT_EQ(mBrowser->GetVisibility(), LxGenVisibilityBeginner);
-    EXPECT_EQ(mBrowser->GetRefreshMode(), LxGenRefreshAutomatic);
-    EXPECT_EQ(Saved(), "Visibility=Beginner Names=FeatureNames View=Tree Refresh=AutoRefresh");
-    EXPECT_FALSE(mBrowser->HasChanged());
-    mBrowser->ResetChanged();
-    EXPECT_FALSE(mBrowser->HasChanged());
-}
-
-TEST_F(BrowserWindow, AVisibilityThatIsNoLevelIsIgnored)
-{
-    Show();
-    EXPECT_TRUE(mBrowser->SetVisibility(static_cast<LxGenVisibility>(7)).IsOK());
-    EXPECT_TRUE(mBrowser->SetVisibility(LxGenVisibilityUndefined).IsOK());
-    EXPECT_EQ(mBrowser->GetVisibility(), LxGenVisibilityBeginner);
-    EXPECT_EQ(mBrowser->VisibilityCombo()->currentIndex(), 0);
-}
-
-TEST_F(BrowserWindow, SettingTheVisibilityTakesEffectWithTheNextRebuild)
-{
-    Show();
-    const QPointer<GenBrowserTreeModel> model = mBrowser->Model();
-    EXPECT_TRUE(mBrowser->SetVisibility(LxGenVisibilityInvisible).IsOK());
-    EXPECT_EQ(mBrowser->GetVisibility(), LxGenVisibilityInvisible);
-    EXPECT_EQ(mBrowser->VisibilityCombo()->currentIndex(), -1);
-    EXPECT_TRUE(mBrowser->SetVisibility(LxGenVisibilityGuru).IsOK());
-    EXPECT_EQ(mBrowser->VisibilityCombo()->currentIndex(), 2);
-    EXPECT_EQ(mBrowser->Model(), model);
-    EXPECT_FALSE(mBrowser->Cell("Depth").isValid());
-    mBrowser->SetGenParameterArray(&mArray);
-    EXPECT_TRUE(mBrowser->Cell("Depth").isValid());
-    EXPECT_EQ(mBrowser->VisibilityCombo()->currentIndex(), 2);
-}
-
-TEST_F(BrowserWindow, TheVisibilityCanBeSetBeforeTheWindowExists)
-{
-    EXPECT_TRUE(mBrowser->SetVisibility(LxGenVisibilityGuru).IsOK());
-    Show();
-    EXPECT_EQ(mBrowser->VisibilityCombo()->currentIndex(), 2);
-    EXPECT_TRUE(mBrowser->Cell("Depth").isValid());
-}
-
-TEST_F(BrowserWindow, TheVisibilityComboRebuildsUnlessNothingChanges)
-{
-    Show();
-    const QPointer<GenBrowserTreeModel> before = mBrowser->Model();
-    Pick(mBrowser->VisibilityCombo(), 0);
-    EXPECT_EQ(mBrowser->Model(), before.data());
-    Pick(mBrowser->VisibilityCombo(), 2);
-    EXPECT_TRUE(before.isNull());
-    EXPECT_EQ(mBrowser->GetVisibility(), LxGenVisibilityGuru);
-    EXPECT_TRUE(mBrowser->Cell("Depth").isValid());
-    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-    emit mBrowser->VisibilityCombo()->activated(5);
-    EXPECT_EQ(mBrowser->GetVisibility(), LxGenVisibilityUndefined);
-    EXPECT_TRUE(Saved().contains("Visibility=Beginner"));
-}
-
-TEST_F(BrowserWindow, AnotherRefreshModeRebuildsAndTheSameDoesNot)
-{
-    Show();
-    const QPointer<GenBrowserTreeModel> before = mBrowser->Model();
-    EXPECT_TRUE(mBrowser->SetRefreshMode(LxGenRefreshManual).IsOK());
-    EXPECT_FALSE(before.isNull());
-    EXPECT_TRUE(mBrowser->SetRefreshMode(LxGenRefreshPolling).IsOK());
-    EXPECT_TRUE(before.isNull());
-    EXPECT_EQ(mBrowser->GetRefreshMode(), LxGenRefreshPolling);
-    EXPECT_TRUE(mBrowser->SetRefreshMode(static_cast<LxGenRefresh>(77)).IsOK());
-    EXPECT_EQ(mBrowser->GetRefreshMode(), static_cast<LxGenRefresh>(77));
-    EXPECT_TRUE(Saved().contains("Refresh=AutoRefresh"));
-}
-
-// Persistence
-
-TEST_F(BrowserWindow, SavesAndLoadsItsOptions)
-{
-    Load({{"Visibility", "Guru"},
-          {"Names", "FeatureNames"},
-          {"View", "AlphabeticalList"},
-          {"Refresh", "ManualRefresh"}});
-    EXPECT_EQ(Saved(), "Visibility=Guru Names=FeatureNames View=AlphabeticalList Refresh=ManualRefresh");
-    Load({{"Visibility", "Expert"}, {"View", "Tree"}, {"Names", "DisplayNames"}, {"Refresh", "PollingRefresh"}});
-    EXPECT_EQ(Saved(), "Visibility=Expert Names=DisplayNames View=AlphabeticalList Refresh=PollingRefresh");
-    Load({{"Visibility", "Invisible"}});
-    EXPECT_EQ(mBrowser->GetVisibility(), LxGenVisibilityInvisible);
-    EXPECT_TRUE(Saved().startsWith("Visibility=Invisible"));
-}
-
-TEST_F(BrowserWindow, LoadingAnUnknownRefreshModeSelectsAutomatic)
-{
-    mBrowser->SetRefreshMode(LxGenRefreshManual);
-    Load({{"Refresh", "Sometimes"}});
-    EXPECT_EQ(mBrowser->GetRefreshMode(), LxGenRefreshAutomatic);
-    Load({{"Refresh", "manualrefresh"}});
-    EXPECT_EQ(mBrowser->GetRefreshMode(), LxGenRefreshAutomatic);
-}
-
-TEST_F(BrowserWindow, LoadingComparesLetterCase)
-{
-    Load({{"Names", "displaynames"}, {"Visibility", "guru"}, {"View", "alphabeticallist"}});
-    EXPECT_EQ(Saved(), "Visibility=Beginner Names=FeatureNames View=Tree Refresh=AutoRefresh");
-}
-
-TEST_F(BrowserWindow, LoadingLeavesWhatIsMissingAndTakesTheFirstOfAName)
-{
-    Load({{"Visibility", "Expert"}, {"Names", "DisplayNames"}, {"Refresh", "ManualRefresh"}});
-    Load({});
-    Load({{"Unknown", "1"}});
-    EXPECT_EQ(Saved(), "Visibility=Expert Names=DisplayNames View=Tree Refresh=ManualRefresh");
-    Load({{"Visibility", "Guru"}, {"Visibility", "Beginner"}});
-    EXPECT_EQ(mBrowser->GetVisibility(), LxGenVisibilityGuru);
-}
-
-TEST_F(BrowserWindow, LoadingIgnoresTheViewWhileDisplayNamesAreShown)
-{
-    Load({{"Names", "DisplayNames"}, {"View", "AlphabeticalList"}});
-    EXPECT_EQ(Saved(), "Visibility=Beginner Names=DisplayNames View=Tree Refresh=AutoRefresh");
-}
-
-TEST_F(BrowserWindow, LoadingRebuildsAVisibleWindowOnly)
-{
-    Load({{"Visibility", "Guru"}});  // no widget yet, and none is made
-    Show();
-    EXPECT_TRUE(mBrowser->Cell("Depth").isValid());
-    Load({{"Visibility", "Beginner"}, {"View", "AlphabeticalList"}});
-    EXPECT_EQ(mBrowser->Outline(), "Gain Height Width");
-    EXPECT_EQ(mBrowser->VisibilityCombo()->currentIndex(), 0);
-    EXPECT_FALSE(mBrowser->Button("ExpandButton")->isEnabled());
-}
 
 // Building
 
@@ -234,6 +27,49 @@ TEST_F(BrowserWindow, ShowsTheFeaturesOnceAndTheirControls)
     EXPECT_TRUE(mBrowser->Button("RefreshButton")->isEnabled());
     EXPECT_EQ(mBrowser->Description()->toPlainText(), "");
     mBrowser->SetRefreshMode(LxGenRefreshAutomatic);
+    EXPECT_FALSE(mBrowser->Button("RefreshButton")->isEnabled());
+}
+
+TEST_F(BrowserWindow, IsLaidOutAsAToolbarATreeAndADescription)
+{
+    Show();
+    EXPECT_EQ(mBrowser->Button("OptionsButton")->text(), "Options");
+    EXPECT_EQ(mBrowser->Button("ExpandButton")->text(), "Expand");
+    EXPECT_EQ(mBrowser->Button("CollapseButton")->text(), "Collapse");
+    EXPECT_EQ(mBrowser->Button("RefreshButton")->text(), "Refresh");
+    EXPECT_EQ(mBrowser->Button("PreviousMatchButton")->arrowType(), Qt::LeftArrow);
+    EXPECT_EQ(mBrowser->Button("NextMatchButton")->arrowType(), Qt::RightArrow);
+    EXPECT_EQ(mBrowser->Button("NextMatchButton")->iconSize(), QSize(9, 9));
+    QStringList labels;
+    for (const QLabel *label : mBrowser->GetQWidget()->findChildren<QLabel *>()) {
+        labels << label->text();
+    }
+    EXPECT_EQ(labels, QStringList({"Visibility", "Search"}));
+    const QComboBox *const combo = mBrowser->VisibilityCombo();
+    EXPECT_EQ(combo->minimumWidth(), 100);
+    ASSERT_EQ(combo->count(), 3);
+    EXPECT_EQ(combo->itemText(0) + combo->itemText(1) + combo->itemText(2), "BeginnerExpertGuru");
+    const QTextEdit *const description = mBrowser->Description();
+    EXPECT_TRUE(description->isReadOnly());
+    EXPECT_EQ(description->minimumHeight(), 70);
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        EXPECT_EQ(description->palette().color(group, QPalette::Base),
+                  description->palette().color(group, QPalette::Window));
+    }
+    const auto *const splitter = mBrowser->GetQWidget()->findChild<QSplitter *>();
+    ASSERT_NE(splitter, nullptr);
+    EXPECT_EQ(splitter->orientation(), Qt::Vertical);
+    EXPECT_EQ(splitter->widget(0), mBrowser->Tree());
+    EXPECT_EQ(splitter->widget(1), description);
+    EXPECT_NEAR(double(splitter->sizes()[0]) / splitter->sizes()[1], 200.0 / 80, 0.1);
+    EXPECT_EQ(mBrowser->GetQWidget()->windowTitle(), "");
+}
+
+TEST_F(BrowserWindow, ButtonsFollowTheModeBeforeThereIsAnArray)
+{
+    mBrowser->ShowModeless();
+    EXPECT_TRUE(mBrowser->Button("ExpandButton")->isEnabled());
+    EXPECT_TRUE(mBrowser->Button("CollapseButton")->isEnabled());
     EXPECT_FALSE(mBrowser->Button("RefreshButton")->isEnabled());
 }
 
@@ -536,59 +372,6 @@ TEST_F(BrowserWindow, MatchesAreForgottenWhenTheFeaturesAreShownAnew)
     mBrowser->SetGenParameterArray(&mArray);
     EXPECT_TRUE(mBrowser->SearchBar()->Matches().isEmpty());
     QTest::keyClick(mBrowser->SearchBar(), Qt::Key_Return);
-}
-
-// Options
-
-TEST_F(BrowserWindow, TheOptionsDialogShowsTheSettings)
-{
-    Load({{"Refresh", "ManualRefresh"}, {"View", "AlphabeticalList"}});
-    Show();
-    ChooseOptions(
-        [](GenBrowserOptionsDlg &aDialog) {
-            EXPECT_EQ(aDialog.windowTitle(), "Browser Options");
-            EXPECT_EQ(Combo(aDialog, "NamesCombo")->currentText(), "Feature Names");
-            EXPECT_EQ(Combo(aDialog, "NamesCombo")->itemText(1), "Display Names");
-            EXPECT_EQ(Combo(aDialog, "ViewCombo")->currentText(), "Alphabetical List");
-            EXPECT_EQ(Combo(aDialog, "ViewCombo")->itemText(0), "Tree");
-            EXPECT_TRUE(Combo(aDialog, "ViewCombo")->isEnabled());
-            EXPECT_EQ(Combo(aDialog, "RefreshCombo")->currentText(), "Manual");
-            EXPECT_EQ(Combo(aDialog, "RefreshCombo")->itemText(0), "Polling");
-            EXPECT_EQ(Combo(aDialog, "RefreshCombo")->itemText(1), "Automatic");
-        },
-        "CancelButton");
-}
-
-TEST_F(BrowserWindow, ChoosingDisplayNamesSwitchesTheViewToTreeAndDisablesIt)
-{
-    Load({{"Refresh", "ManualRefresh"}, {"View", "AlphabeticalList"}});
-    Show();
-    ChooseOptions([](GenBrowserOptionsDlg &aDialog) {
-        QComboBox *view = Combo(aDialog, "ViewCombo");
-        Pick(Combo(aDialog, "NamesCombo"), 1);
-        EXPECT_EQ(view->currentIndex(), 0);
-        EXPECT_FALSE(view->isEnabled());
-        Pick(Combo(aDialog, "NamesCombo"), 0);
-        EXPECT_EQ(view->currentIndex(), 0);
-        EXPECT_TRUE(view->isEnabled());
-        Pick(Combo(aDialog, "NamesCombo"), 1);
-    });
-    EXPECT_EQ(Saved(), "Visibility=Beginner Names=DisplayNames View=Tree Refresh=ManualRefresh");
-    EXPECT_EQ(mBrowser->Outline(), "The Image(The Width The Height) The General(The Gain)");
-}
-
-TEST_F(BrowserWindow, AcceptedOptionsThatDifferAreAppliedAndOthersAreNot)
-{
-    Show();
-    const QPointer<GenBrowserTreeModel> before = mBrowser->Model();
-    ChooseOptions([](GenBrowserOptionsDlg &) {});
-    EXPECT_FALSE(before.isNull());
-    ChooseOptions([](GenBrowserOptionsDlg &aDialog) { Pick(Combo(aDialog, "ViewCombo"), 1); }, "CancelButton");
-    EXPECT_FALSE(before.isNull());
-    ChooseOptions([](GenBrowserOptionsDlg &aDialog) { Pick(Combo(aDialog, "ViewCombo"), 1); });
-    EXPECT_TRUE(before.isNull());
-    EXPECT_EQ(mBrowser->Outline(), "Gain Height Width");
-    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
 TEST_F(BrowserWindow, TheListStaysSortedWhateverHeaderIsClicked)

@@ -493,6 +493,67 @@ TEST_F(Editors, TheEndOfTheWindowWhileTheErrorBoxIsOpenIsSurvived)
     EXPECT_TRUE(WaitForGui([&] { return done; }));
 }
 
+TEST_F(Editors, TheEndOfAHostsWidgetWhileTheErrorBoxIsOpenIsSurvived)
+{
+    FakeInteger &feature = mArray.Add<FakeInteger>("Width");
+    feature.mScript.Fail("SetValue", LxResult(LxResultCode::OutOfRange, "No."));
+    auto host = std::make_unique<QWidget>();
+    mBrowser->SetGenParameterArray(&mArray);
+    mBrowser->Create(host.get());
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(host.get()));
+    auto *box = Open<QSpinBox64>("Width");
+    bool done = false;
+    OnNextModal([&](QWidget *aWidget) {
+        host.reset();
+        QCoreApplication::processEvents();
+        EXPECT_FALSE(feature.HasSinks());
+        qobject_cast<QMessageBox *>(aWidget)->accept();
+        done = true;
+    });
+    QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_TRUE(WaitForGui([&] { return done; }));
+}
+
+TEST_F(Editors, ShowingTheWindowAnewWhileTheErrorBoxIsOpenIsSurvived)
+{
+    FakeInteger &feature = mArray.Add<FakeInteger>("Width");
+    feature.mScript.Fail("SetValue", LxResult(LxResultCode::OutOfRange, "No."));
+    Show();
+    auto *box = Open<QSpinBox64>("Width");
+    bool done = false;
+    OnNextModal([&](QWidget *aWidget) {
+        mBrowser->Close();
+        mBrowser->ShowModeless();
+        QCoreApplication::processEvents();
+        qobject_cast<QMessageBox *>(aWidget)->accept();
+        done = true;
+    });
+    QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_TRUE(WaitForGui([&] { return done; }));
+    EXPECT_EQ(mBrowser->Value("Width"), "0 ");
+    EXPECT_NE(Open<QSpinBox64>("Width"), nullptr);
+}
+
+// The view commits the editor when another row becomes current, and goes on with both rows afterwards.
+TEST_F(Editors, ARebuildWhileABoxIsOpenThatAnotherCurrentRowBroughtUpIsSurvived)
+{
+    mArray.Add<FakeInteger>("Width");
+    mArray.Add<FakeInteger>("Height");
+    Show();
+    Type(Open<QSpinBox64>("Width"), "abc");
+    bool done = false;
+    OnNextModal([&](QWidget *aWidget) {
+        mBrowser->SetGenParameterArray(&mArray);
+        QCoreApplication::processEvents();
+        qobject_cast<QMessageBox *>(aWidget)->accept();
+        done = true;
+    });
+    mBrowser->SearchBar()->setText("Height");
+    EXPECT_TRUE(done);
+    EXPECT_EQ(mBrowser->Outline(), "General(Width Height)");
+    EXPECT_EQ(mBrowser->Editor(), nullptr);
+}
+
 TEST_F(Editors, AFeatureThatIsTakenAwayWhileItIsEditedIsNotWritten)
 {
     FakeInteger &feature = mArray.Add<FakeInteger>("Width");
@@ -541,7 +602,7 @@ TEST_F(Editors, ADelegateWithoutAWindowShowsItsErrorsToo)
     box.SetText("abc");
     const ExpectedBox error;
     delegate.setModelData(&box, &model, model.index(0, 1));
-    EXPECT_TRUE(WaitForGui([&] { return error.WasShown(); }));
+    EXPECT_TRUE(error.WasShown());  // when the call returns, the user has seen it
     EXPECT_EQ(error.Text(), "Error parsing value.");
     EXPECT_EQ(feature.mScript.Count("SetValue"), 0);
 }

@@ -124,6 +124,7 @@ public:
     std::atomic<bool> mReadable{true};
     std::atomic<bool> mWritable{true};
     std::atomic<bool> mNotifies{true};  // whether a write calls the sinks
+    std::atomic<int> mUnregistrations{0};
 
     void Notify()
     {
@@ -176,6 +177,7 @@ public:
     }
     LxResult UnregisterEventSink(LxGenEventSink *aSink) override
     {
+        ++mUnregistrations;
         return mSinks.Remove(aSink) ? LxResult() : LxResult(LxResultCode::NotFound);
     }
 
@@ -197,44 +199,63 @@ protected:
         }
         return mScript.Call(aCall);
     }
-    template <class Value>
-    LxResult Take(std::atomic<Value> &aTo, Value aFrom)
+    LxDetail::SinkList<LxGenEventSink> mSinks;
+};
+
+/// A value that can be read and written.
+template <class Interface, class Value>
+class FakeValue : public FakeOf<Interface>
+{
+public:
+    using FakeOf<Interface>::FakeOf;
+
+    using Interface::GetValue;
+    using Interface::SetValue;
+
+    std::atomic<Value> mValue{};
+
+    LxResult GetValue(Value &aValue) const override { return this->Give("GetValue", aValue, mValue.load()); }
+    LxResult SetValue(Value aValue) override
     {
-        LxResult result = mScript.Call("SetValue");
+        LxResult result = this->mScript.Call("SetValue");
         if (result.IsOK()) {
-            aTo = aFrom;
-            if (mNotifies) {
-                Notify();
+            mValue = aValue;
+            if (this->mNotifies) {
+                this->Notify();
             }
         }
         return result;
     }
-
-    LxDetail::SinkList<LxGenEventSink> mSinks;
 };
 
-class FakeInteger : public FakeOf<LxGenInteger>
+template <class Interface, class Value>
+class FakeNumber : public FakeValue<Interface, Value>
 {
 public:
-    explicit FakeInteger(const std::string &aName) : FakeOf(aName, LxGenTypeInteger) {}
+    using FakeValue<Interface, Value>::FakeValue;
 
-    std::atomic<int64_t> mValue{0};
-    std::atomic<int64_t> mMin{0};
-    std::atomic<int64_t> mMax{100};
-    int64_t mIncrement = 1;
+    std::atomic<Value> mMin{};
+    std::atomic<Value> mMax{};
     std::string mUnit;
     int mRepresentation = LxGenRepresentationPureNumber;
 
-    LxResult GetValue(int64_t &aValue) const override { return Give("GetValue", aValue, mValue.load()); }
-    LxResult SetValue(int64_t aValue) override { return Take(mValue, aValue); }
-    LxResult GetMin(int64_t &aMin) const override { return Give("GetMin", aMin, mMin.load()); }
-    LxResult GetMax(int64_t &aMax) const override { return Give("GetMax", aMax, mMax.load()); }
-    LxResult GetIncrement(int64_t &aIncrement) const override { return Give("GetIncrement", aIncrement, mIncrement); }
-    LxResult GetUnit(LxString &aUnit) const override { return Give("GetUnit", aUnit, mUnit); }
+    LxResult GetMin(Value &aMin) const override { return this->Give("GetMin", aMin, mMin.load()); }
+    LxResult GetMax(Value &aMax) const override { return this->Give("GetMax", aMax, mMax.load()); }
+    LxResult GetUnit(LxString &aUnit) const override { return this->Give("GetUnit", aUnit, mUnit); }
     LxResult GetRepresentation(int &aRepresentation) const override
     {
-        return Give("GetRepresentation", aRepresentation, mRepresentation);
+        return this->Give("GetRepresentation", aRepresentation, mRepresentation);
     }
+};
+
+class FakeInteger : public FakeNumber<LxGenInteger, int64_t>
+{
+public:
+    explicit FakeInteger(const std::string &aName) : FakeNumber(aName, LxGenTypeInteger) { mMax = 100; }
+
+    int64_t mIncrement = 1;
+
+    LxResult GetIncrement(int64_t &aIncrement) const override { return Give("GetIncrement", aIncrement, mIncrement); }
     LxString ToString() const override
     {
         mScript.Call("ToString");
@@ -242,37 +263,16 @@ public:
     }
 };
 
-class FakeFloat : public FakeOf<LxGenFloat>
+class FakeFloat : public FakeNumber<LxGenFloat, double>
 {
 public:
-    explicit FakeFloat(const std::string &aName) : FakeOf(aName, LxGenTypeFloat) {}
-
-    std::atomic<double> mValue{0.0};
-    std::atomic<double> mMin{0.0};
-    std::atomic<double> mMax{1e6};
-    std::string mUnit;
-
-    LxResult GetValue(double &aValue) const override { return Give("GetValue", aValue, mValue.load()); }
-    LxResult SetValue(double aValue) override { return Take(mValue, aValue); }
-    LxResult GetMin(double &aMin) const override { return Give("GetMin", aMin, mMin.load()); }
-    LxResult GetMax(double &aMax) const override { return Give("GetMax", aMax, mMax.load()); }
-    LxResult GetUnit(LxString &aUnit) const override { return Give("GetUnit", aUnit, mUnit); }
-    LxResult GetRepresentation(int &aRepresentation) const override
-    {
-        aRepresentation = LxGenRepresentationPureNumber;
-        return LxResult();
-    }
+    explicit FakeFloat(const std::string &aName) : FakeNumber(aName, LxGenTypeFloat) { mMax = 1e6; }
 };
 
-class FakeBoolean : public FakeOf<LxGenBoolean>
+class FakeBoolean : public FakeValue<LxGenBoolean, bool>
 {
 public:
-    explicit FakeBoolean(const std::string &aName) : FakeOf(aName, LxGenTypeBoolean) {}
-
-    std::atomic<bool> mValue{false};
-
-    LxResult GetValue(bool &aValue) const override { return Give("GetValue", aValue, mValue.load()); }
-    LxResult SetValue(bool aValue) override { return Take(mValue, aValue); }
+    explicit FakeBoolean(const std::string &aName) : FakeValue(aName, LxGenTypeBoolean) {}
 };
 
 class FakeString : public FakeOf<LxGenString>
@@ -337,69 +337,65 @@ public:
     LxResult Set(const uint8_t *, int64_t) override { return LxResultCode::NotSupported; }
 };
 
-class FakeEntry : public LxGenEnumEntry
+/// What an entry and a category have in common. Texts that are not set are made from the name.
+template <class Interface>
+class FakeNamed : public Interface
 {
 public:
-    FakeEntry(const std::string &aName, int64_t aValue) : mName(aName), mValue(aValue) {}
-
-    using LxGenEnumEntry::IsAvailable;
+    explicit FakeNamed(const std::string &aName) : mName(aName) {}
 
     std::string mName;
-    int64_t mValue;
     std::string mDescription;
-    std::atomic<bool> mAvailable{true};
     LxGenVisibility mVisibility = LxGenVisibilityBeginner;
     LxGenNameSpace mNameSpace = LxGenNameSpaceStandard;
     LxResult mNameResult;
 
-    LxResult GetName(LxString &aName) const override
+    LxResult GetName(LxString &aName) const override { return Give(aName, mName, mNameResult); }
+    LxResult GetDisplayName(LxString &aName) const override { return Give(aName, "The " + mName, mNameResult); }
+    LxResult GetToolTip(LxString &aTip) const override { return Give(aTip, "tip of " + mName); }
+    LxResult GetDescription(LxString &aText) const override { return Give(aText, mDescription); }
+    LxResult GetVisibility(LxGenVisibility &aVisibility) const override { return Give(aVisibility, mVisibility); }
+    LxResult GetNameSpace(LxGenNameSpace &aNameSpace) const override { return Give(aNameSpace, mNameSpace); }
+
+protected:
+    template <class To, class From>
+    static LxResult Give(To &aTo, const From &aFrom, const LxResult &aResult = LxResult())
     {
-        aName = mName;
-        return mNameResult;
-    }
-    LxResult GetDisplayName(LxString &aName) const override
-    {
-        aName = "The " + mName;
-        return mNameResult;
-    }
-    LxResult GetToolTip(LxString &aToolTip) const override
-    {
-        aToolTip = "tip of " + mName;
-        return LxResult();
-    }
-    LxResult GetDescription(LxString &aText) const override
-    {
-        aText = mDescription;
-        return LxResult();
-    }
-    LxResult GetValue(int64_t &aValue) const override
-    {
-        aValue = mValue;
-        return LxResult();
-    }
-    LxResult GetVisibility(LxGenVisibility &aVisibility) const override
-    {
-        aVisibility = mVisibility;
-        return LxResult();
-    }
-    LxResult GetNameSpace(LxGenNameSpace &aNameSpace) const override
-    {
-        aNameSpace = mNameSpace;
-        return LxResult();
-    }
-    LxResult IsAvailable(bool &aAvailable) const override
-    {
-        aAvailable = mAvailable;
-        return LxResult();
+        aTo = aFrom;
+        return aResult;
     }
 };
 
-class FakeEnum : public FakeOf<LxGenEnum>
+class FakeEntry : public FakeNamed<LxGenEnumEntry>
 {
 public:
-    explicit FakeEnum(const std::string &aName) : FakeOf(aName, LxGenTypeEnum) {}
+    FakeEntry(const std::string &aName, int64_t aValue) : FakeNamed(aName), mValue(aValue) {}
 
-    std::atomic<int64_t> mValue{0};
+    using LxGenEnumEntry::IsAvailable;
+
+    int64_t mValue;
+    std::atomic<bool> mAvailable{true};
+
+    LxResult GetValue(int64_t &aValue) const override { return Give(aValue, mValue); }
+    LxResult IsAvailable(bool &aAvailable) const override { return Give(aAvailable, mAvailable.load()); }
+};
+
+class FakeCategory : public FakeNamed<LxGenCategory>
+{
+public:
+    using FakeNamed::FakeNamed;
+    using LxGenCategory::IsImplemented;
+
+    std::atomic<bool> mImplemented{true};
+
+    LxResult IsImplemented(bool &aImplemented) const override { return Give(aImplemented, mImplemented.load()); }
+};
+
+class FakeEnum : public FakeValue<LxGenEnum, int64_t>
+{
+public:
+    explicit FakeEnum(const std::string &aName) : FakeValue(aName, LxGenTypeEnum) {}
+
     std::vector<std::unique_ptr<FakeEntry>> mEntries;
     bool mHasNullEntries = false;  // whether GetEntryByValue() succeeds with null
 
@@ -409,9 +405,9 @@ public:
         return *mEntries.back();
     }
 
-    LxResult GetValue(int64_t &aValue) const override { return Give("GetValue", aValue, mValue.load()); }
+    using FakeValue::GetValue;
+    using FakeValue::SetValue;
     LxResult GetValue(LxString &) const override { return LxResultCode::NotSupported; }
-    LxResult SetValue(int64_t aValue) override { return Take(mValue, aValue); }
     LxResult SetValue(const LxString &) override { return LxResultCode::NotSupported; }
     LxResult GetEntriesCount(int64_t &aCount) const override
     {
@@ -438,56 +434,6 @@ public:
     LxResult GetEntryByName(const LxString &, const LxGenEnumEntry **) const override
     {
         return LxResultCode::NotSupported;
-    }
-};
-
-class FakeCategory : public LxGenCategory
-{
-public:
-    explicit FakeCategory(const std::string &aName) : mName(aName) {}
-
-    using LxGenCategory::IsImplemented;
-
-    std::string mName;
-    std::string mDescription;
-    LxGenVisibility mVisibility = LxGenVisibilityBeginner;
-    LxGenNameSpace mNameSpace = LxGenNameSpaceStandard;
-    std::atomic<bool> mImplemented{true};
-
-    LxResult GetName(LxString &aName) const override
-    {
-        aName = mName;
-        return LxResult();
-    }
-    LxResult GetDisplayName(LxString &aName) const override
-    {
-        aName = "The " + mName;
-        return LxResult();
-    }
-    LxResult GetToolTip(LxString &aToolTip) const override
-    {
-        aToolTip = "tip of " + mName;
-        return LxResult();
-    }
-    LxResult GetDescription(LxString &aText) const override
-    {
-        aText = mDescription;
-        return LxResult();
-    }
-    LxResult GetVisibility(LxGenVisibility &aVisibility) const override
-    {
-        aVisibility = mVisibility;
-        return LxResult();
-    }
-    LxResult GetNameSpace(LxGenNameSpace &aNameSpace) const override
-    {
-        aNameSpace = mNameSpace;
-        return LxResult();
-    }
-    LxResult IsImplemented(bool &aImplemented) const override
-    {
-        aImplemented = mImplemented;
-        return LxResult();
     }
 };
 
