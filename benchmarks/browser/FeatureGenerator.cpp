@@ -1,6 +1,7 @@
 #include "FeatureGenerator.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstdio>
 #include <stdexcept>
@@ -37,6 +38,20 @@ std::string Register(const std::string &aKind, const std::string &aName, uint64_
     return Node(aKind, aName, content + "<Endianess>BigEndian</Endianess>");
 }
 
+enum class Kind
+{
+    Integer,
+    Float,
+    Enumeration,
+    Boolean,
+};
+
+Kind KindOf(int aNumber)
+{
+    constexpr Kind kKinds[] = {Kind::Integer, Kind::Integer, Kind::Float, Kind::Enumeration, Kind::Boolean};
+    return kKinds[aNumber % 5];
+}
+
 /// The nodes of a feature; its kind depends on its number.
 std::string Feature(int aNumber)
 {
@@ -44,15 +59,14 @@ std::string Feature(int aNumber)
     const std::string target = "<pValue>" + name + "Reg</pValue>";
     const uint64_t address = kFirstRegister + static_cast<uint64_t>(aNumber) * kRegisterDistance;
     const std::string integer = Register("IntReg", name + "Reg", address, 4);
-    switch (aNumber % 5) {
-        case 0:
-        case 1:
+    switch (KindOf(aNumber)) {
+        case Kind::Integer:
             return integer + Node("Integer", name,
                                   Texts(name) + target + "<Min>0</Min><Max>65535</Max><Inc>1</Inc><Unit>px</Unit>");
-        case 2:
+        case Kind::Float:
             return Register("FloatReg", name + "Reg", address, 4) +
                    Node("Float", name, Texts(name) + target + "<Min>0</Min><Max>1000</Max><Unit>us</Unit>");
-        case 3: {
+        case Kind::Enumeration: {
             std::string entries;
             for (const char *entry : {"Off", "Once", "Continuous"}) {
                 entries += "<EnumEntry Name=\"" + std::string(entry) + "\"><Value>" +
@@ -63,9 +77,10 @@ std::string Feature(int aNumber)
             }
             return integer + Node("Enumeration", name, Texts(name) + entries + target);
         }
-        default:
+        case Kind::Boolean:
             return integer + Node("Boolean", name, Texts(name) + target);
     }
+    return std::string();
 }
 
 std::string MakeXML(int aFeatures)
@@ -93,11 +108,32 @@ std::string MakeXML(int aFeatures)
 
 }  // namespace
 
-GeneratedCamera::GeneratedCamera(int aFeatures)
+GeneratedCamera::GeneratedCamera(int aFeatures) : mFeatures(aFeatures)
 {
     mMemory->Map(kFirstRegister, static_cast<uint64_t>(aFeatures) * kRegisterDistance);
     const LxResult result = LxDetail::NodeMap::Create(mPort, MakeXML(aFeatures), mNodeMap);
     if (!result.IsOK()) {
         throw std::runtime_error(result.GetDescription().GetAscii());
+    }
+}
+
+void GeneratedCamera::SetValues(uint32_t aNumber) const
+{
+    for (int i = 0; i < mFeatures; ++i) {
+        uint32_t value = aNumber % 1000;
+        switch (KindOf(i)) {
+            case Kind::Float:
+                value = std::bit_cast<uint32_t>(static_cast<float>(value));
+                break;
+            case Kind::Enumeration:
+                value %= 3;
+                break;
+            case Kind::Boolean:
+                value %= 2;
+                break;
+            case Kind::Integer:
+                break;
+        }
+        mMemory->Poke32(kFirstRegister + static_cast<uint64_t>(i) * kRegisterDistance, value);
     }
 }

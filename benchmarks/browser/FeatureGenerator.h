@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "NodeMap/FaultPort.h"
@@ -11,9 +12,13 @@ struct GeneratedCamera
 {
     explicit GeneratedCamera(int aFeatures);
 
+    /// Gives every register another value; each is allowed where the number is below 1000.
+    void SetValues(uint32_t aNumber) const;
+
     LxGenParameterArray *Parameters() const { return mNodeMap->GetParameters(); }
 
     std::shared_ptr<LxDetail::MemoryPort> mMemory = std::make_shared<LxDetail::MemoryPort>();
     std::shared_ptr<LxDetail::FaultPort> mPort = std::make_shared<LxDetail::FaultPort>(mMemory);
     std::unique_ptr<LxDetail::NodeMap> mNodeMap;
+    int mFeatures;
 };
