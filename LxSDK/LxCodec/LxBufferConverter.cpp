@@ -145,7 +145,7 @@ LxResult LxBufferConverter::Data::Convert(const ILxImage *aInput, LxBuffer *aOut
         mScratch.reset(new uint8_t[bands * scratchSize]);
         mScratchSize = bands * scratchSize;
     }
-    const std::function<void(uint32_t)> convertBand = [&conversion, this, bands, scratchSize](uint32_t aBand) {
+    const auto convertBand = [&conversion, this, bands, scratchSize](uint32_t aBand) {
         LineConverter lines(conversion, mScratch.get() + aBand * scratchSize);
         lines.Convert(static_cast<uint32_t>(uint64_t{conversion.mHeight} * aBand / bands),
                       static_cast<uint32_t>(uint64_t{conversion.mHeight} * (aBand + 1) / bands));
@@ -159,7 +159,7 @@ LxResult LxBufferConverter::Data::Convert(const ILxImage *aInput, LxBuffer *aOut
     }
     conversion.mOutput = static_cast<uint8_t *>(image.GetDataPointer());
     conversion.mOutputStride = LxPixelTypeGetLineSize(LxPixelType::BGRa8, conversion.mWidth) + image.GetPaddingX();
-    mPool.Run(bands, convertBand);
+    mPool.Run(bands, std::cref(convertBand));  // by reference: a copy would be put on the heap
     return LxResult();
 }
 
