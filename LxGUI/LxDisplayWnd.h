@@ -16,10 +16,12 @@ enum LxRendererMode : int
     LxRendererModeUnknown = 999,
 };
 
-/// Shows images, with zoom, scrolling, a background colour and a text over the picture.
+/// Shows images, with zoom, scrolling, a background colour and a text over the picture. Drawn by OpenGL, the whole
+/// picture is always fitted into the window: zoom and scrolling belong to the software renderer.
 ///
 /// Display(), Clear(), Refresh(), SetRendererMode() and the text overlay's operations may be called from any thread;
-/// all others on the GUI thread. Stop calling them before the object is destroyed.
+/// all others on the GUI thread. Stop calling them before the object is destroyed; a Display() that still waits for the
+/// screen then is let go.
 class LXGUI_API LxDisplayWnd : public LxWnd
 {
 public:
@@ -28,7 +30,10 @@ public:
     ~LxDisplayWnd() override;
 
     /// Shows what a buffer carries: the first image of a GenDC container, else its image, else its H.264 access unit.
-    /// The data are taken before the call returns.
+    /// The data are taken before the call returns. In OpenGL mode the call waits until the GUI thread has taken the
+    /// frame, which paces an acquisition thread by the screen; a frame not taken within 500 ms, for example because the
+    /// window is hidden, is dropped, and the result is OK all the same. In OpenGL mode a frame of more than 4096 pixels
+    /// in a direction is shown at half its size, and a frame that cannot be converted is shown as nothing, with OK.
     /// @param aVSync asks for vertical synchronisation; for OpenGL only.
     /// @return NoImage (0x0501) when there is nothing to show or a dimension or the pixel type is 0, Failed (0x4000)
     ///         when H.264 data gave no picture, else what the conversion reports.
@@ -73,10 +78,12 @@ public:
     void ZoomOut();
 
     LxRendererMode GetRendererMode();
-    /// Changes the renderer and clears the display.
+    /// Changes the renderer and clears the display. Waits for the GUI thread when it is called on another one, so the
+    /// GUI thread must not wait for the caller meanwhile.
     /// @return InvalidArgument (0x4001) for an unknown value, Unavailable (26) for a mode above the highest.
     LxResult SetRendererMode(LxRendererMode aMode);
-    /// "OpenGL " and the name of the OpenGL renderer; "OpenGL Default" when none was found.
+    /// "OpenGL " and the name of the OpenGL renderer; "OpenGL Default" when none was found. Like the next two it asks
+    /// OpenGL once for the process, on the GUI thread; before there is a QApplication it knows nothing yet.
     static LxString GetRenderer();
     /// The OpenGL version; "N/A" when there is none.
     static LxString GetRendererVersion();

@@ -69,6 +69,9 @@ function(lx_add_test)
     "TSAN_OPTIONS=suppressions=${LXGUI_TEST_SUPPORT}/tsan.supp:second_deadlock_stack=1")
   if(NOT T_PLATFORM STREQUAL "none")
     list(APPEND environment "QT_QPA_PLATFORM=${T_PLATFORM}" "QT_LOGGING_RULES=qt.qpa.*=false")
+    if(T_PLATFORM STREQUAL "offscreen")
+      list(APPEND environment "DISPLAY=")  # else it may use the OpenGL of a display that is there by chance
+    endif()
   endif()
   set_tests_properties(${T_NAME} PROPERTIES
     LABELS "${T_LABELS}" TIMEOUT ${T_TIMEOUT} SKIP_RETURN_CODE 77 ENVIRONMENT "${environment}")

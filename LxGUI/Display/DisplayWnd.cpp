@@ -3,35 +3,21 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
 #include <QtCore/QMutexLocker>
-#include <QtGui/QContextMenuEvent>
-#include <QtGui/QImage>
-#include <QtGui/QKeyEvent>
+#include <QtCore/QThread>
 #include <QtGui/QPainter>
-#include <QtGui/QResizeEvent>
-#include <QtGui/QWheelEvent>
-#include <QtWidgets/QMenu>
-#include <QtWidgets/QScrollBar>
 
+#include "LxGUI/Display/DisplayEvent.h"
+#include "LxGUI/Display/GLDisplay.h"
+#include "LxGUI/Display/HalveImage.h"
 #include "LxGUI/Display/RendererInfo.h"
-
-using namespace DisplayGeometry;
+#include "LxGUI/Frame/ApplicationThread.h"
+#include "LxGUI/Frame/OwnedApplication.h"
 
 namespace
 {
 
-// Private event types, posted to the DisplayWnd.
-constexpr auto RefreshEvent = static_cast<QEvent::Type>(11244);
-constexpr auto ClearEvent = static_cast<QEvent::Type>(11245);
-
-constexpr double MenuZoomStep = 1.5;
-constexpr double KeyZoomStep = 1.2;
-constexpr double WheelZoomStep = 1.1;
-
-constexpr const char *ZoomOneToOneText = "Zoom 1:1";
-constexpr const char *ZoomFitText = "Zoom Fit";
-constexpr const char *ZoomInText = "Zoom In";
-constexpr const char *ZoomOutText = "Zoom Out";
-constexpr const char *CenterHereText = "Center Here";
+// How long a frame waits for the OpenGL widget, in milliseconds.
+constexpr unsigned long UploadTimeout = 500;
 
 LxResult NoImage()
 {
@@ -44,6 +30,17 @@ DisplayWnd::DisplayWnd() : mOverlayFont(QStringLiteral("Monospace"), 11, QFont::
 
 DisplayWnd::~DisplayWnd()
 {
+    {
+        QMutexLocker lock(&mImageMutex);
+        mEnding = true;
+        mUploadDone.wakeAll();
+        while (mWaitingProducers > 0) {
+            mProducersGone.wait(&mImageMutex);
+        }
+    }
+    if (OwnedApplication::CanMakeWidgets()) {
+        delete mGLDisplay;
+    }
     QCoreApplication::removePostedEvents(this);
 }
 
@@ -78,17 +75,62 @@ LxResult DisplayWnd::Display(const ILxImage *aImage, bool aVSync)
         return NoImage();
     }
     TakeOverlay(aVSync);
+    if (IsOpenGL()) {
+        HandOver(aImage);
+        return LxResult();
+    }
+    return ConvertFrame(aImage);
+}
 
+LxResult DisplayWnd::ConvertFrame(const ILxImage *aImage)
+{
     const QMutexLocker lock(&mImageMutex);
+    const bool wasEmpty = !mInternalBuffer.GetDataPointer();
     LxResult result;
-    if (!mInternalBuffer.GetDataPointer()) {
+    if (wasEmpty) {
         result = mInternalBuffer.GetImage()->Alloc(aImage->GetWidth(), aImage->GetHeight(), LxPixelType::BGRa8);
     }
     if (result.IsOK()) {
         result = mConverter.Convert(aImage, &mInternalBuffer, true, false);
     }
+    if (wasEmpty && !result.IsOK()) {
+        mInternalBuffer.Free();  // new memory holds anything, which must not be shown
+    }
     Refresh();
     return result;
+}
+
+// Leaves a frame for the OpenGL widget and waits until it was taken. A frame that is not taken in time is dropped.
+void DisplayWnd::HandOver(const ILxImage *aImage)
+{
+    LxBuffer halved(LxPayloadType::Image);
+    QMutexLocker lock(&mImageMutex);
+    const ILxImage *image = aImage;
+    if (IsHalvedForUpload(aImage->GetWidth(), aImage->GetHeight()) && HalveImage(*aImage, *halved.GetImage())) {
+        image = halved.GetImage();
+    }
+    mPendingImage = image;
+    Refresh();
+    if (QThread::currentThread() == thread()) {
+        // nobody else can paint: it is done here and now, after what came before
+        lock.unlock();
+        QCoreApplication::sendPostedEvents(this, DisplayEvent::ClearType);
+        QCoreApplication::sendPostedEvents(this, DisplayEvent::RefreshType);
+        if (mGLDisplay) {
+            mGLDisplay->TakeFrameNow();
+        }
+        lock.relock();
+    }
+    else if (!mEnding) {
+        ++mWaitingProducers;
+        mUploadDone.wait(&mImageMutex, UploadTimeout);
+        if (--mWaitingProducers == 0) {
+            mProducersGone.wakeAll();
+        }
+    }
+    if (mPendingImage == image) {  // another caller may have left its own
+        mPendingImage = nullptr;
+    }
 }
 
 LxResult DisplayWnd::Display(const ILxGenDCImage *aImage, bool aVSync)
@@ -118,12 +160,16 @@ LxResult DisplayWnd::DisplayAccessUnit(const ILxH264AccessUnit *aUnit, bool aVSy
     }
     TakeOverlay(aVSync);
     for (bool any = false;; any = true) {
-        const QMutexLocker lock(&mImageMutex);
-        const LxResult retrieved = RetrieveFrame(mInternalBuffer.GetImage());
-        if (!retrieved.IsOK()) {
-            return any ? LxResult() : LxResult(LxResultCode::Failed, "The H.264 data gave no picture.");
+        {
+            const QMutexLocker lock(&mImageMutex);
+            if (!RetrieveFrame(mInternalBuffer.GetImage()).IsOK()) {
+                return any ? LxResult() : LxResult(LxResultCode::Failed, "The H.264 data gave no picture.");
+            }
+            Refresh();
         }
-        Refresh();
+        if (IsOpenGL()) {
+            HandOver(mInternalBuffer.GetImage());
+        }
     }
 }
 
@@ -142,7 +188,10 @@ void DisplayWnd::TakeOverlay(bool aVSync)
 {
     mVSync = aVSync;
     const QMutexLocker lock(&mOverlayMutex);
-    mShownOverlayText = mOverlayText;
+    if (mShownOverlayText != mOverlayText) {
+        mShownOverlayText = mOverlayText;
+        ++mOverlayVersion;
+    }
 }
 
 void DisplayWnd::Clear()
@@ -151,25 +200,32 @@ void DisplayWnd::Clear()
         const QMutexLocker lock(&mOverlayMutex);
         mOverlayText.clear();
         mShownOverlayText.clear();
+        ++mOverlayVersion;
     }
-    if (mRendererMode == LxRendererModeSoftware) {
+    if (!IsOpenGL()) {
         const QMutexLocker lock(&mImageMutex);
         if (mInternalBuffer.GetDataPointer()) {
             mInternalBuffer.Free();
         }
     }
-    QCoreApplication::postEvent(this, new QEvent(ClearEvent));
+    QCoreApplication::postEvent(this, new DisplayEvent(DisplayEvent::ClearType));
 }
 
 void DisplayWnd::Refresh()
 {
-    QCoreApplication::postEvent(this, new QEvent(RefreshEvent));
+    // one that is still on its way shows the new state as well
+    if (!mRefreshPosted.exchange(true)) {
+        QCoreApplication::postEvent(this, new DisplayEvent(DisplayEvent::RefreshType));
+    }
 }
 
 LxResult DisplayWnd::SetBackgroundColor(const QColor &aColor)
 {
     mBackgroundColor = aColor;
     ApplyBackground();
+    if (mGLDisplay) {
+        mGLDisplay->SetBackground(aColor);
+    }
     return LxResult();
 }
 
@@ -199,6 +255,7 @@ void DisplayWnd::SetTextOverlaySize(int aSize)
 {
     const QMutexLocker lock(&mOverlayMutex);
     mOverlayFont.setPointSize(aSize);
+    ++mOverlayVersion;
 }
 
 int DisplayWnd::GetTextOverlaySize()
@@ -207,14 +264,39 @@ int DisplayWnd::GetTextOverlaySize()
     return mOverlayFont.pointSize();
 }
 
+void DisplayWnd::SetTextOverlayOffsetX(unsigned aOffset)
+{
+    mOverlayOffsetX = static_cast<int>(aOffset);
+    ++mOverlayVersion;
+}
+
+void DisplayWnd::SetTextOverlayOffsetY(unsigned aOffset)
+{
+    mOverlayOffsetY = static_cast<int>(aOffset);
+    ++mOverlayVersion;
+}
+
+bool DisplayWnd::HasOverlay()
+{
+    const QMutexLocker lock(&mOverlayMutex);
+    return !mShownOverlayText.isEmpty();
+}
+
 LxResult DisplayWnd::SetRendererMode(int aMode)
 {
     if (aMode < LxRendererModeSoftware || aMode > LxRendererModeReserved) {
         return LxResult(LxResultCode::InvalidArgument, "There is no such renderer mode.");
     }
-    if (aMode > RendererInfo::Get().HighestMode()) {
+    if (aMode > RendererInfo::Get().mHighestMode) {
         return LxResult(LxResultCode::Unavailable, "The renderer mode is not available on this machine.");
     }
+    LxResult result;
+    CallOnApplicationThread([&] { result = ChangeRendererMode(aMode); });
+    return result;
+}
+
+LxResult DisplayWnd::ChangeRendererMode(int aMode)
+{
     {
         const QMutexLocker lock(&mRendererMutex);
         if (aMode == mRendererMode) {
@@ -222,268 +304,41 @@ LxResult DisplayWnd::SetRendererMode(int aMode)
         }
         mRendererMode = aMode;
     }
+    if (!IsOpenGL()) {
+        delete mGLDisplay;
+    }
+    else if (Content()) {
+        MakeGLDisplay();
+    }
+    {
+        const QMutexLocker lock(&mImageMutex);
+        mInternalBuffer.Free();
+        mUploadDone.wakeAll();  // no widget will take what is pending
+    }
     Clear();
     return LxResult();
 }
 
 bool DisplayWnd::event(QEvent *aEvent)
 {
-    if (aEvent->type() == RefreshEvent || aEvent->type() == ClearEvent) {
-        const QMutexLocker lock(&mRendererMutex);
-        if (Content()) {
-            Content()->update();
+    if (aEvent->type() != DisplayEvent::RefreshType && aEvent->type() != DisplayEvent::ClearType) {
+        return Wnd::event(aEvent);
+    }
+    const QMutexLocker lock(&mRendererMutex);
+    if (aEvent->type() == DisplayEvent::RefreshType) {
+        mRefreshPosted = false;
+        if (mGLDisplay) {
+            mGLDisplay->SetNewUpload(true);
+            mGLDisplay->update();
         }
-        return true;
     }
-    return Wnd::event(aEvent);
-}
-
-void DisplayWnd::CreateLayout()
-{
-    QWidget *widget = BeginLayout();
-    const auto makeBar = [&](QPointer<QScrollBar> &aBar, Qt::Orientation aOrientation, const char *aName,
-                             void (DisplayWnd::*aSlot)(int)) {
-        if (aBar && aBar->parentWidget() == widget) {
-            return;
-        }
-        delete aBar;
-        aBar = new QScrollBar(aOrientation, widget);
-        aBar->setObjectName(QLatin1String(aName));
-        connect(aBar, &QScrollBar::valueChanged, this, aSlot);
-        aBar->hide();
-    };
-    makeBar(mHorizontalBar, Qt::Horizontal, "horizontalScrollBar", &DisplayWnd::OnHorizontalScroll);
-    makeBar(mVerticalBar, Qt::Vertical, "verticalScrollBar", &DisplayWnd::OnVerticalScroll);
-    mHorizontalBar->setAccessibleName(tr("Horizontal position"));
-    mVerticalBar->setAccessibleName(tr("Vertical position"));
-    PlaceScrollBars(widget->size());
-
-    widget->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::MinimumExpanding);
-    widget->setFocusPolicy(Qt::StrongFocus);
-    ApplyBackground();
-}
-
-void DisplayWnd::OnOpen() {}
-
-void DisplayWnd::OnClose() {}
-
-QSize DisplayWnd::PictureSize()
-{
-    const QMutexLocker lock(&mImageMutex);
-    const LxImage *image = mInternalBuffer.GetImage();
-    return {static_cast<int>(image->GetWidth()), static_cast<int>(image->GetHeight())};
-}
-
-void DisplayWnd::OnMainZoom1To1()
-{
-    mZoomPending = true;
-    ChangeZoom(ZoomOneToOne, 1.0);
-}
-
-void DisplayWnd::OnMainZoomFit()
-{
-    mZoomPending = true;
-    ChangeZoom(ZoomFit, mZoom.mFactor);
-}
-
-void DisplayWnd::OnMainZoomIn()
-{
-    mZoomPending = true;
-    ChangeZoom(ZoomFree, mZoom.mFactor * MenuZoomStep);
-}
-
-void DisplayWnd::OnMainZoomOut()
-{
-    mZoomPending = true;
-    ChangeZoom(ZoomFree, mZoom.mFactor / MenuZoomStep);
-}
-
-void DisplayWnd::ChangeZoom(ZoomMode aMode, double aFactor)
-{
-    mZoom = {aMode, aFactor};
-    ApplyZoom();
-}
-
-void DisplayWnd::ApplyZoom()
-{
-    const QSize picture = PictureSize();
-    if (!Content() || Content()->size().isEmpty() || picture.isEmpty()) {
-        return;
+    else if (mGLDisplay) {
+        mGLDisplay->Clear();
     }
-    mZoom = DisplayGeometry::ApplyZoom(mZoom, Content()->size(), picture);
-    mLastAppliedZoom = mZoom.mFactor;
-    mZoomPending = false;
-    UpdateScrollBars(picture);
-    Refresh();
-}
-
-void DisplayWnd::UpdateScrollBars(const QSize &aPicture)
-{
-    if (!mHorizontalBar || !mVerticalBar) {
-        return;
+    if (Content() && !mGLDisplay) {
+        Content()->update();
     }
-    const ScrollBars bars = ComputeScrollBars(mZoom, Content()->size(), aPicture);
-    const auto apply = [](QScrollBar &aWidget, const ScrollBar &aBar) {
-        if (aBar.mNeeded) {
-            aWidget.setRange(0, aBar.mMaximum);
-            aWidget.setPageStep(aBar.mPageStep);
-            aWidget.setSingleStep(aBar.mSingleStep);
-            aWidget.setValue(aBar.mValue);
-        }
-        aWidget.setVisible(aBar.mNeeded);
-    };
-    apply(*mHorizontalBar, bars.mHorizontal);
-    apply(*mVerticalBar, bars.mVertical);
-    mScroll = {bars.mHorizontal.mValue, bars.mVertical.mValue};
-}
-
-void DisplayWnd::OnMainCenterHere()
-{
-    if (!Content() || !mHorizontalBar || !mVerticalBar || PictureSize().isEmpty() || mZoom.mMode == ZoomFit) {
-        return;
-    }
-    const bool horizontal = !mHorizontalBar->isHidden();
-    const bool vertical = !mVerticalBar->isHidden();
-    const QSize view = ViewSize(Content()->size(), horizontal, vertical);
-    if (horizontal) {
-        mHorizontalBar->setValue(CenteredScroll(mMenuPoint.x(), view.width(), mScroll.x(), mHorizontalBar->maximum()));
-    }
-    if (vertical) {
-        mVerticalBar->setValue(CenteredScroll(mMenuPoint.y(), view.height(), mScroll.y(), mVerticalBar->maximum()));
-    }
-    Refresh();
-}
-
-void DisplayWnd::OnHorizontalScroll(int aValue)
-{
-    mScroll.setX(aValue);
-    Refresh();
-}
-
-void DisplayWnd::OnVerticalScroll(int aValue)
-{
-    mScroll.setY(aValue);
-    Refresh();
-}
-
-void DisplayWnd::PlaceScrollBars(const QSize &aSize)
-{
-    if (mHorizontalBar) {
-        mHorizontalBar->setGeometry(0, aSize.height() - ScrollBarThickness, aSize.width(), ScrollBarThickness);
-    }
-    if (mVerticalBar) {
-        mVerticalBar->setGeometry(aSize.width() - ScrollBarThickness, 0, ScrollBarThickness, aSize.height());
-    }
-}
-
-bool DisplayWnd::OnKeyPress(int aKey)
-{
-    switch (aKey) {
-        case Qt::Key_Plus:
-        case Qt::Key_Equal:
-            ChangeZoom(ZoomFree, mZoom.mFactor * KeyZoomStep);
-            return true;
-        case Qt::Key_Minus:
-        case Qt::Key_Underscore:
-            ChangeZoom(ZoomFree, mZoom.mFactor / KeyZoomStep);
-            return true;
-        default:
-            return false;
-    }
-}
-
-void DisplayWnd::OnContextMenu(const QContextMenuEvent &aEvent)
-{
-    mMenuPoint = Content()->mapFromGlobal(aEvent.globalPos());
-    QMenu menu(Content());
-    for (const char *text : {ZoomOneToOneText, ZoomFitText, ZoomInText, ZoomOutText, CenterHereText}) {
-        menu.addAction(QLatin1String(text));
-    }
-    const QPointer<DisplayWnd> self(this);
-    const QAction *chosen = menu.exec(aEvent.globalPos());
-    if (!self || !chosen) {
-        return;
-    }
-    const QString text = chosen->text();
-    if (text == QLatin1String(ZoomOneToOneText)) {
-        OnMainZoom1To1();
-    }
-    else if (text == QLatin1String(ZoomFitText)) {
-        OnMainZoomFit();
-    }
-    else if (text == QLatin1String(ZoomInText)) {
-        OnMainZoomIn();
-    }
-    else if (text == QLatin1String(ZoomOutText)) {
-        OnMainZoomOut();
-    }
-    else if (text == QLatin1String(CenterHereText)) {
-        OnMainCenterHere();
-    }
-}
-
-bool DisplayWnd::eventFilter(QObject *aObject, QEvent *aEvent)
-{
-    if (!Content() || aObject != Content()) {
-        return QObject::eventFilter(aObject, aEvent);
-    }
-    switch (aEvent->type()) {
-        case QEvent::MouseButtonPress: {
-            const auto button = static_cast<QMouseEvent *>(aEvent)->button();
-            if (button == Qt::LeftButton || button == Qt::RightButton || button == Qt::MiddleButton) {
-                Content()->setFocus();
-            }
-            return false;
-        }
-        case QEvent::KeyPress:
-            return OnKeyPress(static_cast<QKeyEvent *>(aEvent)->key());
-        case QEvent::Paint:
-            Paint();
-            return true;
-        case QEvent::Resize:
-            PlaceScrollBars(static_cast<QResizeEvent *>(aEvent)->size());
-            return false;
-        case QEvent::Wheel: {
-            const bool out = static_cast<QWheelEvent *>(aEvent)->angleDelta().y() < 1;
-            ChangeZoom(ZoomFree, out ? mZoom.mFactor / WheelZoomStep : mZoom.mFactor * WheelZoomStep);
-            return true;
-        }
-        case QEvent::ContextMenu:
-            OnContextMenu(*static_cast<QContextMenuEvent *>(aEvent));
-            return true;
-        default:
-            return QObject::eventFilter(aObject, aEvent);
-    }
-}
-
-void DisplayWnd::Paint()
-{
-    QWidget *widget = Content();
-    QMutexLocker lock(&mImageMutex);
-    const LxImage *image = mInternalBuffer.GetImage();
-    const QSize picture(static_cast<int>(image->GetWidth()), static_cast<int>(image->GetHeight()));
-    if (picture.isEmpty() || !image->GetDataPointer()) {
-        return;
-    }
-    const QSize view = ViewSize(widget->size(), mHorizontalBar && !mHorizontalBar->isHidden(),
-                                mVerticalBar && !mVerticalBar->isHidden());
-    if (view.isEmpty()) {
-        return;
-    }
-    const Placement place = ComputePlacement(mZoom, view, picture, mScroll);
-
-    QPainter painter(widget);
-    painter.setCompositionMode(QPainter::CompositionMode_Source);
-    painter.setPen(mBackgroundColor);
-    painter.setBrush(mBackgroundColor);
-    painter.drawRect(0, 0, widget->width(), widget->height());
-    painter.drawImage(place.mTarget,
-                      QImage(static_cast<const uchar *>(image->GetDataPointer()), picture.width(), picture.height(),
-                             picture.width() * 4, QImage::Format_RGB32),
-                      place.mSource);
-    lock.unlock();
-    painter.translate(place.mTarget.topLeft());
-    DrawOverlay(painter);
+    return true;
 }
 
 QRect DisplayWnd::DrawOverlay(QPainter &aPainter)

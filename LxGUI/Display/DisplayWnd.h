@@ -3,6 +3,7 @@
 #include <QtCore/QMutex>
 #include <QtCore/QPoint>
 #include <QtCore/QPointer>
+#include <QtCore/QWaitCondition>
 #include <QtGui/QColor>
 #include <QtGui/QFont>
 #include <atomic>
@@ -14,13 +15,16 @@
 #include "LxGUI/Frame/Wnd.h"
 #include "LxGUI/LxDisplayWnd.h"
 
-class QAction;
+class GLDisplay;
 class QContextMenuEvent;
 class QPainter;
 class QScrollBar;
 
-/// Shows images. Frames come from any thread: Display() converts them under the image mutex and posts a refresh; all
-/// widget work happens on the GUI thread.
+/// Shows images. Frames come from any thread; all widget work happens on the GUI thread.
+///
+/// Drawing in software, Display() converts the frame into the internal buffer and posts a refresh. Drawing by OpenGL,
+/// it leaves the frame pending, posts a refresh and waits until the child widget GLDisplay has taken it, at most 500
+/// ms.
 class DisplayWnd : public Wnd
 {
     Q_OBJECT
@@ -44,8 +48,8 @@ public:
     QString GetTextOverlay();
     void SetTextOverlaySize(int aSize);
     int GetTextOverlaySize();
-    void SetTextOverlayOffsetX(unsigned aOffset) { mOverlayOffsetX.store(static_cast<int>(aOffset)); }
-    void SetTextOverlayOffsetY(unsigned aOffset) { mOverlayOffsetY.store(static_cast<int>(aOffset)); }
+    void SetTextOverlayOffsetX(unsigned aOffset);
+    void SetTextOverlayOffsetY(unsigned aOffset);
     int GetTextOverlayOffsetX() const { return mOverlayOffsetX.load(); }
     int GetTextOverlayOffsetY() const { return mOverlayOffsetY.load(); }
 
@@ -55,6 +59,18 @@ public:
 
     /// Draws the overlay at the painter's origin; returns what it covers, empty when there is no text.
     QRect DrawOverlay(QPainter &aPainter);
+    /// Whether DrawOverlay() has something to draw.
+    bool HasOverlay();
+    /// Another number whenever DrawOverlay() may draw something else than before.
+    unsigned OverlayVersion() const { return mOverlayVersion; }
+
+    // for GLDisplay
+    QMutex &ImageMutex() { return mImageMutex; }
+    /// The frame that a caller of Display() waits with, or null; valid while the image mutex is held.
+    const ILxImage *PendingImage() const { return mPendingImage; }
+    /// Lets those go on who wait in Display(), the image mutex being held.
+    void WakeProducers() { mUploadDone.wakeAll(); }
+    bool IsVSync() const { return mVSync; }
 
     bool event(QEvent *aEvent) override;
     bool eventFilter(QObject *aObject, QEvent *aEvent) override;
@@ -79,15 +95,21 @@ protected:
 
 private:
     LxResult DisplayAccessUnit(const ILxH264AccessUnit *aUnit, bool aVSync);
+    LxResult ConvertFrame(const ILxImage *aImage);
+    void HandOver(const ILxImage *aImage);
     void TakeOverlay(bool aVSync);
+    bool IsOpenGL() const { return mRendererMode == LxRendererModeOpenGL; }
+    LxResult ChangeRendererMode(int aMode);
+    void MakeGLDisplay();
     QSize PictureSize();
     void ApplyBackground();
     void ChangeZoom(DisplayGeometry::ZoomMode aMode, double aFactor);
     void ApplyZoom();
     void UpdateScrollBars(const QSize &aPicture);
-    void PlaceScrollBars(const QSize &aSize);
+    void PlaceChildren(const QSize &aSize);
     bool OnKeyPress(int aKey);
     void OnContextMenu(const QContextMenuEvent &aEvent);
+    void RepaintOpenGL();
     void Paint();
 
     // GUI thread only
@@ -99,8 +121,14 @@ private:
     QPoint mScroll;
     QPointer<QScrollBar> mHorizontalBar;
     QPointer<QScrollBar> mVerticalBar;
+    QPointer<GLDisplay> mGLDisplay;  // in OpenGL mode, when there is a widget
 
-    QMutex mImageMutex;  // guards mInternalBuffer, mConverter and mDecoder
+    QMutex mImageMutex;  // guards mInternalBuffer, mConverter, mDecoder, mPendingImage, mWaitingProducers and mEnding
+    QWaitCondition mUploadDone;
+    QWaitCondition mProducersGone;
+    const ILxImage *mPendingImage = nullptr;
+    int mWaitingProducers = 0;
+    bool mEnding = false;
     LxBuffer mInternalBuffer{LxPayloadType::Image};
     LxBufferConverter mConverter{-1};
     LxH264Decoder mDecoder;
@@ -108,6 +136,7 @@ private:
     QMutex mRendererMutex;  // guards changes of mRendererMode and the handling of the private events
     std::atomic<int> mRendererMode{0};
     std::atomic<bool> mVSync{false};
+    std::atomic<bool> mRefreshPosted{false};
 
     QMutex mOverlayMutex;  // guards both texts and the font
     QString mOverlayText;
@@ -115,4 +144,5 @@ private:
     QFont mOverlayFont;
     std::atomic<int> mOverlayOffsetX{10};
     std::atomic<int> mOverlayOffsetY{10};
+    std::atomic<unsigned> mOverlayVersion{0};
 };

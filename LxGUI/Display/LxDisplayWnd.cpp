@@ -156,15 +156,15 @@ LxResult LxDisplayWnd::SetRendererMode(LxRendererMode aMode)
 
 LxString LxDisplayWnd::GetRenderer()
 {
-    return ToLxString(QStringLiteral("OpenGL ") + RendererInfo::Get().Renderer());
+    return ToLxString(QStringLiteral("OpenGL ") + RendererInfo::Get().mStrings.mRenderer);
 }
 
 LxString LxDisplayWnd::GetRendererVersion()
 {
-    return ToLxString(RendererInfo::Get().Version());
+    return ToLxString(RendererInfo::Get().mStrings.mVersion);
 }
 
 LxRendererMode LxDisplayWnd::GetHighestRendererMode()
 {
-    return ToPublicMode(RendererInfo::Get().HighestMode());
+    return ToPublicMode(RendererInfo::Get().mHighestMode);
 }

@@ -1,23 +1,28 @@
 #pragma once
 
-#include <QtCore/QString>
+#include <QtOpenGLWidgets/QOpenGLWidget>
 
-/// What the machine can draw with; probed once for the process.
-class RendererInfo
+#include "LxGUI/Display/RendererProbe.h"
+
+/// What the machine can draw with; asked once for the process. The object is never shown, keeps no native resources
+/// after its construction and is never destroyed.
+class RendererInfo : public QOpenGLWidget
 {
-public:
-    /// The shared object, made on first use and never destroyed. Callable from any thread.
-    static RendererInfo &Get();
+    Q_OBJECT
 
-    /// The highest usable renderer mode.
-    int HighestMode() const { return mHighestMode; }
-    const QString &Renderer() const { return mRenderer; }
-    const QString &Version() const { return mVersion; }
+public:
+    struct Facts
+    {
+        RendererStrings mStrings;
+        int mHighestMode = 0;
+    };
+
+    /// Callable from any thread; the first call asks OpenGL on the GUI thread and waits for it. Without an application
+    /// that can have windows nothing is asked, and a later call may still do so.
+    static const Facts &Get();
 
 private:
-    RendererInfo() = default;
+    RendererInfo();
 
-    int mHighestMode = 0;
-    QString mRenderer = QStringLiteral("Default");
-    QString mVersion = QStringLiteral("N/A");
+    Facts mFacts;
 };

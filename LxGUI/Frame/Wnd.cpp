@@ -63,6 +63,7 @@ LxResult Wnd::Create(HWND aParent, int /*aReserved*/)
     if (!child) {
         return LxResultCode::InvalidArgument;
     }
+    mEmbeddingParent = aParent;
     EmbedInParent(NativeWindows(), child, aParent);
     return LxResultCode::OK;
 }
@@ -252,6 +253,14 @@ void Wnd::MakeFixedSizeDialog(int aWidth, int aHeight)
     }
 }
 
+void Wnd::RestoreEmbedding()
+{
+    const HWND child = mWidget && mEmbeddingParent ? NativeHandle(mWidget) : nullptr;
+    if (child && NativeWindows().GetParent(child) != mEmbeddingParent) {
+        EmbedInParent(NativeWindows(), child, mEmbeddingParent);
+    }
+}
+
 void Wnd::BuildContent()
 {
     mOthers = mWidget->children();
@@ -314,6 +323,7 @@ void Wnd::SetWidget(QWidget *aWidget)
     FreeWidget(std::exchange(mPrivateWidget, nullptr));
     OwnedApplication::LeaveAloneAtExit();
     mWidget = aWidget;
+    mEmbeddingParent = nullptr;
     mWidgetIsDialog = aWidget == mDialog;
     connect(mWidget, &QObject::destroyed, this, &Wnd::OnWidgetDestroyed);
 }

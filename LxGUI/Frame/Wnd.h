@@ -69,6 +69,9 @@ protected:
     QWidget *Content() const { return mContent; }
     /// MakeFixedSizeDialog() of FixedSizeDialog.h for the window's dialog; nothing when the content is not in it.
     void MakeFixedSizeDialog(int aWidth, int aHeight);
+    /// Puts the widget back under the native parent that Create() gave it, if it has lost it: Qt may replace the native
+    /// window of a widget, for example when the first OpenGL widget comes into it.
+    void RestoreEmbedding();
 
 private:
     void EnsureWidget();
@@ -96,5 +99,6 @@ private:
     QPointer<QWidget> mContent;
     QList<QPointer<QObject>> mParts;   // The direct children of the widget that CreateLayout() made.
     QObjectList mOthers;               // Those that were there before it; only while it runs.
+    HWND mEmbeddingParent = nullptr;   // Of the current widget.
     QPointer<QWidget> mPrivateWidget;  // The current plain widget, as long as no host has got it.
 };

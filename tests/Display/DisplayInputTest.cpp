@@ -1,4 +1,7 @@
+#include <QtCore/QMetaMethod>
 #include <QtCore/QTimer>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QResizeEvent>
 #include <QtGui/QWheelEvent>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -181,4 +184,61 @@ TEST_F(DisplayInput, DraggingABarScrollsThePicture)
     Bar("verticalScrollBar")->setValue(50);
     const QImage shot = Shot();
     EXPECT_EQ(shot.pixel(0, 0), PictureColor(100, 50));
+}
+
+TEST_F(DisplayInput, AMenuLeftWithoutAChoiceChangesNothing)
+{
+    mDisplay.OnMainZoom1To1();
+    ChooseFromMenu({10, 10}, "no such entry");
+    EXPECT_EQ(mDisplay.GetZoom().mMode, ZoomOneToOne);
+    EXPECT_EQ(Bar("horizontalScrollBar")->value(), 309);
+}
+
+TEST_F(DisplayInput, EventsThatOnlyTakePartOfTheWorkGoOnToTheWidget)
+{
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(5, 5), mHost.mapToGlobal(QPointF(5, 5)), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    EXPECT_FALSE(mDisplay.eventFilter(&mHost, &press));
+    QResizeEvent resize({500, 400}, {400, 300});
+    EXPECT_FALSE(mDisplay.eventFilter(&mHost, &resize));
+    EXPECT_EQ(Bar("verticalScrollBar")->geometry(), QRect(482, 0, 18, 400)) << "the event's size counts";
+    QMouseEvent move(QEvent::MouseMove, QPointF(5, 5), mHost.mapToGlobal(QPointF(5, 5)), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
+    EXPECT_FALSE(mDisplay.eventFilter(&mHost, &move));
+    QObject stranger;
+    EXPECT_FALSE(mDisplay.eventFilter(&stranger, &move));
+}
+
+TEST_F(DisplayInput, ABarThatIsNotNeededTakesItsScrollValueAway)
+{
+    mDisplay.OnMainZoom1To1();
+    Bar("horizontalScrollBar")->setValue(600);
+    Bar("verticalScrollBar")->setValue(500);
+    mDisplay.OnMainZoomFit();
+    EXPECT_TRUE(Bar("horizontalScrollBar")->isHidden());
+    EXPECT_TRUE(Bar("verticalScrollBar")->isHidden());
+    ShowPicture(100, 90);
+    mDisplay.OnMainZoom1To1();
+    EXPECT_EQ(Shot().pixel(150, 105), PictureColor(0, 0)) << "centred, not scrolled";
+}
+
+TEST_F(DisplayInput, AFrameOfAnotherSizeKeepsBarsAndZoom)
+{
+    mDisplay.OnMainZoom1To1();
+    ShowPicture(420, 330);
+    EXPECT_EQ(Bar("horizontalScrollBar")->maximum(), 1000 - 382);
+    EXPECT_EQ(mDisplay.GetZoom().mMode, ZoomOneToOne);
+    Shot();
+}
+
+TEST(DisplayMetaObject, HasItsSlotsInOrder)
+{
+    const QMetaObject &meta = DisplayWnd::staticMetaObject;
+    QStringList slots_;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        slots_ << QString::fromLatin1(meta.method(i).methodSignature());
+        EXPECT_EQ(meta.method(i).methodType(), QMetaMethod::Slot);
+    }
+    EXPECT_EQ(slots_, QStringList({"OnMainZoom1To1()", "OnMainZoomFit()", "OnMainZoomIn()", "OnMainZoomOut()",
+                                   "OnMainCenterHere()", "OnHorizontalScroll(int)", "OnVerticalScroll(int)"}));
 }

@@ -1,86 +1,6 @@
-#include <cstring>
-
 #include "DisplayTest.h"
+#include "FakePayloads.h"
 #include "LxGUI/LxDisplayWnd.h"
-
-namespace
-{
-
-class FakeGenDCImage : public ILxGenDCImage
-{
-public:
-    explicit FakeGenDCImage(const LxImage *aImage) : mImage(aImage) {}
-    uint32_t GetWidth() const override { return mImage ? mImage->GetWidth() : 0; }
-    uint32_t GetHeight() const override { return mImage ? mImage->GetHeight() : 0; }
-    LxPixelType GetPixelType() const override { return mImage ? mImage->GetPixelType() : LxPixelType::None; }
-    const void *GetDataPointer() const override { return mNoData ? nullptr : mImage->GetDataPointer(); }
-    uint64_t GetDataSize() const override { return mNoData ? 0 : mImage->GetDataSize(); }
-    uint32_t GetPaddingX() const override { return 0; }
-    uint32_t GetPaddingY() const override { return 0; }
-
-    bool mNoData = false;
-
-private:
-    const LxImage *mImage;
-};
-
-class FakePart : public ILxGenDCPart
-{
-public:
-    uint16_t GetHeaderType() const override { return 0x4200; }
-    const ILxGenDCImage *GetImage() const override { return mImage; }
-
-    const ILxGenDCImage *mImage = nullptr;
-};
-
-class FakeComponent : public ILxGenDCComponent
-{
-public:
-    uint64_t GetTypeID() const override { return 1; }
-    uint32_t GetPartCount() const override { return static_cast<uint32_t>(mParts.size()); }
-    const ILxGenDCPart *GetPart(uint32_t aIndex) const override { return mParts[aIndex]; }
-
-    std::vector<const ILxGenDCPart *> mParts;
-};
-
-class FakeContainer : public ILxGenDCContainer
-{
-public:
-    uint32_t GetComponentCount() const override { return static_cast<uint32_t>(mComponents.size()); }
-    const ILxGenDCComponent *GetComponent(uint32_t aIndex) const override { return mComponents[aIndex]; }
-
-    std::vector<const ILxGenDCComponent *> mComponents;
-};
-
-class FakeAccessUnit : public ILxH264AccessUnit
-{
-public:
-    const void *GetDataPointer() const override { return "x"; }
-    uint64_t GetDataSize() const override { return 1; }
-};
-
-/// A display whose decoder delivers a number of frames of growing size.
-class DecodingDisplay : public DisplayWnd
-{
-public:
-    LxResult mProcessResult;
-    int mFrames = 0;
-
-protected:
-    LxResult ProcessAccessUnit(const ILxH264AccessUnit *) override { return mProcessResult; }
-    LxResult RetrieveFrame(LxImage *aImage) override
-    {
-        if (mFrames == 0) {
-            return LxResult(LxResultCode::NotFound);
-        }
-        --mFrames;
-        const LxResult result = aImage->Alloc(40, 30, LxPixelType::BGRa8);
-        std::memset(aImage->GetDataPointer(), 0x80, 40 * 30 * 4);
-        return result;
-    }
-};
-
-}  // namespace
 
 class DisplayResult : public DisplayTest
 {
@@ -176,4 +96,59 @@ TEST(DisplayRenderer, OnlySoftwareIsThereAndUnknownModesAreRejected)
     EXPECT_EQ(display.SetRendererMode(LxRendererModeUnknown).GetCode(), 16385u);
     EXPECT_STREQ(LxDisplayWnd::GetRenderer().GetAscii(), "OpenGL Default");
     EXPECT_STREQ(LxDisplayWnd::GetRendererVersion().GetAscii(), "N/A");
+}
+
+TEST_F(DisplayResult, FramesThatLieAboutTheirSizeGiveACodeAndReadNothingBehindTheirData)
+{
+    ShowAt(100, 100);
+    ShowPicture(100, 100);
+    class Lying : public ILxImage
+    {
+    public:
+        uint32_t GetWidth() const override { return mWidth; }
+        uint32_t GetHeight() const override { return mHeight; }
+        LxPixelType GetPixelType() const override { return mType; }
+        const void *GetDataPointer() const override { return mData.get(); }
+        uint64_t GetDataSize() const override { return mData ? 64 : 0; }
+        uint32_t GetPaddingX() const override { return mPaddingX; }
+        uint32_t GetPaddingY() const override { return mPaddingY; }
+        uint32_t GetOffsetX() const override { return 0; }
+        uint32_t GetOffsetY() const override { return 0; }
+
+        std::unique_ptr<uint8_t[]> mData{new uint8_t[64]()};  // exactly as much as it says
+        uint32_t mWidth = 8;
+        uint32_t mHeight = 8;
+        LxPixelType mType = LxPixelType::Mono8;
+        uint32_t mPaddingX = 0;
+        uint32_t mPaddingY = 0;
+    };
+    struct Case
+    {
+        uint32_t mWidth, mHeight, mPaddingX, mPaddingY;
+        LxResultCode mCode;
+    };
+    const Case cases[] = {
+        {9, 8, 0, 0, LxResultCode::BufferTooSmall},
+        {8, 9, 0, 0, LxResultCode::BufferTooSmall},
+        {8, 8, 1, 0, LxResultCode::BufferTooSmall},
+        {8, 8, 0, 1, LxResultCode::BufferTooSmall},
+        {8, 8, 0xFFFFFFFF, 0, LxResultCode::BufferTooSmall},
+        {8, 8, 0, 0xFFFFFFFF, LxResultCode::BufferTooSmall},
+        {1, 0xFFFFFFFF, 0, 0, LxResultCode::BufferTooSmall},
+        {0xFFFFFFFF, 1, 0, 0, LxResultCode::InvalidArgument},
+        {0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, LxResultCode::InvalidArgument},
+    };
+    for (const Case &c : cases) {
+        Lying image;
+        image.mWidth = c.mWidth;
+        image.mHeight = c.mHeight;
+        image.mPaddingX = c.mPaddingX;
+        image.mPaddingY = c.mPaddingY;
+        EXPECT_EQ(mDisplay.Display(&image, false), LxResult(c.mCode)) << c.mWidth << 'x' << c.mHeight;
+        EXPECT_EQ(Shot().pixel(30, 40), PictureColor(30, 40)) << "the last picture stays";
+    }
+    Lying image;
+    image.mData.reset();
+    EXPECT_EQ(mDisplay.Display(&image, false), LxResult(LxResultCode::InvalidArgument));
+    EXPECT_EQ(Shot().pixel(30, 40), PictureColor(30, 40));
 }

@@ -1,6 +1,7 @@
 #include "DisplayTest.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtGui/QWindow>
 
 std::unique_ptr<LxBuffer> MakePicture(int aWidth, int aHeight)
 {
@@ -35,11 +36,20 @@ int CountGreen(const QImage &aImage, const QRect &aArea)
     return count;
 }
 
+bool WaitForScreen(const QWidget &aWidget)
+{
+    return WaitForGui([&] {
+        const QWindow *window = aWidget.window()->windowHandle();
+        return aWidget.isVisible() && window && window->isExposed();
+    });
+}
+
 void DisplayTest::ShowAt(int aWidth, int aHeight)
 {
     mHost.resize(aWidth, aHeight);
     ASSERT_TRUE(mDisplay.Create(&mHost).IsOK());
-    ASSERT_TRUE(WaitForGui([&] { return mHost.isVisible() && mHost.size() == QSize(aWidth, aHeight); }));
+    ASSERT_TRUE(WaitForScreen(mHost));
+    ASSERT_TRUE(WaitForGui([&] { return mHost.size() == QSize(aWidth, aHeight); }));
     Settle();
 }
 

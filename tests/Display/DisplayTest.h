@@ -27,6 +27,8 @@ protected:
     DisplayWnd mDisplay;
 };
 
+/// Waits until a widget is on the screen.
+bool WaitForScreen(const QWidget &aWidget);
 /// The picture that ShowPicture() shows.
 std::unique_ptr<LxBuffer> MakePicture(int aWidth, int aHeight);
 QRgb PictureColor(int aX, int aY);

@@ -1,4 +1,5 @@
 #include <QtWidgets/QDialog>
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
@@ -161,6 +162,116 @@ TEST_F(DisplayWindow, BuildingTheContentAgainKeepsOnePairOfBars)
     mDisplay.OnMainZoom1To1();
     EXPECT_FALSE(Bar("horizontalScrollBar")->isHidden());
     EXPECT_EQ(Shot().pixel(0, 0), PictureColor(309, 259));
+}
+
+TEST_F(DisplayWindow, BuildingTheContentAgainKeepsZoomAndScrollPosition)
+{
+    ShowAt(400, 300);
+    ShowPicture(1000, 800);
+    mDisplay.OnMainZoom1To1();
+    Bar("horizontalScrollBar")->setValue(100);
+    Bar("verticalScrollBar")->setValue(50);
+    QWidget other;
+    other.resize(400, 300);
+    ASSERT_TRUE(mDisplay.Create(&other).IsOK());
+    const auto *bar = other.findChild<QScrollBar *>("horizontalScrollBar");
+    ASSERT_NE(bar, nullptr);
+    EXPECT_TRUE(bar->isVisible());
+    EXPECT_EQ(bar->geometry(), QRect(0, 282, 400, 18));
+    EXPECT_EQ(bar->value(), 100);
+    EXPECT_EQ(bar->maximum(), 1000 - 382);
+    Settle();
+    EXPECT_EQ(Grab(&other).pixel(0, 0), PictureColor(100, 50));
+    ASSERT_TRUE(mDisplay.Create(&mHost).IsOK());  // `other` ends first
+}
+
+TEST_F(DisplayWindow, ItsWidgetTakesTheKeyboardAndAllSpace)
+{
+    ShowAt(200, 100);
+    EXPECT_EQ(mHost.focusPolicy(), Qt::StrongFocus);
+    EXPECT_EQ(mHost.sizePolicy(), QSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::MinimumExpanding));
+    EXPECT_TRUE(Bar("horizontalScrollBar")->isHidden());
+    EXPECT_TRUE(Bar("verticalScrollBar")->isHidden());
+    EXPECT_EQ(Bar("horizontalScrollBar")->geometry(), QRect(0, 82, 200, 18));
+    EXPECT_EQ(Bar("verticalScrollBar")->geometry(), QRect(182, 0, 18, 100));
+}
+
+TEST_F(DisplayWindow, AFirstFrameThatCannotBeConvertedShowsNothing)
+{
+    ShowAt(100, 100);
+    LxImage image;
+    uint8_t data[64 * 8] = {};
+    ASSERT_TRUE(image.Attach(data, 8, 8, static_cast<LxPixelType>(0x8020FFFF)).IsOK());
+    EXPECT_FALSE(mDisplay.Display(static_cast<const ILxImage *>(&image), false).IsOK());
+    EXPECT_EQ(mDisplay.GetInternalBuffer().GetDataPointer(), nullptr);
+    EXPECT_EQ(Shot().pixel(50, 50), QColor(Qt::darkGray).rgb());
+}
+
+TEST_F(DisplayWindow, AFrameThatCannotBeConvertedKeepsTheLastPicture)
+{
+    ShowAt(100, 100);
+    ShowPicture(100, 100);
+    LxImage image;
+    uint8_t data[64 * 8] = {};
+    ASSERT_TRUE(image.Attach(data, 8, 8, static_cast<LxPixelType>(0x8020FFFF)).IsOK());
+    EXPECT_FALSE(mDisplay.Display(static_cast<const ILxImage *>(&image), false).IsOK());
+    EXPECT_EQ(Shot().pixel(30, 40), PictureColor(30, 40));
+}
+
+TEST_F(DisplayWindow, APictureOfTheHostsOwnMakingIsShownOnlyWhenItCanBe)
+{
+    ShowAt(100, 100);
+    ASSERT_TRUE(mDisplay.GetInternalBuffer().GetImage()->Alloc(100, 100, LxPixelType::Mono8).IsOK());
+    EXPECT_EQ(Shot().pixel(50, 50), QColor(Qt::darkGray).rgb());
+}
+
+TEST_F(DisplayWindow, ARefreshFromAnotherThreadRepaints)
+{
+    ShowAt(100, 100);
+    ShowPicture(100, 100);
+    auto *pixels = static_cast<QRgb *>(mDisplay.GetInternalBuffer().GetImage()->GetDataPointer());
+    std::fill_n(pixels, 100 * 100, qRgb(9, 8, 7));
+    class Paints : public QObject
+    {
+    public:
+        bool eventFilter(QObject *, QEvent *aEvent) override
+        {
+            mCount += aEvent->type() == QEvent::Paint;
+            return false;
+        }
+        int mCount = 0;
+    } paints;
+    mHost.installEventFilter(&paints);
+    std::thread([&] { mDisplay.Refresh(); }).join();
+    EXPECT_EQ(paints.mCount, 0) << "nothing happens on the calling thread";
+    EXPECT_TRUE(WaitForGui([&] { return paints.mCount > 0; }));
+    EXPECT_EQ(Shot().pixel(50, 50), qRgb(9, 8, 7));
+}
+
+TEST_F(DisplayWindow, ManyFramesBetweenTwoPaintsCostOnePaint)
+{
+    ShowAt(100, 100);
+    const auto picture = MakePicture(100, 100);
+    int events = 0;
+    for (int i = 0; i < 20; ++i) {
+        ASSERT_TRUE(mDisplay.Display(*picture, false).IsOK());
+    }
+    class Events : public QObject
+    {
+    public:
+        explicit Events(int &aCount) : mCount(aCount) {}
+        bool eventFilter(QObject *, QEvent *aEvent) override
+        {
+            mCount += aEvent->type() == 11244;
+            return false;
+        }
+        int &mCount;
+    } filter(events);
+    mDisplay.installEventFilter(&filter);
+    Settle();
+    EXPECT_EQ(events, 1);
+    ShowPicture(100, 100);
+    EXPECT_EQ(events, 2) << "the next one comes through";
 }
 
 TEST_F(DisplayWindow, TheHostsWidgetMayDieFirst)

@@ -1,0 +1,453 @@
+// What only the OpenGL renderer does. On an X server.
+
+#include <gmock/gmock.h>
+
+#include <QtCore/QElapsedTimer>
+#include <QtGui/QWheelEvent>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+#include <atomic>
+#include <thread>
+
+#include "LxGUI/LxDisplayWnd.h"
+#include "OpenGLTest.h"
+#include "WaitFor.h"
+
+using testing::ElementsAre;
+using namespace DisplayGeometry;
+
+namespace
+{
+
+const QRgb cDarkGray = QColor(Qt::darkGray).rgb();
+
+/// Runs something on another thread while the GUI thread handles events.
+template <typename Function>
+void OnAnotherThread(Function aFunction)
+{
+    std::atomic<bool> done{false};
+    std::thread thread([&] {
+        aFunction();
+        done = true;
+    });
+    EXPECT_TRUE(WaitForGui([&] { return done.load(); }));
+    thread.join();
+}
+
+}  // namespace
+
+class OpenGLDisplay : public OpenGLTest
+{
+};
+
+TEST_F(OpenGLDisplay, LargeFramesAreHalvedOnce)
+{
+    ShowAt(500, 300);
+    ShowPicture(5000, 3001);
+    EXPECT_EQ(GL()->FrameSize(), QSize(2500, 1500));
+    const QRgb color = Screen().pixel(250, 150);
+    EXPECT_NEAR(qRed(color), 2505 % 256, 10);
+    EXPECT_EQ(qBlue(color), 77);
+    ShowPicture(4096, 10);
+    EXPECT_EQ(GL()->FrameSize(), QSize(4096, 10)) << "the limit itself is not halved";
+    ShowPicture(4097, 1);
+    EXPECT_EQ(GL()->FrameSize(), QSize(2048, 1));
+}
+
+TEST_F(OpenGLDisplay, FramesStillTooLargeAfterHalvingShowNothing)
+{
+    ShowAt(200, 100);
+    ShowPicture(200, 100);
+    ASSERT_TRUE(mDisplay.Display(*MakePicture(10000, 100), false).IsOK());
+    EXPECT_EQ(GL()->FrameSize(), QSize(2500, 25));
+    EXPECT_EQ(Screen().pixel(100, 50), cDarkGray);
+    ASSERT_TRUE(mDisplay.Display(*MakePicture(1, 9000), false).IsOK());
+    EXPECT_EQ(Screen().pixel(100, 50), cDarkGray);
+    ASSERT_TRUE(mDisplay.Display(*MakePicture(80000, 2), false).IsOK()) << "beyond every texture limit";
+    EXPECT_EQ(Screen().pixel(100, 50), cDarkGray);
+    ShowPicture(200, 100);
+    EXPECT_EQ(Screen().pixel(100, 50), PictureColor(100, 50));
+}
+
+TEST_F(OpenGLDisplay, AFrameThatCannotBeConvertedIsShownAsNothingAndIsNoError)
+{
+    ShowAt(100, 100);
+    ShowPicture(8, 8);
+    LxImage image;
+    uint8_t data[64 * 8] = {};
+    ASSERT_TRUE(image.Attach(data, 8, 8, static_cast<LxPixelType>(0x8020FFFF)).IsOK());
+    EXPECT_EQ(mDisplay.Display(static_cast<const ILxImage *>(&image), false).GetCode(), 0u);
+    EXPECT_EQ(Screen().pixel(50, 50), cDarkGray);
+}
+
+TEST_F(OpenGLDisplay, ANewFrameSizeMakesNewFrameObjectsAndAResizeOnlyOverlayObjects)
+{
+    ShowAt(200, 100);
+    ShowPicture(200, 100);
+    Screen();
+    EXPECT_EQ(GL()->LiveBufferCount(), 2u);
+    EXPECT_EQ(GL()->LiveTextureCount(), 2u);
+    mSpy.mBuffersMade = 0;
+    mSpy.mTexturesMade = 0;
+    ShowPicture(200, 100);
+    Screen();
+    EXPECT_EQ(mSpy.mBuffersMade, 0) << "the same size";
+    ShowPicture(100, 50);
+    Screen();
+    EXPECT_EQ(mSpy.mBuffersMade, 1) << "the same ratio: the overlay stays";
+    EXPECT_EQ(mSpy.mTexturesMade, 1);
+    mHost.resize(400, 200);
+    ASSERT_TRUE(WaitForGui([&] { return Screen().width() == 400 && mSpy.mBuffersMade > 1; }));
+    EXPECT_EQ(mSpy.mBuffersMade, 2);
+    EXPECT_EQ(mSpy.mTexturesMade, 2);
+    EXPECT_EQ(GL()->FrameSize(), QSize(100, 50));
+    EXPECT_EQ(GL()->LiveBufferCount(), 2u);
+    EXPECT_EQ(GL()->LiveTextureCount(), 2u);
+}
+
+TEST_F(OpenGLDisplay, ClearDeletesEveryObject)
+{
+    ShowAt(200, 100);
+    ShowPicture(200, 100);
+    Screen();
+    const QPointer<GLDisplay> gl = GL();
+    mDisplay.Clear();
+    QCoreApplication::sendPostedEvents(&mDisplay);
+    EXPECT_EQ(gl->LiveBufferCount(), 0u);
+    EXPECT_EQ(gl->LiveTextureCount(), 0u);
+    EXPECT_EQ(gl->FrameSize(), QSize(0, 0));
+    ShowPicture(200, 100);
+    Screen();
+    EXPECT_EQ(gl->LiveBufferCount(), 2u);
+}
+
+TEST_F(OpenGLDisplay, AClearOnItsWayDoesNotTakeTheNextFrame)
+{
+    ShowAt(200, 100);
+    ShowPicture(200, 100);
+    mDisplay.Clear();
+    ShowPicture(200, 100);
+    EXPECT_EQ(Screen().pixel(30, 40), PictureColor(30, 40));
+}
+
+TEST_F(OpenGLDisplay, TheOverlayIsUploadedOnlyWhenItChanges)
+{
+    ShowAt(300, 200);
+    mDisplay.SetTextOverlay("one");
+    ShowPicture(100, 50);
+    Screen();
+    mSpy.mUploads.clear();
+    ShowPicture(100, 50);
+    Screen();
+    EXPECT_THAT(mSpy.mUploads, ElementsAre(QSize(100, 50)));
+    mDisplay.SetTextOverlay("two");
+    ShowPicture(100, 50);
+    Screen();
+    EXPECT_THAT(mSpy.mUploads, ElementsAre(QSize(100, 50), QSize(100, 50), QSize(300, 150)));
+}
+
+TEST_F(OpenGLDisplay, WithoutTextNoOverlayIsUploaded)
+{
+    ShowAt(300, 200);
+    ShowPicture(100, 50);
+    ShowPicture(100, 50);
+    Screen();
+    EXPECT_THAT(mSpy.mUploads, ElementsAre(QSize(100, 50), QSize(100, 50)));
+}
+
+TEST_F(OpenGLDisplay, ADisplayOnTheGuiThreadShowsItsFrameAtOnce)
+{
+    ShowAt(200, 100);
+    const auto picture = MakePicture(200, 100);
+    mSpy.mUploads.clear();
+    for (int i = 1; i <= 5; ++i) {
+        ASSERT_TRUE(mDisplay.Display(*picture, false).IsOK());
+        EXPECT_EQ(mSpy.mUploads.size(), static_cast<size_t>(i)) << "taken before the call returned";
+    }
+}
+
+TEST_F(OpenGLDisplay, AFrameShownBeforeTheWindowIsOnTheScreenIsThereWhenItComes)
+{
+    mHost.resize(200, 100);
+    ASSERT_TRUE(mDisplay.Create(&mHost).IsOK());
+    ASSERT_TRUE(mDisplay.Display(*MakePicture(200, 100), false).IsOK());
+    EXPECT_EQ(GL()->FrameSize(), QSize(200, 100));
+    ASSERT_TRUE(WaitForScreen(mHost));
+    EXPECT_EQ(Screen().pixel(30, 40), PictureColor(30, 40));
+}
+
+TEST_F(OpenGLDisplay, EveryFrameOfAnotherThreadIsTakenAlsoWhileTheWindowIsResized)
+{
+    ShowAt(200, 100);
+    ShowPicture(10, 10);
+    mSpy.mUploads.clear();
+    constexpr int cFrames = 60;
+    std::vector<std::unique_ptr<LxBuffer>> pictures;
+    for (int i = 0; i < cFrames; ++i) {
+        pictures.push_back(MakePicture(100 + i, 50));
+    }
+    std::atomic<int> shown{0};
+    std::thread producer([&] {
+        for (const auto &picture : pictures) {
+            EXPECT_TRUE(mDisplay.Display(*picture, false).IsOK());
+            ++shown;
+        }
+    });
+    int size = 0;
+    ASSERT_TRUE(WaitForGui([&] {
+        ++size;
+        mHost.resize(200 + size % 50, 100 + size % 30);
+        mHost.update();
+        return shown == cFrames;
+    }));
+    producer.join();
+    int taken = 0;
+    for (const auto &picture : pictures) {
+        const QSize frame(static_cast<int>(picture->GetImage()->GetWidth()), 50);
+        taken += std::count(mSpy.mUploads.begin(), mSpy.mUploads.end(), frame) > 0;
+    }
+    EXPECT_EQ(taken, cFrames);
+}
+
+TEST_F(OpenGLDisplay, AFrameThatNobodyTakesIsDroppedAfterHalfASecond)
+{
+    ShowAt(200, 100);
+    ShowPicture(200, 100);
+    mHost.hide();
+    Settle();
+    mSpy.mUploads.clear();
+    const auto picture = MakePicture(200, 100);
+    qint64 elapsed = 0;
+    OnAnotherThread([&] {
+        QElapsedTimer clock;
+        clock.start();
+        EXPECT_EQ(mDisplay.Display(*picture, false).GetCode(), 0u);
+        elapsed = clock.elapsed();
+    });
+    EXPECT_GE(elapsed, 490);
+    EXPECT_TRUE(mSpy.mUploads.empty());
+    EXPECT_EQ(mDisplay.PendingImage(), nullptr);
+    mHost.show();
+    ASSERT_TRUE(WaitForScreen(mHost));
+    ShowPicture(200, 100);
+    EXPECT_EQ(Screen().pixel(30, 40), PictureColor(30, 40));
+}
+
+TEST_F(OpenGLDisplay, SeveralProducersDoNotTakeEachOthersFramesAway)
+{
+    ShowAt(200, 100);
+    const auto first = MakePicture(60, 40);
+    const auto second = MakePicture(80, 40);
+    std::atomic<int> done{0};
+    std::vector<std::thread> producers;
+    for (const LxBuffer *picture : {first.get(), second.get()}) {
+        producers.emplace_back([&, picture] {
+            for (int i = 0; i < 30; ++i) {
+                EXPECT_TRUE(mDisplay.Display(*picture, false).IsOK());
+            }
+            ++done;
+        });
+    }
+    EXPECT_TRUE(WaitForGui([&] { return done == 2; }));
+    for (std::thread &producer : producers) {
+        producer.join();
+    }
+    EXPECT_EQ(mDisplay.PendingImage(), nullptr);
+}
+
+TEST_F(OpenGLDisplay, WithoutAnEntryPointNothingIsDrawnAndNobodyWaits)
+{
+    mSpy.mMissing = {"glMapBuffer"};
+    ShowAt(200, 100);
+    const auto picture = MakePicture(200, 100);
+    OnAnotherThread([&] { EXPECT_EQ(mDisplay.Display(*picture, false).GetCode(), 0u); });
+    EXPECT_EQ(mSpy.mBuffersMade, 0);
+    EXPECT_EQ(mSpy.mTexturesMade, 0);
+    EXPECT_TRUE(mSpy.mUploads.empty());
+    EXPECT_EQ(GL()->LiveBufferCount(), 0u);
+}
+
+TEST_F(OpenGLDisplay, AFailedMappingDropsTheFrameAndNobodyWaits)
+{
+    ShowAt(200, 100);
+    mDisplay.SetTextOverlay("HHHH");
+    mSpy.mFailMaps = true;
+    const auto picture = MakePicture(200, 100);
+    std::atomic<int> shown{0};
+    OnAnotherThread([&] {
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_EQ(mDisplay.Display(*picture, false).GetCode(), 0u);
+            ++shown;
+        }
+    });
+    EXPECT_EQ(shown, 3);
+    mSpy.mFailMaps = false;
+    ShowPicture(200, 100);
+    EXPECT_EQ(Screen().pixel(150, 80), PictureColor(150, 80));
+}
+
+TEST_F(OpenGLDisplay, TheSwapIntervalFollowsTheFlagOfTheLastFrame)
+{
+    mSpy.mPlatformExtensions = "GLX_EXT_something GLX_SGI_swap_control";
+    ShowAt(200, 100);
+    const auto picture = MakePicture(20, 10);
+    mSpy.mSwapControl.clear();
+    mDisplay.Display(*picture, true);
+    mDisplay.Display(*picture, false);
+    EXPECT_THAT(mSpy.mSwapControl, ElementsAre("SGI 1", "SGI 0"));
+}
+
+TEST_F(OpenGLDisplay, VerticalSynchronisationIsSwitchedOffTheWayThatCanDoIt)
+{
+    mSpy.mPlatformExtensions = "GLX_SGI_swap_control GLX_MESA_swap_control";
+    ShowAt(200, 100);
+    const auto picture = MakePicture(20, 10);
+    mSpy.mSwapControl.clear();
+    mDisplay.Display(*picture, true);
+    mDisplay.Display(*picture, false);
+    EXPECT_THAT(mSpy.mSwapControl, ElementsAre("SGI 1", "MESA 0"));
+}
+
+TEST_F(OpenGLDisplay, SwapControlThatThePlatformDoesNotNameIsNeverCalled)
+{
+    mSpy.mPlatformExtensions = "GLX_SGI_swap_control_tear GLX_ARB_multisample";
+    ShowAt(200, 100);
+    mDisplay.Display(*MakePicture(20, 10), true);
+    EXPECT_TRUE(mSpy.mSwapControl.empty());
+}
+
+TEST_F(OpenGLDisplay, ZoomAndScrollBarsHaveNoEffect)
+{
+    ShowAt(200, 100);
+    ShowPicture(400, 200);
+    mDisplay.OnMainZoom1To1();
+    mDisplay.OnMainZoomIn();
+    QTest::keyClick(&mHost, Qt::Key_Plus);
+    QWheelEvent wheel(QPointF(10, 10), mHost.mapToGlobal(QPointF(10, 10)), {}, QPoint(0, 120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&mHost, &wheel);
+    mDisplay.OnMainCenterHere();
+    EXPECT_TRUE(Bar("horizontalScrollBar")->isHidden());
+    EXPECT_TRUE(Bar("verticalScrollBar")->isHidden());
+    EXPECT_EQ(GL()->geometry(), QRect(0, 0, 200, 100));
+    ExpectFitted(Screen(), *MakePicture(400, 200)->GetImage(), cDarkGray, 1);
+}
+
+TEST_F(OpenGLDisplay, ClicksOnThePictureGiveTheWindowTheKeyboard)
+{
+    ShowAt(200, 100);
+    ShowPicture(200, 100);
+    mHost.activateWindow();
+    mHost.clearFocus();
+    QTest::mouseClick(GL(), Qt::LeftButton);
+    EXPECT_TRUE(WaitForGui([&] { return QApplication::focusWidget() == &mHost || mHost.hasFocus(); }));
+}
+
+TEST_F(OpenGLDisplay, TheRendererMayBeChangedWhileItShows)
+{
+    ShowAt(200, 100);
+    for (int i = 0; i < 3; ++i) {
+        ShowPicture(200, 100);
+        ASSERT_EQ(mDisplay.SetRendererMode(0).GetCode(), 0u);
+        EXPECT_EQ(GL(), nullptr);
+        EXPECT_EQ(Screen().pixel(100, 50), cDarkGray) << "every change clears";
+        ShowPicture(400, 200);
+        mDisplay.OnMainZoom1To1();
+        EXPECT_EQ(Screen().pixel(0, 0), PictureColor((400 - 182) / 2, (200 - 82) / 2));
+        ASSERT_EQ(mDisplay.SetRendererMode(1).GetCode(), 0u);
+        EXPECT_EQ(mDisplay.GetInternalBuffer().GetDataPointer(), nullptr);
+        ASSERT_NE(GL(), nullptr);
+        EXPECT_EQ(GL()->geometry(), QRect(0, 0, 200, 100));
+        EXPECT_TRUE(Bar("horizontalScrollBar")->isHidden());
+        EXPECT_EQ(Screen().pixel(100, 50), cDarkGray);
+        ShowPicture(400, 200);
+        ExpectFitted(Screen(), *MakePicture(400, 200)->GetImage(), cDarkGray, 1);
+    }
+    EXPECT_EQ(mHost.findChildren<GLDisplay *>().size(), 1);
+    EXPECT_EQ(mHost.findChildren<QScrollBar *>().size(), 2);
+}
+
+TEST_F(OpenGLDisplay, TheRendererMayBeChangedFromAnotherThread)
+{
+    ShowAt(200, 100);
+    OnAnotherThread([&] {
+        EXPECT_EQ(mDisplay.SetRendererMode(0).GetCode(), 0u);
+        EXPECT_EQ(mDisplay.SetRendererMode(1).GetCode(), 0u);
+        EXPECT_EQ(mDisplay.SetRendererMode(2).GetCode(), 26u);
+    });
+    ShowPicture(200, 100);
+    EXPECT_EQ(Screen().pixel(30, 40), PictureColor(30, 40));
+}
+
+TEST_F(OpenGLDisplay, AChangeOfTheRendererLetsAWaitingFrameGo)
+{
+    ShowAt(200, 100);
+    mHost.hide();
+    Settle();
+    const auto picture = MakePicture(200, 100);
+    std::atomic<bool> done{false};
+    std::thread producer([&] {
+        mDisplay.Display(*picture, false);
+        done = true;
+    });
+    const auto isPending = [&] {
+        const QMutexLocker lock(&mDisplay.ImageMutex());
+        return mDisplay.PendingImage() != nullptr;
+    };
+    EXPECT_TRUE(WaitFor([&] { return isPending() || done; }));
+    EXPECT_EQ(mDisplay.SetRendererMode(0).GetCode(), 0u);
+    EXPECT_TRUE(WaitFor([&] { return done.load(); }));
+    producer.join();
+}
+
+TEST_F(OpenGLDisplay, AWindowMayEndWhileAFrameWaits)
+{
+    for (int i = 0; i < 5; ++i) {
+        QWidget host;
+        host.resize(100, 100);
+        auto display = std::make_unique<DisplayWnd>();
+        ASSERT_EQ(display->SetRendererMode(1).GetCode(), 0u);
+        ASSERT_TRUE(display->Create(&host).IsOK());
+        host.hide();
+        const auto picture = MakePicture(50, 50);
+        std::thread producer([&] { EXPECT_TRUE(display->Display(*picture, false).IsOK()); });
+        EXPECT_TRUE(WaitFor([&] {
+            const QMutexLocker lock(&display->ImageMutex());
+            return display->PendingImage() != nullptr;
+        }));
+        display.reset();
+        producer.join();
+    }
+}
+
+TEST(OpenGLRenderer, AModeSetBeforeThereIsAWidgetIsUsedWhenThereIs)
+{
+    LxDisplayWnd display;
+    ASSERT_EQ(display.SetRendererMode(LxRendererModeOpenGL).GetCode(), 0u);
+    EXPECT_EQ(display.GetRendererMode(), LxRendererModeOpenGL);
+    QWidget host;
+    host.resize(100, 100);
+    ASSERT_TRUE(display.Create(&host).IsOK());
+    EXPECT_NE(host.findChild<GLDisplay *>(), nullptr);
+    EXPECT_EQ(display.SetRendererMode(LxRendererModeReserved).GetCode(), 26u);
+    EXPECT_EQ(display.SetRendererMode(static_cast<LxRendererMode>(7)).GetCode(), 16385u);
+}
+
+TEST(OpenGLRenderer, AHostsOwnWindowIsKeptWhenTheRendererChanges)
+{
+    // the first OpenGL widget may make Qt replace the native window of what it is put into
+    QWidget window;
+    window.resize(300, 200);
+    QWidget inner(&window);
+    inner.setGeometry(50, 50, 200, 100);
+    window.show();
+    DisplayWnd display;
+    ASSERT_TRUE(display.Create(&inner).IsOK());
+    ASSERT_TRUE(WaitForScreen(window));
+    ASSERT_EQ(display.SetRendererMode(1).GetCode(), 0u);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(window.size(), QSize(300, 200));
+    ASSERT_TRUE(display.Display(*MakePicture(200, 100), false).IsOK());
+    EXPECT_EQ(Grab(&window).pixel(50 + 30, 50 + 40), PictureColor(30, 40));
+}

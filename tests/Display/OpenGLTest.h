@@ -1,0 +1,43 @@
+#pragma once
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "DisplayTest.h"
+#include "LxGUI/Display/GLDisplay.h"
+#include "LxGUI/Display/OpenGLFunctions.h"
+
+/// Stands between the display and OpenGL: counts calls, and makes entry points missing or failing. One at a time.
+struct OpenGLSpy
+{
+    OpenGLSpy();
+    ~OpenGLSpy();
+
+    std::set<std::string> mMissing;
+    bool mFailMaps = false;
+    QByteArray mPlatformExtensions;  ///< What the platform says it has; its own list when empty.
+
+    int mBuffersMade = 0;
+    int mTexturesMade = 0;
+    std::vector<QSize> mUploads;            ///< The sizes of all texture images.
+    std::vector<std::string> mSwapControl;  ///< Calls, for example "SGI 1".
+};
+
+/// A display that draws by OpenGL, in a host widget of its own, on an X server.
+class OpenGLTest : public DisplayTest
+{
+protected:
+    void SetUp() override;
+    GLDisplay *GL() const { return mHost.findChild<GLDisplay *>(); }
+    /// What the X server shows of a widget.
+    QImage Screen(QWidget *aWidget);
+    QImage Screen() { return Screen(&mHost); }
+
+    OpenGLSpy mSpy;
+};
+
+/// What a picture looks like when a renderer fits it into a window: the smallest rectangle that is not the background
+/// must be the fitted rectangle, and each of its pixels the nearest pixel of the picture, or one of its neighbours up
+/// to a distance. Colours off the picture must be the background.
+void ExpectFitted(const QImage &aShot, const LxImage &aPicture, QRgb aBackground, int aDistance = 0);
