@@ -18,6 +18,7 @@
 #include "ConnectAdvice.h"
 #include "FeatureDock.h"
 #include "LxDevice/LxDeviceGEV.h"
+#include "RendererChoice.h"
 
 namespace
 {
@@ -143,6 +144,7 @@ void ViewerWindow::MakeActions()
             [this](bool aShow) { mDisplay.SetTextOverlay(aShow ? mSession.CameraName().toUtf8().constData() : ""); });
     connect(add(view, tr("&Background Colour..."), QKeySequence(tr("Ctrl+B")), "backgroundAction"), &QAction::triggered,
             this, &ViewerWindow::ChooseBackground);
+    new RendererChoice(mDisplay, *view, *statusBar(), this);
     view->addSeparator();
     mRegistersAction = add(view, tr("&Registers..."), QKeySequence(tr("Ctrl+R")), "registersAction");
     connect(mRegistersAction, &QAction::triggered, this, &ViewerWindow::ShowRegisters);

@@ -1,3 +1,4 @@
+#include <QtCore/QSettings>
 #include <QtTest/QTest>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenu>
@@ -210,4 +211,26 @@ TEST_F(Viewer, MayBeClosedAtAnyTime)
     ConnectLive();
     LxSimulation::SetDevicePresent(Camera, false);
     mWindow->close();
+}
+
+TEST_F(Viewer, SaysWhichRendererDrawsAndFallsBackWhereThereIsNoOpenGL)
+{
+    const QString before = Status("rendererStatus");
+    EXPECT_EQ(before, "Software");
+    auto *menu = mWindow->findChild<QMenu *>("rendererMenu");
+    ASSERT_NE(menu, nullptr);
+    emit menu->aboutToShow();
+    EXPECT_FALSE(Action("openGLAction")->isEnabled()) << "the platform of this test has none";
+    EXPECT_EQ(Action("openGLAction")->text(), "OpenGL (not usable on this machine)");
+    EXPECT_TRUE(Action("softwareAction")->isChecked());
+
+    // chosen on another machine
+    mWindow.reset();
+    QSettings().setValue("openGL", true);
+    mWindow = std::make_unique<ViewerWindow>();
+    EXPECT_EQ(Status("rendererStatus"), "Software");
+    EXPECT_TRUE(Action("softwareAction")->isChecked());
+    EXPECT_TRUE(mWindow->findChild<QLabel *>("rendererStatus")->toolTip().contains("OpenGL cannot be used here"));
+    Action("softwareAction")->trigger();
+    EXPECT_FALSE(QSettings().value("openGL").toBool());
 }
