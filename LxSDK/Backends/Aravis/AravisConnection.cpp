@@ -18,6 +18,10 @@ namespace
 /// In the GVCP capability register: WRITEMEM is supported.
 constexpr uint32_t capabilityWriteMemory = 0x2;
 
+/// How long the end of a connection waits until the device has confirmed that it is free; one that has just stopped
+/// answering would need the seconds of the library.
+constexpr std::chrono::milliseconds answerTime{400};
+
 /// Whether the XML is of a schema before 1.1.0; one without numbers counts as new.
 bool IsOldSchema(const std::string &aXML)
 {
@@ -92,10 +96,7 @@ void AravisConnection::Close()
     if (mWatcher.joinable()) {
         mWatcher.join();
     }
-    GObjectPtr<_ArvDevice> device = mPort.SetDevice(nullptr);
-    if (slow) {
-        GiveBackInBackground(std::move(device));
-    }
+    GiveBackInBackground(mPort.SetDevice(nullptr), slow ? std::chrono::milliseconds(0) : answerTime);
 }
 
 std::shared_ptr<ArvDevicePort> AravisConnection::GetPort()

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -60,11 +61,17 @@ void RunInBackground(std::function<void()> aTask)
     }).detach();
 }
 
-void GiveBackInBackground(GObjectPtr<_ArvDevice> aDevice)
+void GiveBackInBackground(GObjectPtr<_ArvDevice> aDevice, std::chrono::milliseconds aPatience)
 {
-    if (aDevice) {
-        RunInBackground([device = std::shared_ptr<_ArvDevice>(std::move(aDevice))] {});
+    if (!aDevice) {
+        return;
     }
+    const auto done = std::make_shared<std::promise<void>>();
+    RunInBackground([device = std::shared_ptr<_ArvDevice>(std::move(aDevice)), done]() mutable {
+        device.reset();
+        done->set_value();
+    });
+    done->get_future().wait_for(aPatience);
 }
 
 }  // namespace LxDetail

@@ -2,6 +2,7 @@
 
 // Internal: calls that may take seconds and whose end nobody waits for.
 
+#include <chrono>
 #include <functional>
 
 #include "NodeMap/ArvSupport.h"
@@ -18,6 +19,8 @@ void RunInBackground(std::function<void()> aTask);
 
 /// Drops the reference there: with the last one the library gives control back, whether it had it or not, and waits for
 /// an answer.
-void GiveBackInBackground(GObjectPtr<_ArvDevice> aDevice);
+/// @param aPatience how long to wait for the end all the same.
+void GiveBackInBackground(GObjectPtr<_ArvDevice> aDevice,
+                          std::chrono::milliseconds aPatience = std::chrono::milliseconds(0));
 
 }  // namespace LxDetail
