@@ -24,7 +24,8 @@
 namespace
 {
 
-constexpr int cMarker = 64;  // The square at the top left that carries the number, in pixels of the frame.
+constexpr int cMarker = 64;     // The square at the top left that carries the number, in pixels of the frame.
+const QPoint cReadBack(4, 16);  // Within it on the screen, for all sizes that are measured.
 
 /// The grey value that tells a frame from those before.
 uint8_t Marker(int aNumber)
@@ -79,7 +80,7 @@ void Run(benchmark::State &aState, std::function<void(int)> aShow)
         ++number;
         do {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        } while (ReadBack({4, 4}) != Marker(number));
+        } while (ReadBack(cReadBack) != Marker(number));
     }
     aState.counters["rate fps"] = benchmark::Counter(static_cast<double>(number), benchmark::Counter::kIsRate);
 }
