@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 namespace LxDetail
@@ -12,8 +13,16 @@ namespace
 
 struct Ports
 {
-    std::mutex mMutex;  // guards mIDs
-    std::vector<LxString> mIDs;
+    using Entry = std::pair<LxString, std::shared_ptr<CameraLinkPort>>;
+
+    auto Find(const LxString &aID)
+    {
+        return std::find_if(mEntries.begin(), mEntries.end(),
+                            [&aID](const Entry &aEntry) { return aEntry.first == aID; });
+    }
+
+    std::mutex mMutex;  // guards mEntries
+    std::vector<Entry> mEntries;
 };
 
 Ports &GetPorts()
@@ -24,14 +33,14 @@ Ports &GetPorts()
 
 }  // namespace
 
-bool RegisterCameraLinkPort(const LxString &aID)
+bool RegisterCameraLinkPort(const LxString &aID, std::shared_ptr<CameraLinkPort> aPort)
 {
     Ports &ports = GetPorts();
     std::lock_guard lock(ports.mMutex);
-    if (std::find(ports.mIDs.begin(), ports.mIDs.end(), aID) != ports.mIDs.end()) {
+    if (ports.Find(aID) != ports.mEntries.end()) {
         return false;
     }
-    ports.mIDs.push_back(aID);
+    ports.mEntries.emplace_back(aID, std::move(aPort));
     return true;
 }
 
@@ -39,7 +48,9 @@ void UnregisterCameraLinkPort(const LxString &aID)
 {
     Ports &ports = GetPorts();
     std::lock_guard lock(ports.mMutex);
-    ports.mIDs.erase(std::remove(ports.mIDs.begin(), ports.mIDs.end(), aID), ports.mIDs.end());
+    if (const auto entry = ports.Find(aID); entry != ports.mEntries.end()) {
+        ports.mEntries.erase(entry);
+    }
 }
 
 LxStringList GetCameraLinkPorts()
@@ -47,10 +58,18 @@ LxStringList GetCameraLinkPorts()
     Ports &ports = GetPorts();
     std::lock_guard lock(ports.mMutex);
     LxStringList list;
-    for (const LxString &id : ports.mIDs) {
-        list.Add(id);
+    for (const Ports::Entry &entry : ports.mEntries) {
+        list.Add(entry.first);
     }
     return list;
+}
+
+std::shared_ptr<CameraLinkPort> FindCameraLinkPort(const LxString &aID)
+{
+    Ports &ports = GetPorts();
+    std::lock_guard lock(ports.mMutex);
+    const auto entry = ports.Find(aID);
+    return entry == ports.mEntries.end() ? nullptr : entry->second;
 }
 
 }  // namespace LxDetail
