@@ -95,6 +95,8 @@ ViewerWindow::ViewerWindow(const QString &aConfigurationFile)
 ViewerWindow::~ViewerWindow()
 {
     mRegisters.Close();
+    mTerminal.Close();
+    mTerminal.SetDevice(nullptr);
     mFinder.Close();
     mFeatureWindow.SetDevice(nullptr);
     mFeatureDock->Browser().SetDevice(nullptr);
@@ -154,6 +156,8 @@ void ViewerWindow::MakeActions()
     mFeatureWindowAction =
         add(view, tr("Features in a &Window..."), QKeySequence(tr("Ctrl+Shift+E")), "featureWindowAction");
     connect(mFeatureWindowAction, &QAction::triggered, this, &ViewerWindow::ShowFeatureWindow);
+    mTerminalAction = add(view, tr("&Serial Terminal..."), QKeySequence(tr("Ctrl+Shift+T")), "terminalAction");
+    connect(mTerminalAction, &QAction::triggered, this, &ViewerWindow::ShowTerminal);
 
     QMenu *help = menuBar()->addMenu(tr("&Help"));
     connect(help->addAction(tr("&About")), &QAction::triggered, this, [this] {
@@ -234,6 +238,10 @@ void ViewerWindow::Disconnect()
     mFeatureWindow.Close();
     mFeatureWindow.SetDevice(nullptr);
     mFeatureDock->Browser().SetDevice(nullptr);
+    mTerminal.Close();
+    mTerminal.SetDevice(nullptr);
+    mHasSerialPorts = false;
+    mAdapter.reset();
     mSession.Disconnect();
     mDisplay.Clear();
     mLinkLost = false;
@@ -245,6 +253,8 @@ void ViewerWindow::Disconnect()
 void ViewerWindow::OnConnected()
 {
     mRegisters.SetDevice(dynamic_cast<LxDeviceGEV *>(mSession.Device()));
+    mAdapter = std::make_unique<LxDeviceAdapter>(mSession.Device());
+    mHasSerialPorts = mTerminal.SetDevice(mAdapter.get()).IsOK();
     mLiveAction->setChecked(true);
     ToggleLive(true);
     mPicture->setFocus();
@@ -376,6 +386,11 @@ void ViewerWindow::SaveConfiguration()
     }
 }
 
+void ViewerWindow::ShowTerminal()
+{
+    mTerminal.ShowModeless(this);
+}
+
 void ViewerWindow::ChooseBackground()
 {
     unsigned char red = 0;
@@ -402,6 +417,7 @@ void ViewerWindow::UpdateState()
     mLiveAction->setEnabled(connected);
     mLiveAction->setChecked(mSession.IsLive());
     mRegistersAction->setEnabled(connected && dynamic_cast<LxDeviceGEV *>(mSession.Device()));
+    mTerminalAction->setEnabled(connected && mHasSerialPorts);
     for (QAction *action : mPictureActions) {
         action->setEnabled(connected);
     }

@@ -5,9 +5,11 @@
 
 #include "CameraSession.h"
 #include "FeatureBrowser.h"
+#include "LxDevice/LxDeviceAdapter.h"
 #include "LxGUI/LxDeviceFinderWnd.h"
 #include "LxGUI/LxDisplayWnd.h"
 #include "LxGUI/LxRegisterInterfaceWnd.h"
+#include "LxGUI/LxSerialTerminalWnd.h"
 #include "ViewerConfiguration.h"
 
 class Banner;
@@ -32,6 +34,7 @@ public:
     LxRegisterInterfaceWnd &Registers() { return mRegisters; }
     FeatureDock &Features() { return *mFeatureDock; }
     FeatureBrowser &FeatureWindow() { return mFeatureWindow; }
+    LxSerialTerminalWnd &Terminal() { return mTerminal; }
     CameraSession &Session() { return mSession; }
     QString BannerText() const;
     /// What went wrong when the options were read; empty when nothing did.
@@ -47,6 +50,7 @@ public slots:
     void ToggleLive(bool aLive);
     void ShowRegisters();
     void ShowFeatureWindow();
+    void ShowTerminal();
 
 signals:
     /// The finder was closed without a choice, or a connection attempt has ended.
@@ -79,6 +83,9 @@ private:
     FeatureBrowser mFeatureWindow;
     ViewerConfiguration mConfiguration;
     QString mConfigurationError;
+    std::unique_ptr<LxDeviceAdapter> mAdapter;  // of the connected camera
+    LxSerialTerminalWnd mTerminal;
+    bool mHasSerialPorts = false;
 
     Banner *mBanner;
     QStackedWidget *mPages;
@@ -99,6 +106,7 @@ private:
     QAction *mRegistersAction = nullptr;
     QAction *mFeaturesAction = nullptr;
     QAction *mFeatureWindowAction = nullptr;
+    QAction *mTerminalAction = nullptr;
     QList<QAction *> mPictureActions;
     QTimer mStatisticsTimer;
     bool mLinkLost = false;
