@@ -233,28 +233,29 @@ TEST_F(Viewer, SaysWhichRendererDrawsAndFallsBackWhereThereIsNoOpenGL)
     EXPECT_TRUE(mWindow->findChild<QLabel *>("rendererStatus")->toolTip().contains("OpenGL cannot be used here"));
     Action("softwareAction")->trigger();
     EXPECT_FALSE(QSettings().value("openGL").toBool());
+}
 
-    TEST_F(Viewer, OpensATerminalOnTheSerialPortsOfACamera)
-    {
-        EXPECT_FALSE(Action("terminalAction")->isEnabled());
-        ConnectLive();
-        EXPECT_FALSE(Action("terminalAction")->isEnabled()) << "this camera has no serial port";
-        mWindow->Disconnect();
+TEST_F(Viewer, OpensATerminalOnTheSerialPortsOfACamera)
+{
+    EXPECT_FALSE(Action("terminalAction")->isEnabled());
+    ConnectLive();
+    EXPECT_FALSE(Action("terminalAction")->isEnabled()) << "this camera has no serial port";
+    mWindow->Disconnect();
 
-        LxSimulatedDevice grabber;
-        grabber.mMACAddress = "02:00:00:00:01:02";
-        grabber.mIPAddress = "192.168.7.21";
-        grabber.mSubnetMask = "255.255.255.0";
-        grabber.mInterfaces = {"eth7"};
-        grabber.mSerialPorts = 1;
-        ASSERT_TRUE(LxSimulation::SetDevice(grabber).IsOK());
-        mWindow->Connect("192.168.7.21");
-        ASSERT_TRUE(WaitForGui([&] { return Action("terminalAction")->isEnabled(); }));
-        Action("terminalAction")->trigger();
-        EXPECT_TRUE(mWindow->Terminal().IsVisible());
-        EXPECT_EQ(LxSimulation::GetCounters().mSerialPorts, 1u);
-        mWindow->Disconnect();
-        EXPECT_FALSE(mWindow->Terminal().IsVisible());
-        EXPECT_EQ(LxSimulation::GetCounters().mSerialPorts, 0u);
-        EXPECT_FALSE(Action("terminalAction")->isEnabled());
-    }
+    LxSimulatedDevice grabber;
+    grabber.mMACAddress = "02:00:00:00:01:02";
+    grabber.mIPAddress = "192.168.7.21";
+    grabber.mSubnetMask = "255.255.255.0";
+    grabber.mInterfaces = {"eth7"};
+    grabber.mSerialPorts = 1;
+    ASSERT_TRUE(LxSimulation::SetDevice(grabber).IsOK());
+    mWindow->Connect("192.168.7.21");
+    ASSERT_TRUE(WaitForGui([&] { return Action("terminalAction")->isEnabled(); }));
+    Action("terminalAction")->trigger();
+    EXPECT_TRUE(mWindow->Terminal().IsVisible());
+    EXPECT_EQ(LxSimulation::GetCounters().mSerialPorts, 1u);
+    mWindow->Disconnect();
+    EXPECT_FALSE(mWindow->Terminal().IsVisible());
+    EXPECT_EQ(LxSimulation::GetCounters().mSerialPorts, 0u);
+    EXPECT_FALSE(Action("terminalAction")->isEnabled());
+}
