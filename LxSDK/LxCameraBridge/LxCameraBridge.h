@@ -28,18 +28,27 @@ public:
     LxResult Disconnect();
     bool IsConnected() const;
 
-    /// Connects by a Kelvra camera file (*.yml).
+    /// Connects by a Kelvra camera file (*.yml; docs/camera-file.md describes the format). Errors: FileError,
+    /// InvalidDataFormat (with the line), AlreadyOpen (it is connected), those of the serial port and of the camera.
     LxResult ConnectKelvraCameraFile(const LxString &aPath);
 
-    /// The installed GenICam CL Protocol templates, as full '#'-separated texts.
+    /// The installed GenICam CL Protocol templates, as full '#'-separated texts: directory # file # manufacturer #
+    /// family. NotFound when no driver is installed.
     static LxResult GetCLProtocolTemplates(LxStringList &aTemplates);
     /// Asks for the camera behind the port with a template: its ID and the XML descriptions that fit.
     LxResult ProbeCLProtocol(const LxString &aTemplate, LxString &aCameraID, LxStringList &aXMLIDs);
-    LxResult ConnectCLProtocol(const LxString &aCameraID, const LxString &aXMLID);
+    /// @param aTemplate a template, or a camera ID, which begins with one.
+    /// @param aXMLID one of those that ProbeCLProtocol() gave. Errors: NotFound, AlreadyOpen, GenICamError, those of
+    /// the
+    ///        serial port and of the camera.
+    LxResult ConnectCLProtocol(const LxString &aTemplate, const LxString &aXMLID);
 
-    /// Asks a GenCP camera for its XML descriptions.
+    /// Asks a GenCP camera for its XML descriptions, the best first. An ID is a text of the form
+    /// "SCHEMA#XML VERSION#MANUFACTURER MODEL", for example "1.1#XML 1.0.0#LxGUI Line Camera"; no standard defines one.
     LxResult GetGenCPXMLIDs(LxStringList &aXMLIDs);
-    /// May be repeated while connected.
+    /// May be repeated while connected by GenCP; when that fails the bridge stays connected as it was. Errors: NotFound
+    /// (no such XML), AlreadyOpen (connected otherwise), Timeout, GenICamError, those of the serial port and of the
+    /// camera.
     LxResult ConnectGenCP(const LxString &aXMLID);
 
     /// How the bridge is connected; each succeeds only when it is connected that way.
@@ -61,10 +70,12 @@ public:
     uint64_t GetBytesReceivedFromCamera() const;
     void ResetStatistics();
 
-    /// Whether image geometry is copied between grabber and camera.
+    /// Whether Width, Height and PixelFormat of the camera are copied to the grabber, at once and when they change; off
+    /// at first. What the grabber does not take while it streams it gets afterwards.
     void SetParametersSyncEnabled(bool aEnabled);
     bool GetParametersSyncEnabled() const;
-    /// The data source of the grabber that the camera feeds.
+    /// The data source of the grabber that the camera feeds: an entry of the grabber's feature "SourceSelector", at
+    /// first the current one. NotFound when there is no such entry.
     LxResult SetSource(const LxString &aSource);
     LxString GetSource() const;
 

@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "Backends/Simulation/LxSimulatedGenCPCamera.h"
+#include "Backends/Simulation/LxSimulatedTextCamera.h"
 #include "Backends/Simulation/SimulatedUnit.h"
 #include "Backends/Simulation/SimulationHost.h"
 #include "Backends/Simulation/SimulationLog.h"
@@ -72,6 +74,12 @@ LxResult WithPort(const LxString &aDevice, LxDeviceSerial aPort, Operation aOper
 /// What is connected to the ports of the frame grabber of the default host.
 std::shared_ptr<LxSimulatedSerialPeer> MakeDefaultPeer(uint32_t aPort)
 {
+    if (aPort == static_cast<uint32_t>(LxDeviceSerial::Bulk2)) {
+        return std::make_shared<LxSimulatedGenCPCamera>();
+    }
+    if (aPort == static_cast<uint32_t>(LxDeviceSerial::Bulk3)) {
+        return std::make_shared<LxSimulatedTextCamera>();
+    }
     if (aPort != static_cast<uint32_t>(LxDeviceSerial::Serial1)) {
         return std::make_shared<LxSimulatedSerialEcho>();
     }

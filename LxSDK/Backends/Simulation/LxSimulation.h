@@ -125,6 +125,10 @@ struct LxSimulatedDevice
     LxSimulatedSpeed mUart1Speed = LxSimulatedSpeed::Integer;
     LxSimulatedSpeed mBulkSpeed = LxSimulatedSpeed::Enumeration;
     bool mSerialLoopback = true;  ///< Whether there are "Uart0Loopback", "Uart1Loopback" and "BulkLoopback".
+    /// Which of the entries "Source0" to "Source3" of the feature "SourceSelector" are available (bit n); 0: there is
+    /// no such feature.
+    uint32_t mSources = 3;
+    bool mPoCL = true;  ///< Whether there is the feature "PoCLEnabled": power over Camera Link, off at first.
 };
 
 /// A call that the simulation has seen.
@@ -171,7 +175,8 @@ public:
     static void Clear();
     /// Adds a plausible host: two network adapters, a USB controller, three GigE Vision cameras, one of them on a wrong
     /// subnet, a USB3 Vision camera, and a GigE Vision frame grabber with the serial ports Serial0, Serial1 and Bulk0
-    /// to Bulk3: a text console ("HELP" and a carriage return) at Serial1, echoes at the others.
+    /// to Bulk3: a text console ("HELP" and a carriage return) at Serial1, an LxSimulatedGenCPCamera at Bulk2, an
+    /// LxSimulatedTextCamera at Bulk3, echoes at the others.
     static void AddDefaultHost();
 
     /// Adds an interface, or replaces the values of the one with this name. InvalidArgument: the name is empty, used by

@@ -106,6 +106,7 @@ void SimulatedUnit::SetReachable(bool aReachable)
     std::shared_ptr<SimulatedCamera> camera;
     std::shared_ptr<FaultPort> port;
     std::shared_ptr<SimulatedSerialRegisters> serial;
+    std::shared_ptr<SimulatedGrabberRegisters> grabber;
     {
         std::lock_guard lock(mMutex);
         if (aReachable == mReachable) {
@@ -115,6 +116,7 @@ void SimulatedUnit::SetReachable(bool aReachable)
         camera = mCamera;
         port = mPort;
         serial = mSerialRegisters;
+        grabber = mGrabberRegisters;
         mFrozen = false;
         ++mFreezes;
     }
@@ -124,6 +126,7 @@ void SimulatedUnit::SetReachable(bool aReachable)
             camera->Restart();
             if (serial != nullptr) {
                 serial->Restart();
+                grabber->Restart();
             }
             port->Return();
         }
@@ -262,10 +265,13 @@ void SimulatedUnit::MakeCamera()
         if (mValues.mSerialPorts != 0) {
             mSerialRegisters = std::make_shared<SimulatedSerialRegisters>(mValues, mSerialPorts);
             identity.mModules.push_back({"SerialControl", mSerialRegisters->MakeXML()});
+            mGrabberRegisters = std::make_shared<SimulatedGrabberRegisters>(mValues);
+            identity.mModules.push_back({"FrameGrabberControl", mGrabberRegisters->MakeXML()});
         }
         mCamera = std::make_shared<SimulatedCamera>(identity);
         if (mSerialRegisters != nullptr) {
             mSerialRegisters->Attach(mCamera->GetPort());
+            mGrabberRegisters->Attach(mCamera->GetPort());
         }
         mPort = std::make_shared<FaultPort>(mCamera->GetPort());
         if (!mReachable) {

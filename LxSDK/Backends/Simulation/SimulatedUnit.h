@@ -13,6 +13,7 @@
 
 #include "Backends/Simulation/LxSimulation.h"
 #include "Backends/Simulation/SimulatedCamera.h"
+#include "Backends/Simulation/SimulatedGrabberRegisters.h"
 #include "Backends/Simulation/SimulatedSerialPort.h"
 #include "Backends/Simulation/SimulatedSerialRegisters.h"
 #include "Backends/Simulation/SimulationClock.h"
@@ -111,7 +112,8 @@ private:
     std::optional<std::chrono::milliseconds> mFindDelay;
     std::shared_ptr<SimulatedCamera> mCamera;
     std::shared_ptr<FaultPort> mPort;
-    std::shared_ptr<SimulatedSerialRegisters> mSerialRegisters;  // null for a device without serial ports
+    std::shared_ptr<SimulatedSerialRegisters> mSerialRegisters;    // null for a device without serial ports
+    std::shared_ptr<SimulatedGrabberRegisters> mGrabberRegisters;  // as well
     std::vector<std::weak_ptr<SimulatedConnection>> mConnections;
     std::weak_ptr<SimulatedConnection> mController;
 };

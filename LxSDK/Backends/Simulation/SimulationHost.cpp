@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "Backends/Simulation/SimulatedCLProtocol.h"
 #include "Backends/Simulation/SimulationBackend.h"
 #include "Backends/Simulation/SimulationLog.h"
 #include "LxDevice/IPConfiguration.h"
@@ -97,6 +98,7 @@ void SimulationHost::Enable(bool aHideRealDevices)
         mHidesRealDevices = aHideRealDevices;
     }
     DeviceBackends::Add(mBackend);
+    CLProtocolDrivers::Add(SimulatedCLProtocol::Get());
     if (hidden != aHideRealDevices) {
         DeviceBackends::SetRealDevicesHidden(aHideRealDevices);
     }
@@ -113,6 +115,7 @@ void SimulationHost::Disable()
         mHidesRealDevices = false;
     }
     DeviceBackends::Remove(mBackend);
+    CLProtocolDrivers::Remove(SimulatedCLProtocol::Get());
     if (hidden) {
         DeviceBackends::SetRealDevicesHidden(false);
     }

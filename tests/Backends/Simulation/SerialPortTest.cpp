@@ -596,7 +596,7 @@ TEST_F(SerialPortTest, DefaultHostHasAGrabber)
     Write("ID?\r");
     EXPECT_EQ(Read(31), "LxGUI Simulated Serial Camera\r\n");
     mPort.Close();
-    ASSERT_TRUE(mPort.Open(&adapter, LxDeviceSerial::Bulk3).IsOK());
+    ASSERT_TRUE(mPort.Open(&adapter, LxDeviceSerial::Bulk1).IsOK());
     EXPECT_FALSE(LxDeviceSerialPort::IsSupported(&adapter, LxDeviceSerial::Bulk4));
     Write("echo");
     EXPECT_EQ(Read(4), "echo");
