@@ -34,24 +34,11 @@ const LxDeviceInfo *FindByAddress(const LxSystem &aSystem, const QString &aAddre
 
 }  // namespace
 
-CameraSession::CameraSession(LiveStream::FrameHandler aHandler) : mHandler(std::move(aHandler))
-{
-    mWorker.setMaxThreadCount(1);
-}
+CameraSession::CameraSession(LiveStream::FrameHandler aHandler) : mHandler(std::move(aHandler)) {}
 
 CameraSession::~CameraSession()
 {
     End();
-}
-
-void CameraSession::Post(std::function<void()> aWork)
-{
-    mWorker.start(std::move(aWork));
-}
-
-void CameraSession::Answer(std::function<void()> aWork)
-{
-    QMetaObject::invokeMethod(this, std::move(aWork), Qt::QueuedConnection);
 }
 
 // Connecting
@@ -91,9 +78,9 @@ void CameraSession::Run(std::function<void(Attempt &)> aConnect)
     Disconnect();
     mAttempt = std::make_shared<Attempt>();
     ++mAttempts;
-    Post([this, attempt = mAttempt, connect = std::move(aConnect)] {
+    mWorker.Post([this, attempt = mAttempt, connect = std::move(aConnect)] {
         connect(*attempt);
-        Answer([this, attempt] { Finish(attempt); });
+        mWorker.Answer([this, attempt] { Finish(attempt); });
     });
 }
 
@@ -119,14 +106,14 @@ void CameraSession::Disconnect()
 {
     StopLive();
     if (mAttempt) {
-        Post([attempt = std::move(mAttempt)] { attempt->mDevice.reset(); });
+        mWorker.Post([attempt = std::move(mAttempt)] { attempt->mDevice.reset(); });
         mAttempt.reset();
     }
     if (mDevice) {
         mDevice->UnregisterEventSink(this);
-        Post([this, device = std::move(mDevice)] {
+        mWorker.Post([this, device = std::move(mDevice)] {
             device->Disconnect();
-            Answer([this] { emit GivenUp(); });
+            mWorker.Answer([this] { emit GivenUp(); });
         });
         mDevice.reset();
     }
@@ -135,7 +122,7 @@ void CameraSession::Disconnect()
 void CameraSession::End()
 {
     Disconnect();
-    mWorker.waitForDone();
+    mWorker.Wait();
 }
 
 // Pictures
@@ -146,9 +133,9 @@ void CameraSession::StartLive()
         return;
     }
     mLive = std::make_shared<LiveStream>(mDevice, mHandler);
-    Post([this, live = mLive] {
+    mWorker.Post([this, live = mLive] {
         const LxResult result = live->Start();
-        Answer([this, live, result] {
+        mWorker.Answer([this, live, result] {
             if (!result.IsOK() && live == mLive) {
                 mLive.reset();
                 emit LiveFailed(result);
@@ -161,7 +148,7 @@ void CameraSession::StopLive()
 {
     if (mLive) {
         mLive->Cancel();
-        Post([live = std::move(mLive)] { live->Stop(); });
+        mWorker.Post([live = std::move(mLive)] { live->Stop(); });
         mLive.reset();
     }
 }

@@ -2,13 +2,13 @@
 
 #include <QtCore/QObject>
 #include <QtCore/QString>
-#include <QtCore/QThreadPool>
 #include <functional>
 #include <memory>
 
 #include "LiveStream.h"
 #include "LxDevice/LxDevice.h"
 #include "LxSystem/LxSystem.h"
+#include "Worker.h"
 
 /// One camera: connects to it, receives its frames on a thread of its own and tells when it is lost and back.
 ///
@@ -66,18 +66,14 @@ private:
 
     void OnLinkDisconnected(LxDevice *aDevice) override;
     void OnLinkReconnected(LxDevice *aDevice) override;
-    /// Does something on the worker, after all that it was given before.
-    void Post(std::function<void()> aWork);
-    /// Does something on the GUI thread; dropped by Qt when the session is gone by then.
-    void Answer(std::function<void()> aWork);
     void Run(std::function<void(Attempt &)> aConnect);
     void Finish(const std::shared_ptr<Attempt> &aAttempt);
 
     const LiveStream::FrameHandler mHandler;
-    QThreadPool mWorker;
     int mAttempts = 0;
     std::shared_ptr<Attempt> mAttempt;  // its fields belong to the worker until Finish()
     std::shared_ptr<LxDevice> mDevice;
     QString mName;
     std::shared_ptr<LiveStream> mLive;
+    Worker mWorker;  // the first to go, as what it does uses the rest
 };
