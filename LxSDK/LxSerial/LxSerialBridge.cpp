@@ -177,7 +177,7 @@ LxResult LxSerialBridge::SetSerialPortConfiguration(const LxSerialPortConfigurat
 LxString LxSerialBridge::GetName() const
 {
     std::lock_guard lock(mData->mMutex);
-    return mData->mName;
+    return mData->mRegistered ? mData->mName : LxString();
 }
 
 uint32_t LxSerialBridge::GetSupportedBaudRateCount() const

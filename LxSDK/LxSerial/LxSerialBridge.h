@@ -48,7 +48,7 @@ public:
     LxSerialPortConfiguration GetSerialPortConfiguration() const;
     /// InvalidState: no COM port is open. InvalidArgument, NotSupported: as Start(), and nothing changes.
     LxResult SetSerialPortConfiguration(const LxSerialPortConfiguration &aConfiguration);
-    /// The name under which a Camera Link bridge is offered; of a bridge to a COM port that port's; else empty.
+    /// The name under which a Camera Link bridge is offered; else empty.
     LxString GetName() const;
 
     /// The baud rates that the device's port can take, in the bridge's order; none before Start().

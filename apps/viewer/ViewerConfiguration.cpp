@@ -131,3 +131,14 @@ void ViewerConfiguration::Set(const char *aName, const LxPropertyList &aList)
         }
     }
 }
+
+void ViewerConfiguration::Replace(const char *aName, const LxPropertyList &aList)
+{
+    if (LxPropertyList *known = Find(aName)) {
+        *known = aList;
+    }
+    else {
+        mLists.emplace_back(aName, aList);
+    }
+    mHasChanged = true;
+}

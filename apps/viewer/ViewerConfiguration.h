@@ -27,6 +27,8 @@ public:
     LxPropertyList Get(const char *aName) const;
     /// Changes the properties of a list.
     void Set(const char *aName, const LxPropertyList &aList);
+    /// Puts a list in the place of the one of this name.
+    void Replace(const char *aName, const LxPropertyList &aList);
 
 private:
     LxPropertyList *Find(const LxString &aName);

@@ -97,6 +97,7 @@ ViewerWindow::~ViewerWindow()
     mRegisters.Close();
     mTerminal.Close();
     mTerminal.SetDevice(nullptr);
+    mSerialBridges.SetDevice(nullptr, mConfiguration);
     mFinder.Close();
     mFeatureWindow.SetDevice(nullptr);
     mFeatureDock->Browser().SetDevice(nullptr);
@@ -150,6 +151,8 @@ void ViewerWindow::MakeActions()
     view->addSeparator();
     mRegistersAction = add(view, tr("&Registers..."), QKeySequence(tr("Ctrl+R")), "registersAction");
     connect(mRegistersAction, &QAction::triggered, this, &ViewerWindow::ShowRegisters);
+    mSerialBridgesAction = add(view, tr("Serial Brid&ges..."), QKeySequence(tr("Ctrl+G")), "serialBridgesAction");
+    connect(mSerialBridgesAction, &QAction::triggered, this, [this] { mSerialBridges.Show(this); });
     mFeaturesAction = add(view, tr("F&eatures"), QKeySequence(tr("Ctrl+E")), "featuresAction");
     mFeaturesAction->setCheckable(true);
     mFeaturesAction->setChecked(true);
@@ -235,6 +238,9 @@ void ViewerWindow::Disconnect()
 {
     mRegisters.Close();
     mRegisters.SetDevice(nullptr);
+    mSerialBridges.Close();
+    mSerialBridges.Save(mConfiguration);
+    mSerialBridges.SetDevice(nullptr, mConfiguration);
     mFeatureWindow.Close();
     mFeatureWindow.SetDevice(nullptr);
     mFeatureDock->Browser().SetDevice(nullptr);
@@ -255,6 +261,7 @@ void ViewerWindow::OnConnected()
     mRegisters.SetDevice(dynamic_cast<LxDeviceGEV *>(mSession.Device()));
     mAdapter = std::make_unique<LxDeviceAdapter>(mSession.Device());
     mHasSerialPorts = mTerminal.SetDevice(mAdapter.get()).IsOK();
+    ShowBridgeMessages(this, mSerialBridges.SetDevice(mAdapter.get(), mConfiguration));
     mLiveAction->setChecked(true);
     ToggleLive(true);
     mPicture->setFocus();
@@ -374,6 +381,7 @@ void ViewerWindow::LoadConfiguration()
 
 void ViewerWindow::SaveConfiguration()
 {
+    mSerialBridges.Save(mConfiguration);
     mFeatureDock->Browser().Save(mConfiguration);
     mFeatureWindow.Save(mConfiguration);
     LxPropertyList list;
@@ -418,6 +426,7 @@ void ViewerWindow::UpdateState()
     mLiveAction->setChecked(mSession.IsLive());
     mRegistersAction->setEnabled(connected && dynamic_cast<LxDeviceGEV *>(mSession.Device()));
     mTerminalAction->setEnabled(connected && mHasSerialPorts);
+    mSerialBridgesAction->setEnabled(connected && mSerialBridges.HasPorts());
     for (QAction *action : mPictureActions) {
         action->setEnabled(connected);
     }

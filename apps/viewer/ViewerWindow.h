@@ -10,6 +10,7 @@
 #include "LxGUI/LxDisplayWnd.h"
 #include "LxGUI/LxRegisterInterfaceWnd.h"
 #include "LxGUI/LxSerialTerminalWnd.h"
+#include "SerialBridges.h"
 #include "ViewerConfiguration.h"
 
 class Banner;
@@ -32,6 +33,7 @@ public:
     LxDeviceFinderWnd &Finder() { return mFinder; }
     LxDisplayWnd &Display() { return mDisplay; }
     LxRegisterInterfaceWnd &Registers() { return mRegisters; }
+    LxSerialBridgeManagerWnd &SerialBridgeManager() { return mSerialBridges.Window(); }
     FeatureDock &Features() { return *mFeatureDock; }
     FeatureBrowser &FeatureWindow() { return mFeatureWindow; }
     LxSerialTerminalWnd &Terminal() { return mTerminal; }
@@ -81,6 +83,7 @@ private:
     LxDisplayWnd mDisplay;
     LxRegisterInterfaceWnd mRegisters;
     FeatureBrowser mFeatureWindow;
+    SerialBridges mSerialBridges;
     ViewerConfiguration mConfiguration;
     QString mConfigurationError;
     std::unique_ptr<LxDeviceAdapter> mAdapter;  // of the connected camera
@@ -104,6 +107,7 @@ private:
     QAction *mLiveAction = nullptr;
     QAction *mOverlayAction = nullptr;
     QAction *mRegistersAction = nullptr;
+    QAction *mSerialBridgesAction = nullptr;
     QAction *mFeaturesAction = nullptr;
     QAction *mFeatureWindowAction = nullptr;
     QAction *mTerminalAction = nullptr;

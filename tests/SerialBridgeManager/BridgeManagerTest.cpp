@@ -108,6 +108,7 @@ TEST_F(BridgeManagerTest, ALinkToACOMPortCarriesBytes)
     Press("COMPortRadio");
     SelectCOMPort("COM3");
     EXPECT_EQ(Text("SummaryLabel"), "9600 baud, no parity, 8 bits, 1 stop bit");
+    EXPECT_EQ(Text("NameLabel"), "");
     EXPECT_TRUE(Find<QLabel>("SummaryLabel")->isEnabled());
     EXPECT_TRUE(Find<QPushButton>("ConfigureButton")->isEnabled());
     EXPECT_EQ(Rates(), "[9600] " + All.section(' ', 1));
