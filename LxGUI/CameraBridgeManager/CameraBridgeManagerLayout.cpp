@@ -1,0 +1,276 @@
+#include <QtWidgets/QGroupBox>
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QVBoxLayout>
+
+#include "LxGUI/CameraBridgeManager/CameraBridgeManagerWnd.h"
+#include "LxGUI/Frame/MessageBoxes.h"
+#include "LxGUI/LxGenBrowserWnd.h"
+
+namespace
+{
+
+constexpr int MainSpacing = 8;
+constexpr int GroupSpacing = 4;
+constexpr int BlockSpacing = 2;
+constexpr int BlockIndent = 20;
+constexpr int LabelWidth = 80;
+constexpr int StatusMargin = 83;
+constexpr int FieldWidth = 210;
+constexpr int LeastColumnWidth = 450;
+constexpr int MostColumnWidth = 520;
+const QSize LeastBrowserSize(350, 300);
+const QSize LeastSize(900, 600);
+const QSize MostSize(1600, 1200);
+const QSize ResetButtonSize(75, 25);
+
+template <class Widget>
+Widget *Name(Widget *aWidget, const char *aName, const QString &aAccessibleName)
+{
+    aWidget->setObjectName(QLatin1String(aName));
+    aWidget->setAccessibleName(aAccessibleName);
+    return aWidget;
+}
+
+QComboBox *MakeCombo(QWidget *aParent, const char *aName, const QString &aAccessibleName)
+{
+    auto *combo = Name(new QComboBox(aParent), aName, aAccessibleName);
+    combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);  // long identifiers do not widen it
+    combo->setMinimumWidth(FieldWidth);
+    return combo;
+}
+
+QLabel *MakeLabel(QWidget *aParent, const QString &aText, QWidget *aBuddy)
+{
+    auto *label = new QLabel(aText, aParent);
+    label->setFixedWidth(LabelWidth);
+    label->setBuddy(aBuddy);
+    return label;
+}
+
+QLabel *MakeStatus(QWidget *aParent, const char *aName, const QString &aText, bool aEnabled)
+{
+    auto *label = new QLabel(aText, aParent);
+    label->setObjectName(QLatin1String(aName));
+    label->setContentsMargins(StatusMargin, 0, 0, 0);
+    label->setEnabled(aEnabled);
+    return label;
+}
+
+QBoxLayout *AddBlock(QBoxLayout *aLayout)
+{
+    auto *block = new QVBoxLayout;
+    block->setContentsMargins(BlockIndent, 0, 0, 0);
+    block->setSpacing(BlockSpacing);
+    aLayout->addLayout(block);
+    return block;
+}
+
+void AddRow(QBoxLayout *aBlock, QWidget *aLabel, QWidget *aField, QWidget *aButton)
+{
+    auto *row = new QHBoxLayout;
+    row->addWidget(aLabel);
+    row->addWidget(aField, 1);
+    row->addWidget(aButton);
+    aBlock->addLayout(row);
+}
+
+}  // namespace
+
+void CameraBridgeManagerWnd::CreateLayout()
+{
+    // What lives as long as the window is taken out of the earlier content before that is deleted.
+    if (mBrowserWidget) {
+        mBrowserWidget->setParent(nullptr);
+    }
+    if (mTimer) {
+        mTimer->setParent(nullptr);
+    }
+    QWidget *parent = BeginLayout();
+    auto *main = new QHBoxLayout(parent);
+    main->setSpacing(MainSpacing);
+    main->setContentsMargins(MainSpacing, MainSpacing, MainSpacing, MainSpacing);
+    auto *container = new QWidget(parent);
+    container->setMinimumWidth(LeastColumnWidth);
+    container->setMaximumWidth(MostColumnWidth);
+    auto *column = new QVBoxLayout(container);
+    column->setSpacing(GroupSpacing);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(CreateSetupGroup(container));
+    column->addWidget(CreateStatisticsGroup(container));
+    column->addWidget(CreateCheckGroup(container));
+    column->addStretch();
+    main->addWidget(container);
+    EmbedBrowser(main, parent);
+    Widget()->setMinimumSize(LeastSize);
+    Widget()->setMaximumSize(MostSize);
+    if (!mTimer) {
+        mTimer = new QTimer;
+        connect(mTimer, &QTimer::timeout, this, &CameraBridgeManagerWnd::OnTimerTimeout);
+    }
+    mTimer->setParent(Widget());
+    MakeConnections();
+    UpdateEnabledState();
+}
+
+QRadioButton *CameraBridgeManagerWnd::AddRadioButton(QBoxLayout *aLayout, QWidget *aParent, const char *aName,
+                                                     const QString &aText)
+{
+    auto *button = Name(new QRadioButton(aText, aParent), aName, aText);
+    aLayout->addWidget(button);
+    // clicked, not toggled: neither the button that goes off nor a change by the program chooses anything
+    connect(button, &QRadioButton::clicked, this, [this, button] { OnRadioButtonChanged(button->text()); });
+    return button;
+}
+
+QGroupBox *CameraBridgeManagerWnd::CreateSetupGroup(QWidget *aParent)
+{
+    auto *group = new QGroupBox(QStringLiteral("Bridge Setup"), aParent);
+    auto *layout = new QVBoxLayout(group);
+    layout->setSpacing(GroupSpacing);
+    layout->setContentsMargins(MainSpacing, MainSpacing, MainSpacing, MainSpacing);
+    mPortCombo = MakeCombo(group, "PortCombo", QStringLiteral("Serial port"));
+    layout->addWidget(mPortCombo);
+    mNoneRadio = AddRadioButton(layout, group, "NoneRadio", QStringLiteral("None"));
+    mNoneRadio->setChecked(true);
+    mKCFRadio = AddRadioButton(layout, group, "KCFRadio", QStringLiteral("Kelvra Camera File"));
+    AddCameraFileBlock(layout, group);
+    mCLPRadio = AddRadioButton(layout, group, "CLPRadio", QStringLiteral("GenICam CL Protocol"));
+    AddCLProtocolBlock(layout, group);
+    mGenCPRadio = AddRadioButton(layout, group, "GenCPRadio", QStringLiteral("GenCP"));
+    AddGenCPBlock(layout, group);
+    mSourceCombo = MakeCombo(group, "SourceCombo", QStringLiteral("Source"));
+    auto *label = new QLabel(QStringLiteral("Source:"), group);
+    label->setBuddy(mSourceCombo);
+    auto *row = new QHBoxLayout;
+    row->addWidget(label);
+    row->addWidget(mSourceCombo, 1);
+    layout->addLayout(row);
+    return group;
+}
+
+void CameraBridgeManagerWnd::AddCameraFileBlock(QBoxLayout *aLayout, QWidget *aParent)
+{
+    QBoxLayout *block = AddBlock(aLayout);
+    mKCFPathEdit = Name(new QLineEdit(aParent), "KCFPathEdit", QStringLiteral("Path of the Kelvra camera file"));
+    mKCFPathEdit->setMinimumWidth(FieldWidth);
+    mKCFLabel = MakeLabel(aParent, QStringLiteral("Path"), mKCFPathEdit);
+    mKCFPathButton =
+        Name(new QPushButton(QStringLiteral("..."), aParent), "KCFPathButton", QStringLiteral("Choose the file"));
+    mKCFPathButton->setAutoDefault(false);
+    AddRow(block, mKCFLabel, mKCFPathEdit, mKCFPathButton);
+    mKCFLoadButton =
+        Name(new QPushButton(QStringLiteral("Load"), aParent), "KCFLoadButton", QStringLiteral("Load the file"));
+    mKCFLoadButton->setAutoDefault(false);
+    auto *row = new QHBoxLayout;
+    row->addStretch();
+    row->addWidget(mKCFLoadButton);
+    block->addLayout(row);
+    mKCFStatus = MakeStatus(aParent, "KCFStatus", QStringLiteral("Not initialized"), true);
+    block->addWidget(mKCFStatus);
+}
+
+void CameraBridgeManagerWnd::AddCLProtocolBlock(QBoxLayout *aLayout, QWidget *aParent)
+{
+    QBoxLayout *block = AddBlock(aLayout);
+    mCLPTemplateCombo = MakeCombo(aParent, "CLPTemplateCombo", QStringLiteral("CL Protocol template"));
+    mCLPTemplateLabel = MakeLabel(aParent, QStringLiteral("Template"), mCLPTemplateCombo);
+    mCLPProbeButton =
+        Name(new QPushButton(QStringLiteral("Probe"), aParent), "CLPProbeButton", QStringLiteral("Probe the camera"));
+    mCLPProbeButton->setAutoDefault(false);
+    AddRow(block, mCLPTemplateLabel, mCLPTemplateCombo, mCLPProbeButton);
+    mCLPCameraID = MakeStatus(aParent, "CLPCameraID", QStringLiteral("Not found"), false);
+    block->addWidget(mCLPCameraID);
+    mCLPXMLCombo = MakeCombo(aParent, "CLPXMLCombo", QStringLiteral("CL Protocol XML"));
+    mCLPXMLLabel = MakeLabel(aParent, QStringLiteral("XML"), mCLPXMLCombo);
+    mCLPConnectButton = Name(new QPushButton(QStringLiteral("Connect"), aParent), "CLPConnectButton",
+                             QStringLiteral("Connect by the CL Protocol"));
+    mCLPConnectButton->setAutoDefault(false);
+    AddRow(block, mCLPXMLLabel, mCLPXMLCombo, mCLPConnectButton);
+    mCLPStatus = MakeStatus(aParent, "CLPStatus", QStringLiteral("Not initialized"), false);
+    block->addWidget(mCLPStatus);
+}
+
+void CameraBridgeManagerWnd::AddGenCPBlock(QBoxLayout *aLayout, QWidget *aParent)
+{
+    QBoxLayout *block = AddBlock(aLayout);
+    mGenCPXMLCombo = MakeCombo(aParent, "GenCPXMLCombo", QStringLiteral("GenCP XML"));
+    mGenCPLabel = MakeLabel(aParent, QStringLiteral("XML"), mGenCPXMLCombo);
+    mGenCPConnectButton = Name(new QPushButton(QStringLiteral("Connect"), aParent), "GenCPConnectButton",
+                               QStringLiteral("Connect by GenCP"));
+    mGenCPConnectButton->setAutoDefault(false);
+    AddRow(block, mGenCPLabel, mGenCPXMLCombo, mGenCPConnectButton);
+    mGenCPStatus = MakeStatus(aParent, "GenCPStatus", QStringLiteral("Not initialized"), false);
+    block->addWidget(mGenCPStatus);
+}
+
+QGroupBox *CameraBridgeManagerWnd::CreateStatisticsGroup(QWidget *aParent)
+{
+    auto *group = new QGroupBox(QStringLiteral("Statistics"), aParent);
+    auto *layout = new QVBoxLayout(group);
+    mReceivedLabel = new QLabel(QStringLiteral("Bytes received: 0"), group);
+    mReceivedLabel->setObjectName(QStringLiteral("ReceivedLabel"));
+    mSentLabel = new QLabel(QStringLiteral("Bytes sent: 0"), group);
+    mSentLabel->setObjectName(QStringLiteral("SentLabel"));
+    mResetButton =
+        Name(new QPushButton(QStringLiteral("Reset"), group), "ResetButton", QStringLiteral("Reset the statistics"));
+    mResetButton->setAutoDefault(false);
+    mResetButton->setFixedSize(ResetButtonSize);
+    layout->addWidget(mReceivedLabel);
+    layout->addWidget(mSentLabel);
+    layout->addWidget(mResetButton);
+    return group;
+}
+
+QGroupBox *CameraBridgeManagerWnd::CreateCheckGroup(QWidget *aParent)
+{
+    auto *group = new QGroupBox(aParent);
+    auto *layout = new QHBoxLayout(group);
+    const QString sync = QStringLiteral("Frame Grabber Parameters Synchronization");
+    const QString power = QStringLiteral("Power Over Camera Link (PoCL)");
+    mSyncCheck = Name(new QCheckBox(sync, group), "SyncCheck", sync);
+    mPoCLCheck = Name(new QCheckBox(power, group), "PoCLCheck", power);
+    layout->addWidget(mSyncCheck);
+    layout->addWidget(mPoCLCheck);
+    return group;
+}
+
+void CameraBridgeManagerWnd::EmbedBrowser(QBoxLayout *aLayout, QWidget *aParent)
+{
+    if (!mBrowser) {
+        mBrowser = std::make_unique<LxGenBrowserWnd>();
+    }
+    mBrowserWidget = mBrowser->GetQWidget();
+    if (!mBrowserWidget) {
+        ShowError(Widget(), QStringLiteral("GenICam browser could not be loaded."), QStringLiteral("Warning"));
+        return;
+    }
+    mBrowserWidget->setParent(aParent);
+    mBrowserWidget->setMinimumSize(LeastBrowserSize);
+    mBrowserWidget->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    aLayout->addWidget(mBrowserWidget, 1);
+    mBrowserWidget->show();
+}
+
+void CameraBridgeManagerWnd::MakeConnections()
+{
+    using Self = CameraBridgeManagerWnd;
+    const auto onChoice = [this](QComboBox *aCombo, void (Self::*aSlot)()) {
+        connect(aCombo, &QComboBox::currentIndexChanged, this, aSlot);
+    };
+    const auto onClick = [this](QAbstractButton *aButton, void (Self::*aSlot)()) {
+        connect(aButton, &QAbstractButton::clicked, this, aSlot);
+    };
+    onChoice(mPortCombo, &Self::OnPortComboChanged);
+    onChoice(mCLPTemplateCombo, &Self::OnCLPTemplateComboChanged);
+    onChoice(mCLPXMLCombo, &Self::OnCLPXMLComboChanged);
+    onChoice(mGenCPXMLCombo, &Self::OnGenCPXMLComboChanged);
+    onChoice(mSourceCombo, &Self::OnSourceComboChanged);
+    onClick(mKCFPathButton, &Self::OnKCFPathButtonClicked);
+    onClick(mKCFLoadButton, &Self::OnKCFLoadButtonClicked);
+    onClick(mCLPProbeButton, &Self::OnCLPProbeButtonClicked);
+    onClick(mCLPConnectButton, &Self::OnCLPConnectButtonClicked);
+    onClick(mGenCPConnectButton, &Self::OnGenCPConnectButtonClicked);
+    onClick(mResetButton, &Self::OnResetButtonClicked);
+    onClick(mSyncCheck, &Self::OnSyncCheckChanged);
+    onClick(mPoCLCheck, &Self::OnPoCLCheckChanged);
+}
