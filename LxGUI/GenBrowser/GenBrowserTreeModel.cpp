@@ -203,9 +203,10 @@ GenBrowserTreeItem *GenBrowserTreeModel::Item(const QModelIndex &aIndex)
     return static_cast<GenBrowserTreeItem *>(aIndex.internalPointer());
 }
 
+// The view may still hold indexes of a model that was cleared while one of its calls ran: they lead to nothing.
 GenBrowserTreeItem *GenBrowserTreeModel::ItemOrRoot(const QModelIndex &aIndex) const
 {
-    return aIndex.isValid() ? Item(aIndex) : mRoot.get();
+    return aIndex.isValid() && mRoot ? Item(aIndex) : mRoot.get();
 }
 
 QModelIndex GenBrowserTreeModel::index(int aRow, int aColumn, const QModelIndex &aParent) const
@@ -220,7 +221,7 @@ QModelIndex GenBrowserTreeModel::index(int aRow, int aColumn, const QModelIndex 
 
 QModelIndex GenBrowserTreeModel::parent(const QModelIndex &aIndex) const
 {
-    if (!aIndex.isValid()) {
+    if (!aIndex.isValid() || !mRoot) {
         return QModelIndex();
     }
     const QMutexLocker lock(&mTreeLock);
@@ -289,7 +290,7 @@ QVariant GenBrowserTreeModel::DisplayData(const GenBrowserTreeItem &aItem, int a
 
 QVariant GenBrowserTreeModel::data(const QModelIndex &aIndex, int aRole) const
 {
-    const GenBrowserTreeItem *const item = Item(aIndex);
+    const GenBrowserTreeItem *const item = mRoot ? Item(aIndex) : nullptr;
     if (!aIndex.isValid() || !item) {
         return QVariant();
     }
@@ -313,7 +314,7 @@ QVariant GenBrowserTreeModel::data(const QModelIndex &aIndex, int aRole) const
 
 Qt::ItemFlags GenBrowserTreeModel::flags(const QModelIndex &aIndex) const
 {
-    const GenBrowserTreeItem *const item = Item(aIndex);
+    const GenBrowserTreeItem *const item = mRoot ? Item(aIndex) : nullptr;
     if (!aIndex.isValid() || !item) {
         return Qt::NoItemFlags;
     }

@@ -42,11 +42,17 @@ int main(int argc, char **argv)
     }
 
     if (parser.isSet(QStringLiteral("headless"))) {
-        const QTemporaryDir folder;  // the tour neither shows nor changes what a user has set
-        ViewerWindow window(folder.filePath(QStringLiteral("viewer.xml")));
-        window.show();
-        HeadlessTour tour(window, parser.value(QStringLiteral("headless")), parser.value(QStringLiteral("camera")));
-        return tour.Run() ? 0 : 1;
+        bool toured = false;
+        {
+            const QTemporaryDir folder;  // the tour neither shows nor changes what a user has set
+            ViewerWindow window(folder.filePath(QStringLiteral("viewer.xml")));
+            window.show();
+            HeadlessTour tour(window, parser.value(QStringLiteral("headless")), parser.value(QStringLiteral("camera")));
+            toured = tour.Run();
+        }
+        // what was to be deleted later: no event loop runs any more
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return toured ? 0 : 1;
     }
     ViewerWindow window;
     window.show();
