@@ -170,6 +170,10 @@ QRect TranscriptView::RectOfIndex(qsizetype aIndex)
 
 void TranscriptView::paintEvent(QPaintEvent * /*aEvent*/)
 {
+    if (mShowTimer.isActive()) {  // painted for another reason: the text has changed nevertheless
+        mShowTimer.stop();
+        ShowEnd();
+    }
     EnsureRows();
     QPainter painter(viewport());
     painter.setFont(font());

@@ -309,6 +309,19 @@ TEST(TranscriptView, PaintsItsTextInItsPlace)
     EXPECT_EQ(view.IndexAtPoint(QPoint(5, -1000)), 0);
 }
 
+TEST(TranscriptView, PaintsTheNewestTextAlsoBeforeItsTurn)
+{
+    TranscriptView view;
+    view.resize(400, 100);
+    view.show();
+    view.AppendText(QString(50, '\n'));
+    Grab(view.viewport());
+    view.AppendText("XX");
+    const QImage image = Grab(view.viewport());
+    EXPECT_EQ(view.verticalScrollBar()->value(), view.verticalScrollBar()->maximum());
+    EXPECT_GT(Ink(image, view.RectOfIndex(50)), 5);
+}
+
 TEST(TranscriptView, SelectsWithTheMouseAndCopiesLines)
 {
     TranscriptView view;
