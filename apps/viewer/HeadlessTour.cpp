@@ -15,6 +15,7 @@
 
 #include "FeatureTour.h"
 #include "FinderTour.h"
+#include "TerminalTour.h"
 #include "ViewerWindow.h"
 
 namespace
@@ -58,7 +59,8 @@ bool HeadlessTour::Run()
     QObject::connect(&boxes, &QTimer::timeout, &mWindow, [this] { EndMessageBox(); });
     boxes.start(50);
     const bool done = Shoot(&mWindow, QStringLiteral("viewer-start")) && TourFinder() && TourPicture() &&
-                      FeatureTour(*this, mWindow).Run() && TourRegisters() && FinderTour(*this).Run();
+                      FeatureTour(*this, mWindow).Run() && TourRegisters() && FinderTour(*this).Run() &&
+                      TerminalTour(*this).Run();
     mWindow.close();
     return done;
 }
