@@ -18,6 +18,8 @@
 #include "ConnectAdvice.h"
 #include "FeatureDock.h"
 #include "LxDevice/LxDeviceGEV.h"
+#include "LxPersistence/LxConfigurationReader.h"
+#include "LxPersistence/LxConfigurationWriter.h"
 #include "RendererChoice.h"
 
 namespace
@@ -30,6 +32,7 @@ constexpr const char *WindowOptions = "Viewer";
 constexpr const char *FeaturesOption = "Features";
 constexpr const char *GeometryOption = "Geometry";
 constexpr const char *LayoutOption = "Layout";
+constexpr const char *BridgeOptions = "CameraBridges";  // of each frame grabber, by its unique ID
 
 }  // namespace
 
@@ -98,6 +101,8 @@ ViewerWindow::~ViewerWindow()
     mTerminal.Close();
     mTerminal.SetDevice(nullptr);
     mSerialBridges.SetDevice(nullptr, mConfiguration);
+    mBridges.Close();
+    mBridges.SetDevice(nullptr);
     mFinder.Close();
     mFeatureWindow.SetDevice(nullptr);
     mFeatureDock->Browser().SetDevice(nullptr);
@@ -161,6 +166,8 @@ void ViewerWindow::MakeActions()
     connect(mFeatureWindowAction, &QAction::triggered, this, &ViewerWindow::ShowFeatureWindow);
     mTerminalAction = add(view, tr("&Serial Terminal..."), QKeySequence(tr("Ctrl+Shift+T")), "terminalAction");
     connect(mTerminalAction, &QAction::triggered, this, &ViewerWindow::ShowTerminal);
+    mBridgesAction = add(view, tr("Camera &Bridges..."), QKeySequence(tr("Ctrl+Shift+B")), "bridgesAction");
+    connect(mBridgesAction, &QAction::triggered, this, &ViewerWindow::ShowBridges);
 
     QMenu *help = menuBar()->addMenu(tr("&Help"));
     connect(help->addAction(tr("&About")), &QAction::triggered, this, [this] {
@@ -247,6 +254,9 @@ void ViewerWindow::Disconnect()
     mTerminal.Close();
     mTerminal.SetDevice(nullptr);
     mHasSerialPorts = false;
+    SaveBridges();
+    mBridges.Close();
+    mBridges.SetDevice(nullptr);
     mAdapter.reset();
     mSession.Disconnect();
     mDisplay.Clear();
@@ -262,6 +272,8 @@ void ViewerWindow::OnConnected()
     mAdapter = std::make_unique<LxDeviceAdapter>(mSession.Device());
     mHasSerialPorts = mTerminal.SetDevice(mAdapter.get()).IsOK();
     ShowBridgeMessages(this, mSerialBridges.SetDevice(mAdapter.get(), mConfiguration));
+    mBridges.SetDevice(mSession.Device());
+    LoadBridges();
     mLiveAction->setChecked(true);
     ToggleLive(true);
     mPicture->setFocus();
@@ -384,6 +396,7 @@ void ViewerWindow::SaveConfiguration()
     mSerialBridges.Save(mConfiguration);
     mFeatureDock->Browser().Save(mConfiguration);
     mFeatureWindow.Save(mConfiguration);
+    SaveBridges();
     LxPropertyList list;
     list.Add(LxProperty(FeaturesOption, mFeaturesAction->isChecked() ? "Shown" : "Hidden"));
     list.Add(LxProperty(GeometryOption, saveGeometry().toBase64().constData()));
@@ -392,6 +405,46 @@ void ViewerWindow::SaveConfiguration()
     if (const QString error = mConfiguration.Save(); !error.isEmpty()) {
         QMessageBox::warning(this, tr("Options not saved"), error);
     }
+}
+
+void ViewerWindow::SaveBridges()
+{
+    if (mBridges.GetBridgeCount() == 0) {
+        return;
+    }
+    LxConfigurationWriter writer;
+    mBridges.Save(writer);
+    const LxString grabber = mAdapter->GetUniqueID();
+    LxPropertyList list = mConfiguration.Get(BridgeOptions);
+    if (LxProperty *bridges = list.GetProperty(grabber)) {
+        bridges->SetValue(writer.SaveToString());
+    }
+    else {
+        list.Add(LxProperty(grabber, writer.SaveToString()));
+    }
+    mConfiguration.Set(BridgeOptions, list);
+}
+
+void ViewerWindow::LoadBridges()
+{
+    LxPropertyList list = mConfiguration.Get(BridgeOptions);
+    const LxProperty *bridges = list.GetProperty(mAdapter->GetUniqueID());
+    LxConfigurationReader reader;
+    if (mBridges.GetBridgeCount() == 0 || !bridges || !reader.LoadFromString(bridges->GetValue()).IsOK()) {
+        return;
+    }
+    LxStringList errors;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    mBridges.Load(reader, errors);
+    QApplication::restoreOverrideCursor();
+    if (errors.GetSize() > 0) {
+        statusBar()->showMessage(QString::fromUtf8(errors.GetItem(0).GetAscii()));
+    }
+}
+
+void ViewerWindow::ShowBridges()
+{
+    mBridges.ShowModeless(this);
 }
 
 void ViewerWindow::ShowTerminal()
@@ -427,6 +480,7 @@ void ViewerWindow::UpdateState()
     mRegistersAction->setEnabled(connected && dynamic_cast<LxDeviceGEV *>(mSession.Device()));
     mTerminalAction->setEnabled(connected && mHasSerialPorts);
     mSerialBridgesAction->setEnabled(connected && mSerialBridges.HasPorts());
+    mBridgesAction->setEnabled(connected && mBridges.GetBridgeCount() > 0);
     for (QAction *action : mPictureActions) {
         action->setEnabled(connected);
     }

@@ -6,6 +6,7 @@
 #include "CameraSession.h"
 #include "FeatureBrowser.h"
 #include "LxDevice/LxDeviceAdapter.h"
+#include "LxGUI/LxCameraBridgeManagerWnd.h"
 #include "LxGUI/LxDeviceFinderWnd.h"
 #include "LxGUI/LxDisplayWnd.h"
 #include "LxGUI/LxRegisterInterfaceWnd.h"
@@ -37,6 +38,7 @@ public:
     FeatureDock &Features() { return *mFeatureDock; }
     FeatureBrowser &FeatureWindow() { return mFeatureWindow; }
     LxSerialTerminalWnd &Terminal() { return mTerminal; }
+    LxCameraBridgeManagerWnd &Bridges() { return mBridges; }
     CameraSession &Session() { return mSession; }
     QString BannerText() const;
     /// What went wrong when the options were read; empty when nothing did.
@@ -53,6 +55,7 @@ public slots:
     void ShowRegisters();
     void ShowFeatureWindow();
     void ShowTerminal();
+    void ShowBridges();
 
 signals:
     /// The finder was closed without a choice, or a connection attempt has ended.
@@ -77,6 +80,9 @@ private:
     void UpdateFeatures();
     void LoadConfiguration();
     void SaveConfiguration();
+    /// Keep the bridges of the connected frame grabber in the configuration, and connect them again.
+    void SaveBridges();
+    void LoadBridges();
 
     CameraSession mSession;
     LxDeviceFinderWnd mFinder;
@@ -88,6 +94,7 @@ private:
     QString mConfigurationError;
     std::unique_ptr<LxDeviceAdapter> mAdapter;  // of the connected camera
     LxSerialTerminalWnd mTerminal;
+    LxCameraBridgeManagerWnd mBridges;
     bool mHasSerialPorts = false;
 
     Banner *mBanner;
@@ -111,6 +118,7 @@ private:
     QAction *mFeaturesAction = nullptr;
     QAction *mFeatureWindowAction = nullptr;
     QAction *mTerminalAction = nullptr;
+    QAction *mBridgesAction = nullptr;
     QList<QAction *> mPictureActions;
     QTimer mStatisticsTimer;
     bool mLinkLost = false;

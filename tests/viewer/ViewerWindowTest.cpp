@@ -7,7 +7,9 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTreeWidget>
 
+#include "Backends/Simulation/LxSimulatedGenCPCamera.h"
 #include "HeadlessTour.h"
+#include "LxCameraBridge/LxCameraBridge.h"
 #include "LxSystem/LxDeviceInfo.h"
 #include "ViewerTest.h"
 
@@ -258,4 +260,40 @@ TEST_F(Viewer, OpensATerminalOnTheSerialPortsOfACamera)
     EXPECT_FALSE(mWindow->Terminal().IsVisible());
     EXPECT_EQ(LxSimulation::GetCounters().mSerialPorts, 0u);
     EXPECT_FALSE(Action("terminalAction")->isEnabled());
+}
+
+TEST_F(Viewer, ConnectsTheBridgesOfAFrameGrabberAgain)
+{
+    EXPECT_FALSE(Action("bridgesAction")->isEnabled());
+    LxSimulatedDevice grabber;
+    grabber.mMACAddress = "02:00:00:00:01:02";
+    grabber.mIPAddress = "192.168.7.21";
+    grabber.mSubnetMask = "255.255.255.0";
+    grabber.mInterfaces = {"eth7"};
+    grabber.mSerialPorts = 1;
+    ASSERT_TRUE(LxSimulation::SetDevice(grabber).IsOK());
+    ASSERT_TRUE(LxSimulation::SetSerialPeer(grabber.mMACAddress, LxDeviceSerial::Serial0,
+                                            std::make_shared<LxSimulatedGenCPCamera>())
+                    .IsOK());
+    mWindow->Connect("192.168.7.21");
+    ASSERT_TRUE(WaitForGui([&] { return Action("bridgesAction")->isEnabled(); }));
+    Action("bridgesAction")->trigger();
+    EXPECT_TRUE(mWindow->Bridges().IsVisible());
+    LxCameraBridge *bridge = mWindow->Bridges().GetBridge(0);
+    ASSERT_NE(bridge, nullptr);
+    LxStringList ids;
+    ASSERT_TRUE(bridge->GetGenCPXMLIDs(ids).IsOK());
+    ASSERT_TRUE(bridge->ConnectGenCP(ids.GetItem(0)).IsOK());
+    bridge->SetParametersSyncEnabled(true);
+    mWindow->Disconnect();
+    EXPECT_FALSE(mWindow->Bridges().IsVisible());
+    EXPECT_FALSE(Action("bridgesAction")->isEnabled());
+    EXPECT_EQ(LxSimulation::GetCounters().mSerialPorts, 0u);
+
+    mWindow->Connect("192.168.7.21");
+    ASSERT_TRUE(WaitForGui([&] { return Action("bridgesAction")->isEnabled(); }));
+    ASSERT_NE(mWindow->Bridges().GetBridge(0), nullptr);
+    EXPECT_TRUE(mWindow->Bridges().GetBridge(0)->IsConnected());
+    ASSERT_TRUE(WaitForGui([&] { return mWindow->Session().Statistics().mDelivered > 2; }));
+    EXPECT_EQ(mWindow->Display().GetInternalBuffer().GetImage()->GetWidth(), 1024u) << "it follows the camera's size";
 }
