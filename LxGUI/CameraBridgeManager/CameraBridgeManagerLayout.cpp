@@ -21,6 +21,7 @@ constexpr int MostColumnWidth = 520;
 const QSize LeastBrowserSize(350, 300);
 const QSize LeastSize(900, 600);
 const QSize MostSize(1600, 1200);
+const QSize FirstSize(1000, 640);  // the browser's buttons fit
 const QSize ResetButtonSize(75, 25);
 
 template <class Widget>
@@ -103,6 +104,9 @@ void CameraBridgeManagerWnd::CreateLayout()
     EmbedBrowser(main, parent);
     Widget()->setMinimumSize(LeastSize);
     Widget()->setMaximumSize(MostSize);
+    if (IsDialog()) {
+        Widget()->resize(Widget()->size().expandedTo(FirstSize));
+    }
     if (!mTimer) {
         mTimer = new QTimer;
         connect(mTimer, &QTimer::timeout, this, &CameraBridgeManagerWnd::OnTimerTimeout);
@@ -225,6 +229,8 @@ QGroupBox *CameraBridgeManagerWnd::CreateCheckGroup(QWidget *aParent)
 {
     auto *group = new QGroupBox(aParent);
     auto *layout = new QHBoxLayout(group);
+    layout->setSpacing(GroupSpacing);
+    layout->setContentsMargins(GroupSpacing, MainSpacing, GroupSpacing, MainSpacing);  // the texts just fit
     const QString sync = QStringLiteral("Frame Grabber Parameters Synchronization");
     const QString power = QStringLiteral("Power Over Camera Link (PoCL)");
     mSyncCheck = Name(new QCheckBox(sync, group), "SyncCheck", sync);
