@@ -54,6 +54,7 @@ public:
     /// Reads bytes of the device's register space. Errors: NotConnected, Timeout, InvalidAddress, AccessDenied,
     /// BadAlignment, ProtocolError.
     virtual LxResult ReadMemory(int64_t aAddress, uint8_t *aData, uint64_t aLength) = 0;
+    /// Writes bytes; on failure some may have been written. Errors: as above, and WriteProtected.
     virtual LxResult WriteMemory(int64_t aAddress, const uint8_t *aData, uint64_t aLength) = 0;
 
     /// Adds a sink; it is never called from within this call.

@@ -13,7 +13,8 @@ public:
     virtual LxResult GetValue(int64_t &aValue) const = 0;
     /// The name of the current entry. NotFound when no entry has the current number.
     virtual LxResult GetValue(LxString &aName) const = 0;
-    /// Errors: NotWritable, NotFound (no such entry), NotAvailable (the entry cannot be chosen now), the device's.
+    /// Chooses an entry by its number or its name. Errors: NotWritable, NotFound (no such entry), NotAvailable (the
+    /// entry cannot be chosen now), the device's.
     virtual LxResult SetValue(int64_t aValue) = 0;
     virtual LxResult SetValue(const LxString &aName) = 0;
 
@@ -23,5 +24,6 @@ public:
     virtual LxResult GetEntryByIndex(int64_t aIndex, const LxGenEnumEntry **aEntry) const = 0;
     /// NotFound, and the pointer set to null, when no entry has the number. A success may carry null.
     virtual LxResult GetEntryByValue(int64_t aValue, const LxGenEnumEntry **aEntry) const = 0;
+    /// NotFound, and the pointer set to null, when no entry has the name.
     virtual LxResult GetEntryByName(const LxString &aName, const LxGenEnumEntry **aEntry) const = 0;
 };

@@ -4,15 +4,20 @@
 #include "LxGenICam/LxGenTypes.h"
 
 /// One entry of an enumeration feature. Owned by the enumeration; usable from any thread.
+///
+/// Only IsAvailable() may talk to the device. A text that an implementation cannot give is a failure and leaves the
+/// argument as it was.
 class LX_API LxGenEnumEntry
 {
 public:
     virtual ~LxGenEnumEntry();
 
     virtual LxResult GetName(LxString &aName) const = 0;
+    /// The name for people; the name when the XML gives none.
     virtual LxResult GetDisplayName(LxString &aDisplayName) const = 0;
     virtual LxResult GetToolTip(LxString &aToolTip) const = 0;
     virtual LxResult GetDescription(LxString &aDescription) const = 0;
+    /// The number that is written to choose the entry.
     virtual LxResult GetValue(int64_t &aValue) const = 0;
     virtual LxResult GetVisibility(LxGenVisibility &aVisibility) const = 0;
     virtual LxResult GetNameSpace(LxGenNameSpace &aNameSpace) const = 0;
