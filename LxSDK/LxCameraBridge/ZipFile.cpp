@@ -137,7 +137,7 @@ std::string MakeZip(const std::string &aName, const std::string &aContent)
     const auto central = static_cast<uint32_t>(zip.size());
     zip += std::string(CentralSignature, 4);
     Put(zip, 20, 2);
-    zip += common + std::string(14, '\0') + aName;
+    zip.append(common).append(14, '\0').append(aName);
     const uint32_t size = static_cast<uint32_t>(zip.size()) - central;
     zip += std::string(EndSignature, 4);
     Put(zip, 0, 4);
