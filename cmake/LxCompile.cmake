@@ -10,14 +10,15 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   target_compile_options(LxCompile INTERFACE -Wno-restrict)
 endif()
 
+# otherwise symbols of templates and of the instrumentation (STB_GNU_UNIQUE) keep a library loaded for good
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(LxCompile INTERFACE -fno-gnu-unique)
+endif()
+
 if(LXGUI_SANITIZE)
   # instrumented code hides from the compiler that a variable is set
   target_compile_options(LxCompile INTERFACE -fsanitize=${LXGUI_SANITIZE} -Wno-maybe-uninitialized)
   target_link_options(LxCompile INTERFACE -fsanitize=${LXGUI_SANITIZE})
-  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # otherwise symbols of the instrumentation (STB_GNU_UNIQUE) keep a library loaded for good
-    target_compile_options(LxCompile INTERFACE -fno-gnu-unique)
-  endif()
   if(LXGUI_SANITIZE MATCHES "undefined")
     target_compile_options(LxCompile INTERFACE -fno-sanitize-recover=undefined)
   endif()
