@@ -235,7 +235,8 @@ TEST_F(GenCPCameraTest, SpeedIsSwitchedAndFallsBackUnlessConfirmed)
     EXPECT_EQ(mCamera->GetBaudRate(), 115200u);
     const uint8_t unconfirmed[] = {0, 0, 0, 0x20};
     ASSERT_TRUE(mClient->Write(0x10004, unconfirmed, sizeof(unconfirmed)).IsOK());
-    EXPECT_TRUE(WaitFor([&] { return mCamera->GetBaudRate() == 115200; }));
+    EXPECT_TRUE(WaitFor([&] { return mCamera->GetSpeedFallbackCount() == 1; }));
+    EXPECT_EQ(mCamera->GetBaudRate(), 115200u);
     EXPECT_TRUE(mClient->Ping().IsOK());
 }
 
@@ -263,7 +264,7 @@ TEST_F(GenCPCameraTest, FeaturesAreTransactionsAndASilentCameraCostsOneTimeout)
     for (int i = 0; i < 100; ++i) {
         EXPECT_EQ(features.GetIntegerValue("Height", value), LxResultCode::Timeout);
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 300ms);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 10s) << "a hundred time-outs would be far longer";
     mCamera->SetPlugged(true);
     EXPECT_TRUE(WaitFor([&] { return features.GetIntegerValue("Width", value).IsOK(); }));
     EXPECT_EQ(value, 320);

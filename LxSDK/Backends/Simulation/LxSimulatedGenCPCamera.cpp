@@ -183,6 +183,7 @@ public:
         if (!mConfirmed && mNextSpeedBit == 0 && Clock::now() > mConfirmUntil) {
             SetSpeed(mOldSpeedBit);
             mConfirmed = true;
+            ++mSpeedFallbacks;
         }
         return Speeds[std::countr_zero(mSpeedBit)];
     }
@@ -220,6 +221,7 @@ public:
     uint32_t mOldSpeedBit = 1;
     uint32_t mNextSpeedBit = 0;
     bool mConfirmed = true;
+    uint32_t mSpeedFallbacks = 0;
     Clock::time_point mConfirmUntil{};
 };
 
@@ -256,6 +258,13 @@ uint64_t LxSimulatedGenCPCamera::GetExecutionCount() const
 {
     std::lock_guard lock(mData->mMutex);
     return mData->mExecutions;
+}
+
+uint32_t LxSimulatedGenCPCamera::GetSpeedFallbackCount() const
+{
+    std::lock_guard lock(mData->mMutex);
+    mData->GetSpeed();  // notices that the time has passed
+    return mData->mSpeedFallbacks;
 }
 
 LxString LxSimulatedGenCPCamera::GetTrace() const

@@ -44,6 +44,8 @@ public:
     uint64_t GetCommandCount() const;
     /// Commands that were executed: a repetition of the last one is answered without executing it again.
     uint64_t GetExecutionCount() const;
+    /// How often a speed that was not confirmed in time has been undone.
+    uint32_t GetSpeedFallbackCount() const;
     /// The packets so far, at most the last 10000, one line each: "> " for a command or "< " for an acknowledge, and
     /// its bytes in hexadecimal.
     LxString GetTrace() const;

@@ -232,7 +232,7 @@ public:
 
     /// Keeps the calls from now on, at most the last 10000. Off by default. Recorded are the operations above and
     /// "Find", "Disconnect", "ReadRegister", "WriteRegister", "ReadMemory", "WriteMemory", "StreamStop",
-    /// "SerialClose".
+    /// "SerialClose"; "ReadPort" and "WritePort" are what those and the features ask of the device itself.
     static void SetRecording(bool aEnabled);
     /// The recorded calls of a name, in order; all for an empty name.
     static std::vector<LxSimulatedCall> GetCalls(const LxString &aName = LxString());

@@ -53,7 +53,11 @@ LxResult SimulatedLinkPort::Judge(const LxResult &aResult)
 LxResult SimulatedLinkPort::Read(uint64_t aAddress, void *aData, uint32_t aLength)
 {
     const LxResult state = GetState();
-    return state.IsOK() ? Judge(mPort->Read(aAddress, aData, aLength)) : state;
+    if (!state.IsOK()) {
+        return state;
+    }
+    Record("ReadPort", *mUnit, static_cast<int64_t>(aAddress), aLength);
+    return Judge(mPort->Read(aAddress, aData, aLength));
 }
 
 LxResult SimulatedLinkPort::Write(uint64_t aAddress, const void *aData, uint32_t aLength)
@@ -65,6 +69,7 @@ LxResult SimulatedLinkPort::Write(uint64_t aAddress, const void *aData, uint32_t
     if (!IsWritable()) {
         return LxResult(LxResultCode::AccessDenied, "The device is connected for reading only.");
     }
+    Record("WritePort", *mUnit, static_cast<int64_t>(aAddress), aLength);
     return Judge(mPort->Write(aAddress, aData, aLength));
 }
 

@@ -515,7 +515,12 @@ TEST_F(LxSimulationTest, CallsAreRecordedWithArgumentsThreadAndTime)
     EXPECT_EQ(LxSimulation::GetCalls("Connect").size(), 1u);
     EXPECT_EQ(LxSimulation::GetCalls("Disconnect").size(), 1u);
     EXPECT_EQ(LxSimulation::GetCalls("Find").size(), 1u);
-    EXPECT_EQ(LxSimulation::GetCalls().size(), 5u);
+    const auto port = LxSimulation::GetCalls("ReadPort");
+    ASSERT_GE(port.size(), 1u);
+    EXPECT_EQ(Text(port.back().mArguments), std::string(Camera) + ", 0xA00, 0x4");
+    EXPECT_EQ(port.back().mThread, other);
+    EXPECT_EQ(LxSimulation::GetCalls("WritePort").size(), 1u);
+    EXPECT_EQ(LxSimulation::GetCalls().size(), 6u + port.size());
     LxSimulation::ClearCalls();
     LxSimulation::SetRecording(false);
     mSystem->Find();
