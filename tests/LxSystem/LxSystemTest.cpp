@@ -132,10 +132,11 @@ TEST_F(System, AQuickSearchStillTakesItsPace)
 {
     const ActiveBackend backend("a");
     LxSystem system;
+    system.SetDetectionTimeout(20000);
     auto start = steady_clock::now();
     EXPECT_TRUE(system.Find().IsOK());
     EXPECT_GE(steady_clock::now() - start, milliseconds(30));
-    EXPECT_LT(steady_clock::now() - start, milliseconds(900)) << "but not the whole time-out";
+    EXPECT_LT(steady_clock::now() - start, milliseconds(19000)) << "but not the whole time-out";
     system.SetDetectionTimeout(0);
     EXPECT_TRUE(system.Find().IsOK());
 }

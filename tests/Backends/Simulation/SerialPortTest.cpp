@@ -314,9 +314,9 @@ TEST_F(SerialPortTest, PacedBytesTakeTheirTime)
     EXPECT_GE(Clock::now() - start, 99ms);
     ASSERT_TRUE(Features().SetEnumValue("Uart0BaudRate", "Baud921600").IsOK());
     const auto fast = Clock::now();
-    ASSERT_TRUE(Write(std::string(96, 'f')).IsOK());
-    EXPECT_EQ(Read(96), std::string(96, 'f'));
-    EXPECT_LT(Clock::now() - fast, 99ms);
+    ASSERT_TRUE(Write(std::string(9600, 'f')).IsOK());
+    EXPECT_EQ(Read(9600), std::string(9600, 'f'));
+    EXPECT_LT(Clock::now() - fast, 10s) << "what the first speed would take";
 }
 
 TEST_F(SerialPortTest, LoopbackComesBackAndThePeerHearsNothing)

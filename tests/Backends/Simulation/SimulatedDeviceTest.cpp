@@ -389,14 +389,14 @@ TEST_F(SimulatedDeviceTest, FrozenDeviceCostsOneTimeout)
     DeviceSink sink;
     device->RegisterEventSink(&sink);
     auto &gev = dynamic_cast<LxDeviceGEV &>(*device);
-    ASSERT_TRUE(LxSimulation::FreezeDevice(Camera, 100).IsOK());
+    ASSERT_TRUE(LxSimulation::FreezeDevice(Camera, 500).IsOK());
     uint32_t value = 0;
     EXPECT_EQ(gev.ReadRegister(R::Width, value), LxResultCode::Timeout);
     const auto start = std::chrono::steady_clock::now();
     for (int i = 0; i < 20; ++i) {
         EXPECT_EQ(gev.ReadRegister(R::Width, value), LxResultCode::Timeout);
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 1000ms) << "twenty time-outs would be two seconds";
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 9s) << "twenty time-outs would be ten seconds";
     EXPECT_EQ(Find(Camera), nullptr);
     EXPECT_TRUE(WaitFor([&] { return sink.mDisconnected == 1; }));
     EXPECT_EQ(gev.ReadRegister(R::Width, value), LxResultCode::NotConnected);
