@@ -73,6 +73,7 @@ TEST_F(ViewerSerial, BridgesComeBackWithTheDevice)
     ConnectLive();
     EXPECT_EQ(CountOffered(), 1u);
     // What was switched off stays off.
+    Action("serialBridgesAction")->trigger();
     window = mWindow->SerialBridgeManager().GetQWidget();
     QTest::mouseClick(window->findChild<QRadioButton *>("InactiveRadio"), Qt::LeftButton, {}, {8, 8});
     mWindow->close();
