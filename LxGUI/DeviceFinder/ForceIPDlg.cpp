@@ -16,6 +16,7 @@
 
 #include "LxDevice/LxDeviceGEV.h"
 #include "LxDevice/LxDeviceKelvraProtocol.h"
+#include "LxGUI/DeviceFinder/DialogButtons.h"
 #include "LxGUI/DeviceFinder/IPv4.h"
 #include "LxGUI/Frame/BusyCursor.h"
 #include "LxGUI/Frame/FixedSizeDialog.h"
@@ -79,24 +80,16 @@ ForceIPDlg::ForceIPDlg(const LxDeviceInfo &aInfo, const LxNetworkAdapter &aAdapt
 {
     setObjectName(QStringLiteral("ForceIPDlg"));
     setWindowTitle(QStringLiteral("Set IP Address"));
-    auto *ok = new QPushButton(QStringLiteral("OK"), this);
-    ok->setObjectName(QStringLiteral("OKButton"));
-    ok->setDefault(true);
-    auto *cancel = new QPushButton(QStringLiteral("Cancel"), this);
-    cancel->setObjectName(QStringLiteral("CancelButton"));
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
+    const DialogButtons buttons(this);
 
     auto *main = new QVBoxLayout(this);
     main->addWidget(CreateNICGroup());
     main->addWidget(CreateDeviceGroup());
     main->addStretch();
-    main->addLayout(buttons);
+    main->addLayout(buttons.mLayout);
 
-    const std::array<QWidget *, 6> order = {mNICIPCombo, mDeviceIPEdit, mDeviceMaskEdit, mDeviceGatewayEdit,
-                                            ok,          cancel};
+    const std::array<QWidget *, 6> order = {mNICIPCombo,        mDeviceIPEdit, mDeviceMaskEdit,
+                                            mDeviceGatewayEdit, buttons.mOK,   buttons.mCancel};
     for (size_t i = 1; i < order.size(); ++i) {
         QWidget::setTabOrder(order[i - 1], order[i]);
     }
@@ -107,8 +100,6 @@ ForceIPDlg::ForceIPDlg(const LxDeviceInfo &aInfo, const LxNetworkAdapter &aAdapt
         mMarkers.emplace_back(edit);
         connect(edit, SIGNAL(textChanged(const QString &)), this, SLOT(Validate()));
     }
-    connect(ok, SIGNAL(clicked()), this, SLOT(accept()));
-    connect(cancel, SIGNAL(clicked()), this, SLOT(reject()));
     connect(mNICIPCombo, SIGNAL(activated(int)), this, SLOT(OnCbnSelchangeNICIPAddress(int)));
     MakeFixedSizeDialog(this, sWidth, sHeight);
     Configure(aInfo, aAdapter);

@@ -7,6 +7,7 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QVBoxLayout>
 
+#include "LxGUI/DeviceFinder/DialogButtons.h"
 #include "LxGUI/DeviceFinder/IPv4.h"
 #include "LxGUI/Frame/FixedSizeDialog.h"
 
@@ -39,27 +40,17 @@ SelectFromIPDlg::SelectFromIPDlg(QWidget *aParent) : QDialog(aParent), mAddressE
     address->addWidget(mAddressEdit);
     address->addSpacing(sSpaceBehindAddress);
 
-    auto *ok = new QPushButton(QStringLiteral("OK"), this);
-    ok->setObjectName(QStringLiteral("OKButton"));
-    ok->setDefault(true);
-    auto *cancel = new QPushButton(QStringLiteral("Cancel"), this);
-    cancel->setObjectName(QStringLiteral("CancelButton"));
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
+    const DialogButtons buttons(this);
 
     auto *main = new QVBoxLayout(this);
     main->addWidget(text);
     main->addLayout(address);
     main->addStretch();
-    main->addLayout(buttons);
+    main->addLayout(buttons.mLayout);
 
-    QWidget::setTabOrder(mAddressEdit, ok);
-    QWidget::setTabOrder(ok, cancel);
+    QWidget::setTabOrder(mAddressEdit, buttons.mOK);
+    QWidget::setTabOrder(buttons.mOK, buttons.mCancel);
     mAddressEdit->setFocus();
-    connect(ok, SIGNAL(clicked()), this, SLOT(accept()));
-    connect(cancel, SIGNAL(clicked()), this, SLOT(reject()));
     MakeFixedSizeDialog(this, sWidth, sHeight);
 }
 

@@ -171,14 +171,8 @@ TEST_F(Discovery, EveryDeviceClassHasItsNumber)
 TEST_F(Discovery, ABroadcastAnswerFromAnotherSubnetIsHeard)
 {
     const Wire wire("cam", "192.168.50.1/24", "10.9.9.9/24");
-    const GvcpResponder responder(
-        [](const ReceivedCommand &aCommand) {
-            Reply reply = AnswerDiscovery(aCommand, MakeCamera(mac, 0x0A090909));
-            reply.mBroadcast = true;
-            return std::vector<Reply>{reply};
-        },
-        wire.GetNamespace(), wire.GetFarEnd());
-    ASSERT_TRUE(responder.IsReady());
+    const ForeignCamera camera(wire);
+    ASSERT_TRUE(camera.IsReady());
     ASSERT_TRUE(FindDevices(1));
     const LxInterface *interface = GetInterface(wire.GetNearEnd());
     ASSERT_NE(interface, nullptr);
@@ -200,14 +194,8 @@ TEST_F(Discovery, ABroadcastAnswerFromAnotherSubnetIsHeard)
 TEST_F(Discovery, AnAdapterWithoutAddressFindsToo)
 {
     const Wire wire("cam", "", "10.9.9.9/24");
-    const GvcpResponder responder(
-        [](const ReceivedCommand &aCommand) {
-            Reply reply = AnswerDiscovery(aCommand, MakeCamera(mac, 0x0A090909));
-            reply.mBroadcast = true;
-            return std::vector<Reply>{reply};
-        },
-        wire.GetNamespace(), wire.GetFarEnd());
-    ASSERT_TRUE(responder.IsReady());
+    const ForeignCamera camera(wire);
+    ASSERT_TRUE(camera.IsReady());
     ASSERT_TRUE(FindDevices(1));
     const auto *adapter = dynamic_cast<const LxNetworkAdapter *>(GetInterface(wire.GetNearEnd()));
     ASSERT_NE(adapter, nullptr);

@@ -98,3 +98,19 @@ inline std::vector<Reply> AnswerAsCamera(const ReceivedCommand &aCommand)
 {
     return {AnswerDiscovery(aCommand, MakeCamera(mac, loopbackAddress))};
 }
+
+/// A camera 10.9.9.9 at the far end of a wire that answers searches with a broadcast.
+class ForeignCamera : public GvcpResponder
+{
+public:
+    explicit ForeignCamera(const Wire &aWire)
+        : GvcpResponder(
+              [](const ReceivedCommand &aCommand) {
+                  Reply reply = AnswerDiscovery(aCommand, MakeCamera(mac, 0x0A090909));
+                  reply.mBroadcast = true;
+                  return std::vector<Reply>{reply};
+              },
+              aWire.GetNamespace(), aWire.GetFarEnd())
+    {
+    }
+};

@@ -95,13 +95,7 @@ TEST_F(Discovery, FindDeviceDropsAnswersThatMakeNoSense)
 TEST_F(Discovery, FindDeviceReachesADeviceThatNoRouteLeadsTo)
 {
     const Wire wire("cam", "192.168.50.1/24", "10.9.9.9/24");
-    const GvcpResponder responder(
-        [](const ReceivedCommand &aCommand) {
-            Reply reply = AnswerDiscovery(aCommand, MakeCamera(mac, 0x0A090909));
-            reply.mBroadcast = true;
-            return std::vector<Reply>{reply};
-        },
-        wire.GetNamespace(), wire.GetFarEnd());
+    const ForeignCamera camera(wire);
     // the device resolves the address of who asks like a camera does, which has no routes to look at
     ASSERT_TRUE(RunCommand("ip netns exec " + wire.GetNamespace() + " ip route add default dev " + wire.GetFarEnd()));
     const LxDeviceInfo *info = nullptr;
