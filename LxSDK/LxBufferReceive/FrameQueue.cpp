@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "LxBuffer/LxGenDCContainer.h"
+
 namespace LxDetail
 {
 
@@ -71,6 +73,9 @@ void FrameQueue::SetLost(bool aLost)
 
 uint64_t FrameQueue::GetSize(const LxBuffer &aBuffer)
 {
+    if (const auto *container = dynamic_cast<const LxGenDCContainer *>(aBuffer.GetGenDC())) {
+        return container->GetSize();
+    }
     const LxImage *image = aBuffer.GetImage();
     return image == nullptr ? 0 : image->GetDataSize();
 }

@@ -351,6 +351,14 @@ const std::vector<Entry> &GetEntries()
          Numbers([](EmulatedCamera &aCamera, const auto &aNumbers) {
              return ToReply(aCamera.SetGeometry(aNumbers[0], aNumbers[1]));
          })},
+        {"payload", "image|gendc", "send images, or GenDC containers of one image; before the stream is started", 1, 1,
+         [](EmulatedCamera &aCamera, const Words &aWords) {
+             if (aWords[0] != "image" && aWords[0] != "gendc") {
+                 return Error("not a payload: " + aWords[0]);
+             }
+             aCamera.GetCamera().SetPayloadType(aWords[0] == "gendc" ? LxPayloadType::GenDC : LxPayloadType::Image);
+             return cOk;
+         }},
         {"kill-stream", "", "stream nothing, though the camera goes on acquiring and answering", 0, 0,
          [](EmulatedCamera &aCamera, const Words &) {
              aCamera.SetStreamSilent(true);

@@ -18,6 +18,7 @@ enum class PacketType : uint8_t
 };
 
 constexpr uint16_t cImagePayload = 0x0001;
+constexpr uint16_t cGenDCPayload = 0x000B;
 constexpr uint8_t cExtendedIdFlag = 0x80;
 constexpr uint16_t cResent = 0x0100;        // status of a packet that is sent again
 constexpr uint16_t cRepeatedFlag = 0x0001;  // of extended headers
@@ -61,8 +62,10 @@ GvspPacket GvspBlock::MakePacket(uint32_t aPacketId, bool aResent) const
     if (aPacketId == GetPacketCount() - 1) {
         GvspPacket packet = MakeHeader(mId, mExtendedIds, aPacketId, PacketType::Trailer, status);
         uint8_t *trailer = packet.mHeader.data() + packet.mHeaderSize;
-        Put16(trailer + 2, cImagePayload);
-        Put32(trailer + 4, mSizeY);
+        Put16(trailer + 2, mIsGenDC ? cGenDCPayload : cImagePayload);
+        if (!mIsGenDC) {
+            Put32(trailer + 4, mSizeY);
+        }
         packet.mHeaderSize += 8;
         return packet;
     }
@@ -77,8 +80,12 @@ GvspPacket GvspBlock::MakeLeader(uint32_t aSizeX, uint32_t aSizeY, bool aResent)
 {
     GvspPacket packet = MakeHeader(mId, mExtendedIds, 0, PacketType::Leader, aResent ? cResent : 0);
     uint8_t *leader = packet.mHeader.data() + packet.mHeaderSize;
-    Put16(leader + 2, cImagePayload);
+    Put16(leader + 2, mIsGenDC ? cGenDCPayload : cImagePayload);
     Put64(leader + 4, mTimestamp);
+    if (mIsGenDC) {
+        packet.mHeaderSize += 12;
+        return packet;
+    }
     Put32(leader + 12, mPixelFormat);
     Put32(leader + 16, aSizeX);
     Put32(leader + 20, aSizeY);

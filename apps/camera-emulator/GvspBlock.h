@@ -32,6 +32,7 @@ public:
     bool mExtendedIds = false;
     uint32_t mPacketSize = 1500;  ///< IP, UDP and GVSP headers and data
     uint64_t mTimestamp = 0;
+    bool mIsGenDC = false;  ///< The data are a GenDC container, whose leader tells no geometry.
     uint32_t mPixelFormat = 0;
     uint32_t mSizeX = 0;
     uint32_t mSizeY = 0;

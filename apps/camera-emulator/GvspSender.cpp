@@ -173,6 +173,7 @@ std::shared_ptr<GvspBlock> GvspSender::MakeBlock()
     // The registers may change while the image is drawn; one that fits what its leader says is wanted, but not awaited
     // for ever.
     for (int tries = 0; tries < 3; ++tries) {
+        block->mIsGenDC = mCamera.GetPayloadType() == LxPayloadType::GenDC;
         block->mSizeX = mCamera.GetWidth();
         block->mSizeY = mCamera.GetHeight();
         block->mOffsetX = port->Peek32(Register::OffsetX);

@@ -3,6 +3,8 @@
 #include <QtWidgets/QDialog>
 
 #include "FakePayloads.h"
+#include "LxBuffer/GenDCDescriptor.h"
+#include "LxBuffer/LxGenDCContainer.h"
 #include "LxCodec/LxBufferConverter.h"
 #include "OpenGLTest.h"
 
@@ -248,6 +250,36 @@ TEST_P(BothRenderers, ShowTheImageOfAGenDCContainer)
     buffer->SetGenDC(container);
     ASSERT_TRUE(mDisplay.Display(*buffer, false).IsOK());
     ExpectFitted(Screen(), *inside->GetImage(), cBackground);
+}
+
+TEST_P(BothRenderers, ShowTheFirstImageOfAContainerInMemory)
+{
+    namespace GenDC = LxDetail::GenDC;
+    ShowAt(100, 80);
+    const auto inside = MakePattern(50, 40, LxPixelType::RGB8, 3);
+    GenDC::Part metadata;
+    metadata.mHeaderType = 0x4000;
+    metadata.mDataSize = 11;
+    GenDC::Part image;
+    image.mFormat = LxPixelType::RGB8;
+    image.mSizeX = 50;
+    image.mSizeY = 40;
+    image.mPaddingX = 3;
+    image.mDataSize = inside->GetImage()->GetDataSize();
+    GenDC::Descriptor descriptor;
+    descriptor.mComponents.resize(2);
+    descriptor.mComponents[0].mParts = {metadata};
+    descriptor.mComponents[1].mParts = {image};
+    const auto bytes = std::make_shared<std::vector<uint8_t>>(GenDC::Build(descriptor));
+    bytes->resize(bytes->size() + metadata.mDataSize);
+    const auto *data = static_cast<const uint8_t *>(inside->GetDataPointer());
+    bytes->insert(bytes->end(), data, data + image.mDataSize);
+    std::shared_ptr<const LxGenDCContainer> container;
+    ASSERT_TRUE(LxGenDCContainer::Parse({bytes, bytes->data()}, bytes->size(), container).IsOK());
+    LxBuffer buffer(LxPayloadType::GenDC);
+    buffer.SetGenDC(container);
+    ASSERT_TRUE(mDisplay.Display(buffer, false).IsOK());
+    ExpectFitted(Screen(), *Converted(*inside)->GetImage(), cBackground);
 }
 
 TEST_P(BothRenderers, AFailedAttachOfAGenDCImageGivesItsCode)

@@ -43,6 +43,15 @@ TEST(GvspBlock, LeaderWithStandardIds)
     EXPECT_EQ(expected, Flatten(MakeBlock(false).MakePacket(0, false)));
 }
 
+TEST(GvspBlock, LeaderAndTrailerOfAGenDCContainerTellNoGeometry)
+{
+    GvspBlock block = MakeBlock(false);
+    block.mIsGenDC = true;
+    EXPECT_EQ((Bytes{0, 0, 0x12, 0x34, 1, 0, 0, 0, 0, 0, 0, 11, 1, 2, 3, 4, 5, 6, 7, 8}),
+              Flatten(block.MakePacket(0, false)));
+    EXPECT_EQ((Bytes{0, 0, 0x12, 0x34, 2, 0, 0, 4, 0, 0, 0, 11, 0, 0, 0, 0}), Flatten(block.MakePacket(4, false)));
+}
+
 TEST(GvspBlock, PayloadWithStandardIds)
 {
     const GvspBlock block = MakeBlock(false);

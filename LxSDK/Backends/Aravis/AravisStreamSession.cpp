@@ -7,6 +7,8 @@
 #include <string>
 #include <utility>
 
+#include "LxBuffer/LxGenDCContainer.h"
+
 namespace LxDetail
 {
 
@@ -50,6 +52,18 @@ bool CarriesImage(ArvBuffer *aFrame)
     const ArvBufferPayloadType type = arv_buffer_get_payload_type(aFrame);
     return type == ARV_BUFFER_PAYLOAD_TYPE_IMAGE || type == ARV_BUFFER_PAYLOAD_TYPE_EXTENDED_CHUNK_DATA ||
            type == ARV_BUFFER_PAYLOAD_TYPE_MULTIPART;
+}
+
+// GigE Vision's number for a whole container, which the library passes on without knowing it.
+constexpr int genDCPayload = 0x000B;
+
+LxPayloadType GetPayloadType(ArvBuffer *aFrame)
+{
+    if (CarriesImage(aFrame)) {
+        return LxPayloadType::Image;
+    }
+    return static_cast<int>(arv_buffer_get_payload_type(aFrame)) == genDCPayload ? LxPayloadType::GenDC
+                                                                                 : LxPayloadType::Raw;
 }
 
 }  // namespace
@@ -134,8 +148,7 @@ std::shared_ptr<const LxBuffer> AravisStreamSession::Pop(std::chrono::millisecon
         return nullptr;
     }
     ArvBuffer *raw = frame.get();
-    const LxPayloadType type = CarriesImage(raw) ? LxPayloadType::Image : LxPayloadType::Raw;
-    const auto held = std::make_shared<HeldFrame>(type, std::move(frame), weak_from_this());
+    const auto held = std::make_shared<HeldFrame>(GetPayloadType(raw), std::move(frame), weak_from_this());
     Describe(raw, held->mBuffer);
     return std::shared_ptr<const LxBuffer>(held, &held->mBuffer);
 }
@@ -147,12 +160,30 @@ void AravisStreamSession::Describe(_ArvBuffer *aFrame, LxBuffer &aBuffer)
     aBuffer.SetTimestamp(arv_buffer_get_timestamp(aFrame));
     aBuffer.SetReceptionTime(
         static_cast<uint64_t>(std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count()));
+    if (aBuffer.GetPayloadType() == LxPayloadType::GenDC && aBuffer.GetStatus() == LxBufferStatus::Complete) {
+        AttachContainer(aFrame, aBuffer);
+    }
     if (aBuffer.GetImage() && aBuffer.GetStatus() != LxBufferStatus::SizeMismatch) {
         const bool complete = aBuffer.GetStatus() == LxBufferStatus::Complete;
         if (!AttachImage(aFrame, complete, *aBuffer.GetImage()) && complete) {
             aBuffer.SetStatus(LxBufferStatus::SizeMismatch);
         }
     }
+}
+
+// Where the descriptor of a container is not right, the frame comes without it.
+void AravisStreamSession::AttachContainer(_ArvBuffer *aFrame, LxBuffer &aBuffer)
+{
+    size_t size = 0;
+    const void *data = arv_buffer_get_data(aFrame, &size);
+    // the frame, which is held together with the buffer, owns the memory
+    const std::shared_ptr<const void> memory(std::shared_ptr<const void>(), data);
+    std::shared_ptr<const LxGenDCContainer> container;
+    if (!LxGenDCContainer::Parse(memory, std::min<size_t>(size, mPayloadSize), container).IsOK()) {
+        aBuffer.SetStatus(LxBufferStatus::SizeMismatch);
+        return;
+    }
+    aBuffer.SetGenDC(std::move(container));
 }
 
 // The leader of a frame is the word of the device: nothing of it is believed that does not fit the memory.

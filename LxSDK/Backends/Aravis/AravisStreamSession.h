@@ -80,6 +80,7 @@ private:
     AravisStreamSession(GObjectPtr<_ArvStream> aStream, const StreamFormat &aFormat, uint64_t aRestoreCount);
 
     void Describe(_ArvBuffer *aFrame, LxBuffer &aBuffer);
+    void AttachContainer(_ArvBuffer *aFrame, LxBuffer &aBuffer);
     bool AttachImage(_ArvBuffer *aFrame, bool aComplete, LxImage &aImage);
     void Recycle(GObjectPtr<_ArvBuffer> aBuffer);
 

@@ -270,6 +270,14 @@ LxResult LxSimulation::DamageFrames(const LxString &aDevice, uint32_t aCount)
     return With(aDevice, [&](SimulatedUnit &aUnit) { aUnit.DamageFrames(aCount); });
 }
 
+LxResult LxSimulation::SetPayloadType(const LxString &aDevice, LxPayloadType aType)
+{
+    if (aType != LxPayloadType::Image && aType != LxPayloadType::GenDC) {
+        return LxResult(LxResultCode::InvalidArgument, "Simulated devices send images or GenDC containers.");
+    }
+    return With(aDevice, [&](SimulatedUnit &aUnit) { aUnit.GetCamera()->SetPayloadType(aType); });
+}
+
 LxResult LxSimulation::SetSerialPeer(const LxString &aDevice, LxDeviceSerial aPort,
                                      std::shared_ptr<LxSimulatedSerialPeer> aPeer)
 {

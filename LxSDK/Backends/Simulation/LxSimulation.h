@@ -9,6 +9,7 @@
 #include "LxBase/LxDeviceSerial.h"
 #include "LxBase/LxResult.h"
 #include "LxBase/LxString.h"
+#include "LxBuffer/LxBuffer.h"
 
 /// An IPv4 address of a simulated network adapter, dotted decimal.
 struct LxSimulatedAddress
@@ -210,6 +211,10 @@ public:
     /// Some frames from now on never arrive, or arrive without some of their packets.
     static LxResult SkipFrames(const LxString &aDevice, uint32_t aCount);
     static LxResult DamageFrames(const LxString &aDevice, uint32_t aCount);
+    /// What the frames of a device carry from the next one on: LxPayloadType::Image (from the start), or GenDC, a
+    /// container whose only part is the image; the feature "PayloadSize" follows. InvalidArgument for other types.
+    /// Where a container comes in damaged, the buffer has the payload type GenDC and no container.
+    static LxResult SetPayloadType(const LxString &aDevice, LxPayloadType aType);
 
     /// Connects something with a serial port of a device in place of what was there; null: nothing. From the start
     /// there is nothing. InvalidArgument: there is no such port.

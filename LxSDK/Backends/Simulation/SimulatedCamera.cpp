@@ -43,6 +43,18 @@ uint64_t SimulatedCamera::GetPayloadSize() const
     return mData->mPort->Peek64(SimulatedRegister::PayloadSize);
 }
 
+LxPayloadType SimulatedCamera::GetPayloadType() const
+{
+    std::lock_guard lock(mData->mMutex);
+    return mData->mPayloadType;
+}
+
+void SimulatedCamera::SetPayloadType(LxPayloadType aType)
+{
+    std::lock_guard lock(mData->mMutex);
+    mData->SetPayloadType(aType);
+}
+
 double SimulatedCamera::GetFrameRate() const
 {
     std::lock_guard lock(mData->mMutex);

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "Backends/Simulation/SimulatedXML.h"
-#include "LxBuffer/LxPixelType.h"
+#include "LxBuffer/LxBuffer.h"
 #include "NodeMap/MemoryPort.h"
 
 namespace LxDetail
@@ -57,6 +57,9 @@ public:
     uint32_t GetHeight() const;
     LxPixelType GetPixelType() const;
     uint64_t GetPayloadSize() const;
+    /// Image (at first) or GenDC: a container with the image as its only part. Takes effect with the next frame.
+    LxPayloadType GetPayloadType() const;
+    void SetPayloadType(LxPayloadType aType);
     /// Frames per second, from AcquisitionFrameRate; trigger mode is looked at by WaitForFrame().
     double GetFrameRate() const;
 
@@ -67,7 +70,8 @@ public:
     /// Waits until the next frame is due by frame rate or software trigger and acquisition mode. False when the
     /// acquisition ended or aStop became true.
     bool WaitForFrame(const std::atomic<bool> &aStop);
-    /// Draws a frame, by the registers for geometry, format and test pattern, into memory of GetPayloadSize() bytes.
+    /// Draws a frame, by the registers for geometry, format and test pattern, into memory of GetPayloadSize() bytes; as
+    /// a GenDC container where the payload type says so.
     void DrawFrame(uint64_t aNumber, uint8_t *aData, uint64_t aSize) const;
     /// Stops an acquisition from outside: the link was lost or control was given up.
     void AbortAcquisition();

@@ -493,7 +493,10 @@ void SimulatedCamera::Data::Derive()
     Set(R::PixelSize, LxPixelTypeGetBitsPerPixel(format));
     Set(R::PixelColorFilter, encoder.GetColorFilter());
     Set(R::PixelDynamicRangeMax, (1u << encoder.GetBitsPerSample()) - 1);
-    const uint64_t payload = LxPixelTypeGetImageSize(format, Get(R::Width), Get(R::Height));
+    uint64_t payload = LxPixelTypeGetImageSize(format, Get(R::Width), Get(R::Height));
+    if (mPayloadType == LxPayloadType::GenDC) {
+        payload += MakeGenDCDescriptor(0).size();
+    }
     Set64(R::PayloadSize, payload);
 
     const double maxRate = std::min(MaxFrameRate, LinkBytesPerSecond / static_cast<double>(payload));

@@ -30,6 +30,7 @@ public:
     void AbortAcquisition();
     void Restart();
     uint64_t GetTimestamp(Clock::time_point aNow) const;
+    void SetPayloadType(LxPayloadType aType);
 
     uint32_t Get(uint64_t aAddress) const { return mPort->Peek32(aAddress); }
     double GetFloat(uint64_t aAddress) const;
@@ -41,6 +42,7 @@ public:
 
     mutable std::mutex mMutex;  // guards all members below; the port's own lock is taken inside it
     bool mAcquiring = false;
+    LxPayloadType mPayloadType = LxPayloadType::Image;
     std::function<void(bool)> mListener;
 
 private:
@@ -75,6 +77,8 @@ private:
     std::vector<uint8_t> SaveSettings() const;
     void LoadSettings(const std::vector<uint8_t> &aSettings);
     PatternSettings GetPatternSettings() const;
+    /// The descriptor of a container with one image of the present geometry.
+    std::vector<uint8_t> MakeGenDCDescriptor(uint64_t aNumber) const;
 
     std::set<uint32_t> mPixelFormats;
     std::vector<uint8_t> mShadow;  // the last accepted content of the registers, by address

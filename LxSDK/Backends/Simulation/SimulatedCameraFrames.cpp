@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "Backends/Simulation/SimulatedCameraData.h"
+#include "LxBuffer/GenDCDescriptor.h"
 
 namespace LxDetail
 {
@@ -159,17 +160,46 @@ PatternSettings SimulatedCamera::Data::GetPatternSettings() const
     return settings;
 }
 
+void SimulatedCamera::Data::SetPayloadType(LxPayloadType aType)
+{
+    mPayloadType = aType;
+    Derive();
+}
+
+std::vector<uint8_t> SimulatedCamera::Data::MakeGenDCDescriptor(uint64_t aNumber) const
+{
+    GenDC::Part part;
+    part.mFormat = static_cast<LxPixelType>(Get(R::PixelFormat));
+    part.mSizeX = Get(R::Width);
+    part.mSizeY = Get(R::Height);
+    part.mDataSize = LxPixelTypeGetImageSize(part.mFormat, part.mSizeX, part.mSizeY);
+    GenDC::Component component;
+    component.mFormat = part.mFormat;
+    component.mTimestamp = GetTimestamp(Clock::now());
+    component.mParts.push_back(part);
+    GenDC::Descriptor descriptor;
+    descriptor.mID = aNumber;
+    descriptor.mComponents.push_back(std::move(component));
+    return GenDC::Build(descriptor);
+}
+
 void SimulatedCamera::Data::DrawFrame(uint64_t aNumber, uint8_t *aData, uint64_t aSize)
 {
     PatternSettings settings;
+    std::vector<uint8_t> descriptor;
     {
         std::lock_guard lock(mMutex);
         Update(Clock::now());
         settings = GetPatternSettings();
+        if (mPayloadType == LxPayloadType::GenDC) {
+            descriptor = MakeGenDCDescriptor(aNumber);
+        }
     }
+    const uint64_t head = std::min<uint64_t>(descriptor.size(), aSize);
+    std::copy_n(descriptor.begin(), head, aData);
     std::lock_guard lock(mDrawMutex);
     mGenerator.SetSettings(settings);
-    mGenerator.Draw(aNumber, aData, aSize);
+    mGenerator.Draw(aNumber, aData + head, aSize - head);
 }
 
 }  // namespace LxDetail

@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "Backends/Simulation/SimulationLog.h"
+#include "LxBuffer/LxGenDCContainer.h"
 #include "LxGenICam/LxGenParameterArray.h"
 
 namespace LxDetail
@@ -149,28 +150,59 @@ void SimulatedReceiver::Run()
 
 void SimulatedReceiver::MakeFrame(uint64_t aNumber)
 {
-    const std::shared_ptr<LxBuffer> buffer = mPool.Take();
+    const std::shared_ptr<LxBuffer> buffer =
+        mCamera->GetPayloadType() == LxPayloadType::GenDC ? MakeContainer(aNumber) : MakeImage(aNumber);
     if (buffer == nullptr) {
         mQueue.CountDropped();
         return;
     }
-    LxImage *image = buffer->GetImage();
-    if (!image->Alloc(mCamera->GetWidth(), mCamera->GetHeight(), mCamera->GetPixelType()).IsOK()) {
-        mQueue.CountDropped();
-        return;
-    }
-    mCamera->DrawFrame(aNumber, static_cast<uint8_t *>(image->GetDataPointer()), image->GetDataSize());
     buffer->SetBlockID(aNumber);
     buffer->SetTimestamp(mCamera->GetTimestamp());
     buffer->SetReceptionTime(static_cast<uint64_t>(
         std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now().time_since_epoch())
             .count()));
     if (mConnection->GetUnit().TakeDamage()) {
+        buffer->SetGenDC(nullptr);  // its descriptor may be among what is missing
         buffer->SetStatus(LxBufferStatus::MissingPackets);
         mMissingPackets += PacketsOfADamage;
         mQueue.SetPackets(0, mMissingPackets);
     }
     mQueue.Push(buffer);
+}
+
+// Null when there is no memory for a frame, as in the next.
+std::shared_ptr<LxBuffer> SimulatedReceiver::MakeImage(uint64_t aNumber)
+{
+    const std::shared_ptr<LxBuffer> buffer = mPool.Take();
+    if (buffer == nullptr) {
+        return nullptr;
+    }
+    LxImage *image = buffer->GetImage();
+    if (!image->Alloc(mCamera->GetWidth(), mCamera->GetHeight(), mCamera->GetPixelType()).IsOK()) {
+        return nullptr;
+    }
+    mCamera->DrawFrame(aNumber, static_cast<uint8_t *>(image->GetDataPointer()), image->GetDataSize());
+    return buffer;
+}
+
+std::shared_ptr<LxBuffer> SimulatedReceiver::MakeContainer(uint64_t aNumber)
+{
+    // an image of the pool serves as the memory of the container
+    const std::shared_ptr<LxBuffer> memory = mPool.Take();
+    const uint64_t size = mCamera->GetPayloadSize();
+    if (memory == nullptr || size > UINT32_MAX ||
+        !memory->GetImage()->Alloc(static_cast<uint32_t>(size), 1, LxPixelType::Mono8).IsOK())
+    {
+        return nullptr;
+    }
+    auto *const data = static_cast<uint8_t *>(memory->GetDataPointer());
+    mCamera->DrawFrame(aNumber, data, size);
+    auto buffer = std::make_shared<LxBuffer>(LxPayloadType::GenDC);
+    std::shared_ptr<const LxGenDCContainer> container;
+    if (LxGenDCContainer::Parse({memory, data}, size, container).IsOK()) {
+        buffer->SetGenDC(std::move(container));
+    }
+    return buffer;
 }
 
 }  // namespace LxDetail

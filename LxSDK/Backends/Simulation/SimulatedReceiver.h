@@ -34,6 +34,8 @@ private:
     LxResult StartAcquisition();
     void Run();
     void MakeFrame(uint64_t aNumber);
+    std::shared_ptr<LxBuffer> MakeImage(uint64_t aNumber);
+    std::shared_ptr<LxBuffer> MakeContainer(uint64_t aNumber);
     void Pause();
 
     const SimulationCount mCount;

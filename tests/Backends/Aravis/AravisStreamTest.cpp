@@ -231,6 +231,25 @@ TEST_F(AravisStreamFaults, DeliversWhatTheCameraDrew)
                 std::memcmp(data, before.data(), before.size()) == 0);
 }
 
+TEST_F(AravisStreamFaults, HandsOnGenDCContainers)
+{
+    mCamera.GetCamera().SetPayloadType(LxPayloadType::GenDC);
+    ASSERT_TRUE(StartStream().IsOK());
+    const Frame frame = TakeOne(mStream);
+    ASSERT_NE(frame, nullptr);
+    EXPECT_EQ(frame->GetPayloadType(), LxPayloadType::GenDC);
+    EXPECT_EQ(frame->GetStatus(), LxBufferStatus::Complete);
+    EXPECT_EQ(frame->GetImage(), nullptr);
+    ASSERT_NE(frame->GetGenDC(), nullptr);
+    const ILxGenDCImage *image = frame->GetGenDC()->GetComponent(0)->GetPart(0)->GetImage();
+    ASSERT_NE(image, nullptr);
+    EXPECT_EQ(image->GetWidth(), width);
+    EXPECT_EQ(image->GetHeight(), height);
+    ASSERT_EQ(image->GetDataSize(), width * height);
+    const auto *data = static_cast<const uint8_t *>(image->GetDataPointer());
+    EXPECT_NE(*std::max_element(data, data + width * height), 0);
+}
+
 TEST_F(AravisStreamFaults, LocksTheTransportLayerParametersWhileItRuns)
 {
     LxGenInteger *feature = mDevice->GetParameters()->GetInteger("Width");

@@ -158,6 +158,52 @@ TEST_F(SimulatedStreamTest, SkippedFramesAreMissedAndDamagedOnesIncomplete)
     EXPECT_EQ(GetStatistics().mMissed, 3u);
 }
 
+TEST_F(SimulatedStreamTest, SendsGenDCContainersOnRequest)
+{
+    EXPECT_EQ(LxSimulation::SetPayloadType("nowhere", LxPayloadType::GenDC), LxResultCode::NotFound);
+    EXPECT_EQ(LxSimulation::SetPayloadType(Camera, LxPayloadType::Raw), LxResultCode::InvalidArgument);
+    int64_t imageSize = 0;
+    ASSERT_TRUE(mDevice->GetParameters()->GetIntegerValue("PayloadSize", imageSize).IsOK());
+    ASSERT_TRUE(LxSimulation::SetPayloadType(Camera, LxPayloadType::GenDC).IsOK());
+    int64_t size = 0;
+    ASSERT_TRUE(mDevice->GetParameters()->GetIntegerValue("PayloadSize", size).IsOK());
+    EXPECT_GT(size, imageSize);
+    ASSERT_TRUE(mDevice->GetParameters()->SetEnumValue("TestPattern", "GreyHorizontalRamp").IsOK());
+    Start();
+    for (int i = 0; i < 12; ++i) {  // more than there are buffers
+        const auto buffer = Take();
+        ASSERT_NE(buffer, nullptr);
+        EXPECT_EQ(buffer->GetPayloadType(), LxPayloadType::GenDC);
+        EXPECT_EQ(buffer->GetImage(), nullptr);
+        ASSERT_NE(buffer->GetGenDC(), nullptr);
+        ASSERT_EQ(buffer->GetGenDC()->GetComponentCount(), 1u);
+        const ILxGenDCImage *image = buffer->GetGenDC()->GetComponent(0)->GetPart(0)->GetImage();
+        ASSERT_NE(image, nullptr);
+        EXPECT_EQ(image->GetWidth(), 128u);
+        EXPECT_EQ(image->GetHeight(), 64u);
+        EXPECT_EQ(image->GetDataSize(), 128u * 64);
+        const auto *first = static_cast<const uint8_t *>(image->GetDataPointer());
+        EXPECT_LT(first[0], first[127]) << "a ramp";
+        EXPECT_EQ(std::memcmp(first, first + 63 * 128, 128), 0) << "every line is the same";
+    }
+    EXPECT_GE(GetStatistics().mBytes, 12 * static_cast<uint64_t>(size));
+    ASSERT_TRUE(LxSimulation::SetPayloadType(Camera, LxPayloadType::Image).IsOK());
+    ASSERT_TRUE(WaitFor([&] { return Take()->GetPayloadType() == LxPayloadType::Image; }));
+}
+
+TEST_F(SimulatedStreamTest, ADamagedContainerComesWithoutItsContainer)
+{
+    ASSERT_TRUE(LxSimulation::SetPayloadType(Camera, LxPayloadType::GenDC).IsOK());
+    LxStreamConfiguration configuration;
+    configuration.mDeliverIncomplete = true;
+    Start(configuration);
+    ASSERT_TRUE(LxSimulation::DamageFrames(Camera, 1).IsOK());
+    std::shared_ptr<const LxBuffer> buffer;
+    ASSERT_TRUE(WaitFor([&] { return (buffer = Take())->GetStatus() != LxBufferStatus::Complete; }));
+    EXPECT_EQ(buffer->GetPayloadType(), LxPayloadType::GenDC);
+    EXPECT_EQ(buffer->GetGenDC(), nullptr);
+}
+
 TEST_F(SimulatedStreamTest, StopEndsAWaitingRetrieve)
 {
     ASSERT_TRUE(mDevice->GetParameters()->SetEnumValue("TriggerMode", "On").IsOK());
