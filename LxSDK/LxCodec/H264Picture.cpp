@@ -1,0 +1,113 @@
+#include "LxCodec/H264Picture.h"
+
+extern "C" {
+#include <libavutil/frame.h>
+#include <libavutil/pixdesc.h>
+#include <libswscale/swscale.h>
+}
+
+#include <libyuv/convert_argb.h>
+
+namespace LxDetail
+{
+
+namespace
+{
+
+/// A picture's format without the mark of full range, which is old and that one then has.
+AVPixelFormat GetFormat(const AVFrame &aPicture, bool &aIsFullRange)
+{
+    aIsFullRange = true;
+    switch (aPicture.format) {
+        case AV_PIX_FMT_YUVJ420P:
+            return AV_PIX_FMT_YUV420P;
+        case AV_PIX_FMT_YUVJ422P:
+            return AV_PIX_FMT_YUV422P;
+        case AV_PIX_FMT_YUVJ444P:
+            return AV_PIX_FMT_YUV444P;
+        default:
+            // without a word about it limited range is meant (E.2.1, video_full_range_flag)
+            aIsFullRange = aPicture.color_range == AVCOL_RANGE_JPEG;
+            return static_cast<AVPixelFormat>(aPicture.format);
+    }
+}
+
+/// The matrix by its number in ITU-T H.264 (table E-5), guessed by the size where there is none.
+AVColorSpace GetMatrix(const AVFrame &aPicture)
+{
+    switch (aPicture.colorspace) {
+        case AVCOL_SPC_BT709:
+        case AVCOL_SPC_FCC:
+        case AVCOL_SPC_SMPTE240M:
+            return aPicture.colorspace;
+        case AVCOL_SPC_BT470BG:
+        case AVCOL_SPC_SMPTE170M:
+            return AVCOL_SPC_SMPTE170M;
+        case AVCOL_SPC_BT2020_NCL:
+        case AVCOL_SPC_BT2020_CL:
+            return AVCOL_SPC_BT2020_NCL;
+        default:
+            return aPicture.width >= 1280 || aPicture.height > 576 ? AVCOL_SPC_BT709 : AVCOL_SPC_SMPTE170M;
+    }
+}
+
+/// Null for a matrix that libyuv does not have.
+const libyuv::YuvConstants *GetConstants(AVColorSpace aMatrix, bool aIsFullRange)
+{
+    switch (aMatrix) {
+        case AVCOL_SPC_BT709:
+            return aIsFullRange ? &libyuv::kYuvF709Constants : &libyuv::kYuvH709Constants;
+        case AVCOL_SPC_SMPTE170M:
+            return aIsFullRange ? &libyuv::kYuvJPEGConstants : &libyuv::kYuvI601Constants;
+        case AVCOL_SPC_BT2020_NCL:
+            return aIsFullRange ? &libyuv::kYuvV2020Constants : &libyuv::kYuv2020Constants;
+        default:
+            return nullptr;
+    }
+}
+
+}  // namespace
+
+H264PictureConverter::~H264PictureConverter()
+{
+    sws_freeContext(mScaler);
+}
+
+LxResult H264PictureConverter::Convert(const AVFrame &aPicture, LxImage &aImage)
+{
+    bool isFullRange = false;
+    const AVPixelFormat format = GetFormat(aPicture, isFullRange);
+    const AVColorSpace matrix = GetMatrix(aPicture);
+    const libyuv::YuvConstants *const constants =
+        format == AV_PIX_FMT_YUV420P ? GetConstants(matrix, isFullRange) : nullptr;
+    if (!constants) {
+        mScaler = sws_getCachedContext(mScaler, aPicture.width, aPicture.height, format, aPicture.width,
+                                       aPicture.height, AV_PIX_FMT_BGRA,
+                                       SWS_POINT | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT, nullptr, nullptr, nullptr);
+        if (!mScaler) {
+            return LxResult(LxResultCode::PixelFormatNotSupported, "The format of the H.264 pictures cannot be shown.");
+        }
+        constexpr int one = 1 << 16;  // contrast and saturation as they are
+        sws_setColorspaceDetails(mScaler, sws_getCoefficients(matrix), isFullRange, sws_getCoefficients(SWS_CS_DEFAULT),
+                                 1, 0, one, one);
+    }
+    const auto width = static_cast<uint32_t>(aPicture.width);
+    const auto height = static_cast<uint32_t>(aPicture.height);
+    if (LxResult result = aImage.Alloc(width, height, LxPixelType::BGRa8); !result.IsOK()) {
+        return result;
+    }
+    auto *const out = static_cast<uint8_t *>(aImage.GetDataPointer());
+    const int stride = 4 * aPicture.width;
+    if (constants) {
+        // what libyuv calls ARGB is a word: in memory B, G, R, A
+        libyuv::I420ToARGBMatrix(aPicture.data[0], aPicture.linesize[0], aPicture.data[1], aPicture.linesize[1],
+                                 aPicture.data[2], aPicture.linesize[2], out, stride, constants, aPicture.width,
+                                 aPicture.height);
+    }
+    else {
+        sws_scale(mScaler, aPicture.data, aPicture.linesize, 0, aPicture.height, &out, &stride);
+    }
+    return LxResult();
+}
+
+}  // namespace LxDetail
