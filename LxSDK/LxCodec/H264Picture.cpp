@@ -6,7 +6,7 @@ extern "C" {
 #include <libswscale/swscale.h>
 }
 
-#include <libyuv/convert_argb.h>
+#include "LxCodec/Yuv420Kernel.h"
 
 namespace LxDetail
 {
@@ -51,18 +51,38 @@ AVColorSpace GetMatrix(const AVFrame &aPicture)
     }
 }
 
-/// Null for a matrix that libyuv does not have.
-const libyuv::YuvConstants *GetConstants(AVColorSpace aMatrix, bool aIsFullRange)
+/// The weights of red and blue in luma.
+struct Weights
+{
+    double mKr;
+    double mKb;
+};
+
+Weights GetWeights(AVColorSpace aMatrix)
 {
     switch (aMatrix) {
         case AVCOL_SPC_BT709:
-            return aIsFullRange ? &libyuv::kYuvF709Constants : &libyuv::kYuvH709Constants;
-        case AVCOL_SPC_SMPTE170M:
-            return aIsFullRange ? &libyuv::kYuvJPEGConstants : &libyuv::kYuvI601Constants;
+            return {0.2126, 0.0722};
+        case AVCOL_SPC_FCC:
+            return {0.30, 0.11};
+        case AVCOL_SPC_SMPTE240M:
+            return {0.212, 0.087};
         case AVCOL_SPC_BT2020_NCL:
-            return aIsFullRange ? &libyuv::kYuvV2020Constants : &libyuv::kYuv2020Constants;
+            return {0.2627, 0.0593};
         default:
-            return nullptr;
+            return {0.299, 0.114};
+    }
+}
+
+void ConvertHalfChroma(const AVFrame &aPicture, const Weights &aWeights, bool aIsFullRange, uint8_t *aOut)
+{
+    Yuv420Kernel kernel(aWeights.mKr, aWeights.mKb, aIsFullRange);
+    const auto width = static_cast<uint32_t>(aPicture.width);
+    for (int y = 0; y < aPicture.height; ++y) {
+        kernel.Convert(aPicture.data[0] + ptrdiff_t{aPicture.linesize[0]} * y,
+                       aPicture.data[1] + ptrdiff_t{aPicture.linesize[1]} * (y / 2),
+                       aPicture.data[2] + ptrdiff_t{aPicture.linesize[2]} * (y / 2), aOut, width);
+        aOut += size_t{4} * width;
     }
 }
 
@@ -78,12 +98,11 @@ LxResult H264PictureConverter::Convert(const AVFrame &aPicture, LxImage &aImage)
     bool isFullRange = false;
     const AVPixelFormat format = GetFormat(aPicture, isFullRange);
     const AVColorSpace matrix = GetMatrix(aPicture);
-    const libyuv::YuvConstants *const constants =
-        format == AV_PIX_FMT_YUV420P ? GetConstants(matrix, isFullRange) : nullptr;
-    if (!constants) {
+    const bool hasKernel = format == AV_PIX_FMT_YUV420P;
+    if (!hasKernel) {
+        // full interpolation of chroma wraps around at saturated colours, so it is not asked for
         mScaler = sws_getCachedContext(mScaler, aPicture.width, aPicture.height, format, aPicture.width,
-                                       aPicture.height, AV_PIX_FMT_BGRA,
-                                       SWS_POINT | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT, nullptr, nullptr, nullptr);
+                                       aPicture.height, AV_PIX_FMT_BGRA, SWS_POINT, nullptr, nullptr, nullptr);
         if (!mScaler) {
             return LxResult(LxResultCode::PixelFormatNotSupported, "The format of the H.264 pictures cannot be shown.");
         }
@@ -97,14 +116,11 @@ LxResult H264PictureConverter::Convert(const AVFrame &aPicture, LxImage &aImage)
         return result;
     }
     auto *const out = static_cast<uint8_t *>(aImage.GetDataPointer());
-    const int stride = 4 * aPicture.width;
-    if (constants) {
-        // what libyuv calls ARGB is a word: in memory B, G, R, A
-        libyuv::I420ToARGBMatrix(aPicture.data[0], aPicture.linesize[0], aPicture.data[1], aPicture.linesize[1],
-                                 aPicture.data[2], aPicture.linesize[2], out, stride, constants, aPicture.width,
-                                 aPicture.height);
+    if (hasKernel) {
+        ConvertHalfChroma(aPicture, GetWeights(matrix), isFullRange, out);
     }
     else {
+        const int stride = 4 * aPicture.width;
         sws_scale(mScaler, aPicture.data, aPicture.linesize, 0, aPicture.height, &out, &stride);
     }
     return LxResult();

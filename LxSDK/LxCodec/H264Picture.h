@@ -10,7 +10,8 @@ struct SwsContext;
 namespace LxDetail
 {
 
-/// Converts pictures of libavcodec's H.264 decoder, by libyuv where there are 8 bits and 4:2:0, else by libswscale. Not
+/// Converts pictures of libavcodec's H.264 decoder, by a kernel of its own where there are 8 bits and
+/// 4:2:0, else by libswscale. Not
 /// synchronised.
 class H264PictureConverter
 {

@@ -67,6 +67,7 @@ private:
     LxResult Decode(std::span<const uint8_t> aBytes);
     LxResult ReceivePictures();
     LxResult PassParameterSets();
+    void NoteSequence();
     bool HasKeyFrame() const;
 
     std::unique_ptr<AVCodecContext, FreeContext> mContext;
@@ -76,6 +77,7 @@ private:
     H264::FrameOrder mOrder;
     std::vector<H264::NalUnit> mUnits;  // of the unit that is processed
     std::vector<uint8_t> mParameterSets;
+    std::vector<uint8_t> mSequence;  // the last sequence parameter set
     bool mIsWaiting = true;
     LxDetail::H264PictureConverter mConverter;
 };
@@ -114,6 +116,7 @@ LxResult LxH264Decoder::Data::Process(std::span<const uint8_t> aBytes)
         WaitForKeyFrame();
         return LxResult(LxResultCode::InvalidDataFormat, "There is no H.264 in the data.");
     }
+    NoteSequence();
     if (!mOrder.Take(mUnits)) {
         WaitForKeyFrame();
     }
@@ -133,6 +136,19 @@ LxResult LxH264Decoder::Data::Process(std::span<const uint8_t> aBytes)
         WaitForKeyFrame();
     }
     return result;
+}
+
+// A sequence that says nothing of its colours leaves those of the one before in the library.
+void LxH264Decoder::Data::NoteSequence()
+{
+    for (const H264::NalUnit &unit : mUnits) {
+        if (unit.mType == 7 && !std::equal(unit.mBytes.begin(), unit.mBytes.end(), mSequence.begin(), mSequence.end()))
+        {
+            mSequence.assign(unit.mBytes.begin(), unit.mBytes.end());
+            mContext->color_range = AVCOL_RANGE_UNSPECIFIED;
+            mContext->colorspace = AVCOL_SPC_UNSPECIFIED;
+        }
+    }
 }
 
 bool LxH264Decoder::Data::HasKeyFrame() const
