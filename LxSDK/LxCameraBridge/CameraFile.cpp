@@ -6,6 +6,7 @@
 #include <cctype>
 #include <cerrno>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -105,7 +106,7 @@ public:
         int64_t whole = 0;
         const char *end = text.data() + text.size();
         const auto result = aWhole ? std::from_chars(text.data(), end, whole) : std::from_chars(text.data(), end, real);
-        if (Has(aKey) && (result.ec != std::errc() || result.ptr != end)) {
+        if (Has(aKey) && (result.ec != std::errc() || result.ptr != end || !std::isfinite(real))) {
             Fail(mNode[aKey], std::string("\"") + aKey + "\" must be a " + (aWhole ? "whole number." : "number."));
         }
         return text;
@@ -134,6 +135,43 @@ bool IsIdentifier(const std::string &aText)
     return !aText.empty() && std::isdigit(static_cast<unsigned char>(aText[0])) == 0 &&
            std::all_of(aText.begin(), aText.end(),
                        [](unsigned char aByte) { return std::isalnum(aByte) != 0 || aByte == '_'; });
+}
+
+/// A feature or a category. Some names are those of the description that is made of the file.
+std::string ReadName(const Mapping &aMapping, const char *aKey, const std::string &aDefault)
+{
+    std::string name = aMapping.Text(aKey, aDefault);
+    if (!IsIdentifier(name) || name == "Root" || name == "Device" || name.ends_with("_Reg")) {
+        Fail(aMapping.Find(aKey), std::string("\"") + aKey +
+                                      "\" must be made of letters, digits and '_', not be \"Root\" or \"Device\", and "
+                                      "not end in \"_Reg\".");
+    }
+    return name;
+}
+
+template <class Number>
+Number ParseNumber(const std::string &aText)
+{
+    Number number = 0;
+    std::from_chars(aText.data(), aText.data() + aText.size(), number);
+    return number;
+}
+
+void ReadLimits(const Mapping &aMapping, CameraFileFeature &aFeature)
+{
+    const bool whole = aFeature.mKind != CameraFileKind::Float;
+    aFeature.mMin = aMapping.NumberText("min", whole);
+    aFeature.mMax = aMapping.NumberText("max", whole);
+    aFeature.mIncrement = aMapping.NumberText("increment", true);
+    if (!aFeature.mMin.empty() && !aFeature.mMax.empty() &&
+        (whole ? ParseNumber<int64_t>(aFeature.mMin) > ParseNumber<int64_t>(aFeature.mMax)
+               : ParseNumber<double>(aFeature.mMin) > ParseNumber<double>(aFeature.mMax)))
+    {
+        Fail(aMapping.Find("min"), "\"min\" must not be above \"max\".");
+    }
+    if (!aFeature.mIncrement.empty() && ParseNumber<int64_t>(aFeature.mIncrement) < 1) {
+        Fail(aMapping.Find("increment"), "\"increment\" must be at least 1.");
+    }
 }
 
 void ReadEntries(const Mapping &aMapping, bool aGenCP, CameraFileFeature &aFeature)
@@ -171,25 +209,16 @@ CameraFileFeature ReadFeature(const YAML::Node &aNode, bool aGenCP)
     CameraFileFeature feature;
     mapping.Need("name");
     mapping.Need("type");
-    feature.mName = mapping.Text("name");
-    if (!IsIdentifier(feature.mName)) {
-        Fail(mapping.Find("name"), "\"name\" must be made of letters, digits and '_'.");
-    }
+    feature.mName = ReadName(mapping, "name", "");
     const std::string kind = mapping.Choice("type", "", {kinds[0], kinds[1], kinds[2], kinds[3], kinds[4], kinds[5]});
     feature.mKind = static_cast<CameraFileKind>(std::find(kinds, std::end(kinds), kind) - kinds);
-    feature.mCategory = mapping.Text("category", feature.mCategory);
-    if (!IsIdentifier(feature.mCategory) || feature.mCategory == "Root") {
-        Fail(mapping.Find("category"), "\"category\" must be made of letters, digits and '_', and not be \"Root\".");
-    }
+    feature.mCategory = ReadName(mapping, "category", feature.mCategory);
     feature.mDisplayName = mapping.Text("displayName");
     feature.mToolTip = mapping.Text("toolTip");
     feature.mUnit = mapping.Text("unit");
     feature.mVisibility =
         mapping.Choice("visibility", feature.mVisibility, {"Beginner", "Expert", "Guru", "Invisible"});
-    const bool whole = feature.mKind != CameraFileKind::Float;
-    feature.mMin = mapping.NumberText("min", whole);
-    feature.mMax = mapping.NumberText("max", whole);
-    feature.mIncrement = mapping.NumberText("increment", true);
+    ReadLimits(mapping, feature);
     if (feature.mKind == CameraFileKind::Enumeration) {
         ReadEntries(mapping, aGenCP, feature);
     }
