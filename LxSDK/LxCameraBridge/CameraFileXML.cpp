@@ -35,7 +35,7 @@ std::string Escape(const std::string &aText)
 
 std::string Element(const char *aName, const std::string &aText)
 {
-    return aText.empty() ? "" : "<" + std::string(aName) + ">" + Escape(aText) + "</" + aName + ">";
+    return aText.empty() ? std::string() : std::string("<") + aName + ">" + Escape(aText) + "</" + aName + ">";
 }
 
 const char *GetElementName(CameraFileKind aKind)

@@ -109,7 +109,7 @@ public:
     /// no defence against malformed text, name clashes, circular or dangling references; none is left in it, except
     /// in nodes that have a value problem.
     const std::string &GetEngineXML() const { return mEngineXML; }
-    static std::string GetEngineName(NodeIndex aNode) { return "N" + std::to_string(aNode); }
+    static std::string GetEngineName(NodeIndex aNode) { return std::string("N").append(std::to_string(aNode)); }
 
 private:
     class Reader;

@@ -69,7 +69,7 @@ SimulatedCamera::Data::Data(const SimulatedCameraIdentity &aIdentity) : mIdentit
                                            "CounterAndTimerControl", "UserSetControl",     "TransportLayerControl",
                                            "SimulationControl"};
     if (!aIdentity.mUSB3Vision) {
-        categories.push_back("TransportLayerControl\\GigEVision");
+        categories.emplace_back("TransportLayerControl\\GigEVision");
     }
     mXML = MakeSimulatedXML(aIdentity.mVendor, aIdentity.mModel, categories, GetSimulatedRegisterNodes(),
                             aIdentity.mModules);
