@@ -13,35 +13,26 @@
 #include <QtWidgets/QPlainTextEdit>
 #include <algorithm>
 #include <atomic>
+#include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <fstream>
 #include <functional>
 #include <memory>
 #include <string>
 #include <thread>
 
-#include "Backends/Simulation/LxSimulation.h"
-#include "LxDevice/LxDeviceAdapter.h"
+#include "Absence.h"
 #include "LxGUI/LxSerialTerminalWnd.h"
 #include "LxGUI/SerialTerminal/SerialTerminalWnd.h"
 #include "LxGUI/SerialTerminal/TranscriptView.h"
-#include "LxSystem/LxSystem.h"
 #include "RunBenchmarks.h"
+#include "SimulatedGrabber.h"
+#include "StockTerminal.h"
 
 namespace
 {
 
-constexpr char sGrabber[] = "02:00:00:00:00:20";
-constexpr char sAddress[] = "192.168.1.20";
 constexpr QSize sViewSize(640, 400);
-
-double Seconds(clockid_t aClock)
-{
-    timespec time = {};
-    clock_gettime(aClock, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
 
 void ProcessEventsUntil(const std::function<bool()> &aCondition)
 {
@@ -243,39 +234,17 @@ class Terminal
 public:
     explicit Terminal(std::shared_ptr<LxSimulatedSerialPeer> aPeer)
     {
-        LxSimulation::Clear();
-        LxSimulation::Enable(true);
-        LxSimulatedNetworkAdapter adapter;
-        adapter.mName = "eth0";
-        adapter.mAddresses = {{"192.168.1.1", "255.255.255.0"}};
-        LxSimulation::SetNetworkAdapter(adapter);
-        LxSimulatedDevice grabber;
-        grabber.mMACAddress = sGrabber;
-        grabber.mIPAddress = sAddress;
-        grabber.mSubnetMask = "255.255.255.0";
-        grabber.mInterfaces = {"eth0"};
-        grabber.mSerialPorts = 1;
-        LxSimulation::SetDevice(grabber);
-        LxSystem system;
-        const LxDeviceInfo *info = nullptr;
-        system.FindDevice(sAddress, &info);
-        LxSystem::Connect(info, LxDeviceAccess::Control, mDevice);
-        mAdapter = std::make_unique<LxDeviceAdapter>(mDevice.get());
-        if (!mWnd.SetDevice(mAdapter.get()).IsOK()) {
+        if (!mWnd.SetDevice(mGrabber.GetAdapter()).IsOK()) {
             std::abort();  // nothing could be measured
         }
         mWnd.ShowModeless();
-        LxSimulation::SetSerialPeer(sGrabber, LxDeviceSerial::Serial0, std::move(aPeer));
+        SimulatedGrabber::SetPeer(LxDeviceSerial::Serial0, std::move(aPeer));
     }
     ~Terminal()
     {
-        LxSimulation::SetSerialPeer(sGrabber, LxDeviceSerial::Serial0, nullptr);
+        SimulatedGrabber::SetPeer(LxDeviceSerial::Serial0, nullptr);
         mWnd.Close();
         mWnd.SetDevice(nullptr);
-        mAdapter.reset();
-        mDevice.reset();
-        LxSimulation::Clear();
-        LxSimulation::Disable();
     }
     Terminal(const Terminal &) = delete;
     Terminal &operator=(const Terminal &) = delete;
@@ -288,36 +257,8 @@ public:
     void Click(const char *aName) { Find<QAbstractButton>(aName)->click(); }
 
 private:
-    std::unique_ptr<LxDevice> mDevice;
-    std::unique_ptr<LxDeviceAdapter> mAdapter;
+    SimulatedGrabber mGrabber{SimulatedGrabber::MakeValues(1)};
     LxSerialTerminalWnd mWnd;
-};
-
-/// Sees how long the GUI thread stays away from its event loop.
-class Absence
-{
-public:
-    Absence()
-    {
-        mLast.start();
-        mCpu = Seconds(CLOCK_THREAD_CPUTIME_ID);
-        QObject::connect(&mTimer, &QTimer::timeout, [this] {
-            const double cpu = Seconds(CLOCK_THREAD_CPUTIME_ID);
-            mLongest = std::max(mLongest, static_cast<double>(mLast.nsecsElapsed()) / 1e6);
-            mLongestWork = std::max(mLongestWork, (cpu - mCpu) * 1e3);
-            mLast.start();
-            mCpu = cpu;
-        });
-        mTimer.start(1);
-    }
-
-    double mLongest = 0;      // milliseconds
-    double mLongestWork = 0;  // milliseconds of processor time, whatever else runs on the machine
-
-private:
-    QTimer mTimer;
-    QElapsedTimer mLast;
-    double mCpu = 0;
 };
 
 /// Counts the characters that a terminal shows.
@@ -351,10 +292,15 @@ void Flood(benchmark::State &aState, const char *aFormat, double aCharactersPerB
         const uint64_t before = peer->Sent();
         ProcessEventsUntil([&clock] { return clock.elapsed() > kMilliseconds; });
         const double seconds = static_cast<double>(clock.nsecsElapsed()) / 1e9;
-        aState.counters["taken MB/s"] = static_cast<double>(peer->Sent() - before) / seconds / 1e6;
+        const double taken = static_cast<double>(peer->Sent() - before) / seconds;
+        aState.counters["taken MB/s"] = taken / 1e6;
         aState.counters["shown MB/s"] = shown.mCount / aCharactersPerByte / seconds / 1e6;
         aState.counters["away_ms"] = absence.mLongest;
         aState.counters["work_ms"] = absence.mLongestWork;
+        if (const double stock = MeasureStockTerminal().mBytesPerSecond; stock > 0) {
+            aState.counters["stock_terminal MB/s"] = stock / 1e6;
+            aState.counters["ratio"] = taken / stock;
+        }
     }
 }
 BENCHMARK_CAPTURE(Flood, Ascii, "AsciiFormat", 1.0)
@@ -426,5 +372,9 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    // Before the threads of the others run.
+    if (const StockTerminal &stock = MeasureStockTerminal(); stock.mBytesPerSecond == 0) {
+        std::fprintf(stderr, "Terminal/Flood: no stock terminal to compare with: %s\n", stock.mReason.c_str());
+    }
     return RunBenchmarks(argc, argv);
 }

@@ -35,6 +35,7 @@ public:
     PseudoTerminal &operator=(const PseudoTerminal &) = delete;
 
     const std::string &GetName() const { return mName; }
+    int GetMaster() const { return mMaster; }
     /// A descriptor of the COM port itself, to look at its settings.
     int GetSlave() const { return mSlave; }
     void Unplug()
