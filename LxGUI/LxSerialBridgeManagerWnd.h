@@ -9,6 +9,9 @@ class LxPropertyList;
 /// Bridges the serial ports of a device to COM ports of the host or to the Camera Link serial interface: one bridge a
 /// port, with its settings and what it has carried.
 ///
+/// The COM ports that are offered are those whose names are "COM" and a number: where the system calls its ports
+/// otherwise, the application gives such names with LxSerialBridge::SetCOMPortPath() before it opens the window.
+///
 /// Bridges run from when the user or Load() has started them until their port gets another bridge, another device is
 /// set or the window object is destroyed, whether the window is shown or not. All operations are called on the GUI
 /// thread unless they say otherwise.

@@ -240,12 +240,17 @@ QGroupBox *CameraBridgeManagerWnd::CreateCheckGroup(QWidget *aParent)
     return group;
 }
 
-void CameraBridgeManagerWnd::EmbedBrowser(QBoxLayout *aLayout, QWidget *aParent)
+QWidget *CameraBridgeManagerWnd::LoadBrowser()
 {
     if (!mBrowser) {
         mBrowser = std::make_unique<LxGenBrowserWnd>();
     }
-    mBrowserWidget = mBrowser->GetQWidget();
+    return mBrowser->GetQWidget();
+}
+
+void CameraBridgeManagerWnd::EmbedBrowser(QBoxLayout *aLayout, QWidget *aParent)
+{
+    mBrowserWidget = LoadBrowser();
     if (!mBrowserWidget) {
         ShowError(Widget(), QStringLiteral("GenICam browser could not be loaded."), QStringLiteral("Warning"));
         return;

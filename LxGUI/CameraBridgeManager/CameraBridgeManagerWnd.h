@@ -66,6 +66,8 @@ protected:
     void CreateLayout() override;
     void OnOpen() override;
     void OnClose() override;
+    /// The widget of the feature browser, made at the first call; null when it could not be loaded.
+    virtual QWidget *LoadBrowser();
 
 private:
     using Entry = std::shared_ptr<CameraBridge>;

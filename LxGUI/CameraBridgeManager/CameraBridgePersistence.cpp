@@ -1,6 +1,7 @@
 #include <cstdlib>
 
 #include "LxGUI/CameraBridgeManager/CameraBridgeManagerWnd.h"
+#include "LxGUI/Frame/BusyCursor.h"
 #include "LxPersistence/LxConfigurationReader.h"
 #include "LxPersistence/LxConfigurationWriter.h"
 
@@ -41,6 +42,7 @@ LxResult CameraBridgeManagerWnd::Load(LxConfigurationReader &aReader, LxStringLi
         // a text that is no number reads as 0, which is the first port
         const long number = std::strtol(property->GetValue().GetAscii(), nullptr, 10);
         if (const Entry entry = FindEntry(static_cast<LxDeviceSerial>(number))) {
+            const BusyCursor cursor;
             LxStringList errors;
             entry->mBridge->Load(property->GetName(), aReader, errors);
             for (size_t i = 0; i < errors.GetSize(); ++i) {

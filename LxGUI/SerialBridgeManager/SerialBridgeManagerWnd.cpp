@@ -21,18 +21,24 @@ namespace
 constexpr int sRefreshInterval = 250;  // ms
 constexpr uint32_t sFirstBaudRate = 9600;
 
-QStringList ListSystemPorts()
+/// The system's, and those to which the application gave COM names because the system calls them otherwise.
+QStringList ListPorts()
 {
     QStringList names;
     for (const QSerialPortInfo &info : QSerialPortInfo::availablePorts()) {
         names << info.portName();
+    }
+    LxStringList given;
+    LxSerialBridge::GetCOMPortNames(given);
+    for (size_t i = 0; i < given.GetSize(); ++i) {
+        names << ToQString(given.GetItem(i));
     }
     return names;
 }
 
 }  // namespace
 
-SerialBridgeManagerWnd::SerialBridgeManagerWnd() : mPortLister(ListSystemPorts)
+SerialBridgeManagerWnd::SerialBridgeManagerWnd() : mPortLister(ListPorts)
 {
     SetTitle("Serial Communication Bridge");
     mTimer.setInterval(sRefreshInterval);

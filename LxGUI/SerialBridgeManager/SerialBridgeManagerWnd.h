@@ -29,7 +29,8 @@ public:
     void Save(LxPropertyList &aList) const;
     void Load(const LxPropertyList &aList, LxStringList &aMessages);
 
-    /// Where the names of the host's serial ports come from; the system's from the start.
+    /// Where the names of the host's serial ports come from: from the start the system's, and those of
+    /// LxSerialBridge::GetCOMPortNames().
     void SetPortLister(std::function<QStringList()> aLister);
 
     bool eventFilter(QObject *aObject, QEvent *aEvent) override;

@@ -2,6 +2,7 @@
 
 #include "LxBase/LxStringList.h"
 #include "LxDevice/LxDeviceSerialPort.h"
+#include "LxGUI/Frame/BusyCursor.h"
 #include "LxGUI/Frame/Text.h"
 #include "LxGUI/SerialBridgeManager/SerialBridgeEntry.h"
 #include "LxGUI/SerialBridgeManager/SerialBridgeManagerWnd.h"
@@ -135,6 +136,7 @@ void SerialBridgeManagerWnd::Save(LxPropertyList &aList) const
 
 void SerialBridgeManagerWnd::Load(const LxPropertyList &aList, LxStringList &aMessages)
 {
+    const BusyCursor cursor;
     BuildEntries();
     for (uint32_t number = 0; number < PortCount; ++number) {
         const auto port = static_cast<LxDeviceSerial>(number);

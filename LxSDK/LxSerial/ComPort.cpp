@@ -115,6 +115,17 @@ void SetComPortPath(const std::string &aName, const std::string &aPath)
     }
 }
 
+std::vector<std::string> GetComPortNames()
+{
+    Paths &paths = GetPaths();
+    std::lock_guard lock(paths.mMutex);
+    std::vector<std::string> names;
+    for (const auto &[name, path] : paths.mPaths) {
+        names.push_back(name);
+    }
+    return names;
+}
+
 uint32_t GetControlFlags(const LxSerialPortConfiguration &aConfiguration)
 {
     static constexpr uint32_t sizes[] = {CS5, CS6, CS7, CS8};

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "LxBase/LxResult.h"
 #include "LxSerial/LxSerialPortConfiguration.h"
@@ -17,6 +18,8 @@ uint32_t GetControlFlags(const LxSerialPortConfiguration &aConfiguration);
 
 /// Gives a path a name of its own; an empty path takes it away. Usable from any thread.
 void SetComPortPath(const std::string &aName, const std::string &aPath);
+/// The names that have a path of their own, in alphabetical order. Usable from any thread.
+std::vector<std::string> GetComPortNames();
 
 /// An open serial port of the host (a tty), for this process alone. Its former settings come back when it is closed.
 ///

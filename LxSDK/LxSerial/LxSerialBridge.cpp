@@ -4,6 +4,7 @@
 #include <mutex>
 #include <vector>
 
+#include "LxBase/LxStringList.h"
 #include "LxSerial/BridgedPort.h"
 #include "LxSerial/ComLink.h"
 #include "LxSerial/OfferedPort.h"
@@ -71,6 +72,14 @@ void LxSerialBridge::Data::Stop()
 void LxSerialBridge::SetCOMPortPath(const LxString &aCOMPort, const LxString &aPath)
 {
     LxDetail::SetComPortPath(aCOMPort.GetString(), aPath.GetString());
+}
+
+void LxSerialBridge::GetCOMPortNames(LxStringList &aNames)
+{
+    aNames.Clear();
+    for (const std::string &name : LxDetail::GetComPortNames()) {
+        aNames.Add(name);
+    }
 }
 
 LxSerialBridge::LxSerialBridge() : mData(std::make_unique<Data>()) {}

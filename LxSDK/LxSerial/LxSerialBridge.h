@@ -7,6 +7,7 @@
 #include "LxSerial/LxSerialPortConfiguration.h"
 
 class ILxDeviceAdapter;
+class LxStringList;
 
 /// Connects a serial port of a device with a COM port of the host, or offers it to other software through the Camera
 /// Link serial interface (LxCameraLinkPort). Stopped by its destructor. All operations may be called from any thread.
@@ -20,6 +21,8 @@ public:
     /// and configurations may still say "COM3". A name that has one already gets the new path; an empty path takes it
     /// away.
     static void SetCOMPortPath(const LxString &aCOMPort, const LxString &aPath);
+    /// Replaces the list by the names that SetCOMPortPath() gave, in alphabetical order.
+    static void GetCOMPortNames(LxStringList &aNames);
 
     LxSerialBridge();
     ~LxSerialBridge();

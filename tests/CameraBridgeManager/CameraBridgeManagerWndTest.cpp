@@ -1,127 +1,21 @@
 #include <gtest/gtest.h>
 
-#include <QtCore/QDir>
 #include <QtCore/QMetaMethod>
-#include <QtCore/QSettings>
-#include <QtCore/QTemporaryDir>
-#include <QtTest/QTest>
-#include <QtWidgets/QCheckBox>
-#include <QtWidgets/QComboBox>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QGroupBox>
-#include <QtWidgets/QLabel>
-#include <QtWidgets/QLineEdit>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QRadioButton>
-#include <QtWidgets/QTreeView>
 #include <thread>
 
-#include "Backends/Simulation/LxSimulatedGenCPCamera.h"
-#include "Backends/Simulation/LxSimulatedTextCamera.h"
-#include "GuiTest.h"
-#include "LxCameraBridge/LxCameraBridge.h"
+#include "CameraBridgeManagerFixture.h"
 #include "LxGUI/CameraBridgeManager/CameraBridgeManagerWnd.h"
-#include "LxGUI/LxCameraBridgeManagerWnd.h"
 #include "LxGenICam/LxGenParameterArray.h"
 #include "LxPersistence/LxConfigurationReader.h"
 #include "LxPersistence/LxConfigurationWriter.h"
-#include "SimulatedGrabber.h"
 
 namespace
 {
 
-constexpr const char *SampleFile = LXGUI_SOURCE_DIR "/docs/text-camera.yml";
-
-/// Settings of their own, in a folder that goes with the test.
-class OwnSettings
+class CameraBridgeManagerTest : public CameraBridgeManagerFixture
 {
-public:
-    OwnSettings() { QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, mFolder.path()); }
-    static void Write(bool aShown)
-    {
-        QSettings settings("Kelvra Technologies Inc", "CorvoPlayerClassic");
-        settings.setValue("KelvraCameraFiles", aShown);
-    }
-    QString Path() const { return mFolder.path(); }
-
-private:
-    QTemporaryDir mFolder;
-};
-
-class CameraBridgeManagerTest : public testing::Test
-{
-protected:
-    ~CameraBridgeManagerTest() override { mWnd.reset(); }
-
-    void Plug(const LxSimulatedGenCPValues &aValues = {})
-    {
-        mGenCP = std::make_shared<LxSimulatedGenCPCamera>(aValues);
-        SimulatedGrabber::SetPeer(LxDeviceSerial::Serial0, mGenCP);
-        SimulatedGrabber::SetPeer(LxDeviceSerial::Serial1, std::make_shared<LxSimulatedTextCamera>());
-    }
-    void Open()
-    {
-        Plug();
-        mWnd->SetDevice(mGrabber.GetDevice());
-        mWnd->ShowModeless();
-        ASSERT_TRUE(WaitForGui([&] { return mWnd->IsVisible(); }));
-    }
-    template <class Widget>
-    Widget *Find(const char *aName)
-    {
-        auto *widget = mWnd->GetQWidget()->findChild<Widget *>(aName);
-        EXPECT_NE(widget, nullptr) << aName;
-        return widget;
-    }
-    QComboBox *Combo(const char *aName) { return Find<QComboBox>(aName); }
-    QString Label(const char *aName) { return Find<QLabel>(aName)->text(); }
-    bool IsEnabled(const char *aName) { return Find<QWidget>(aName)->isEnabled(); }
-    void Click(const char *aName)
-    {
-        auto *button = Find<QAbstractButton>(aName);
-        ASSERT_TRUE(button->isEnabled()) << aName;
-        ASSERT_TRUE(button->isVisible()) << aName;
-        QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
-    }
-    void SelectPort(int aIndex) { Combo("PortCombo")->setCurrentIndex(aIndex); }
-    void ConnectGenCP()
-    {
-        SelectPort(0);
-        Click("GenCPRadio");
-        Click("GenCPConnectButton");
-        ASSERT_TRUE(mWnd->GetBridge(0)->IsConnected());
-    }
-    void ConnectCLP()
-    {
-        SelectPort(1);
-        Click("CLPRadio");
-        Click("CLPProbeButton");
-        Click("CLPConnectButton");
-        ASSERT_TRUE(mWnd->GetBridge(1)->IsConnected());
-    }
-    void LoadFile()
-    {
-        SelectPort(1);
-        mWnd->ShowKCF();
-        Click("KCFRadio");
-        Find<QLineEdit>("KCFPathEdit")->setText(SampleFile);
-        Click("KCFLoadButton");
-        ASSERT_TRUE(mWnd->GetBridge(1)->IsConnected());
-    }
-    int BrowserRows()
-    {
-        for (const QTreeView *view : mWnd->GetQWidget()->findChildren<QTreeView *>()) {
-            if (view->model() && view->model()->rowCount() > 0) {
-                return view->model()->rowCount();
-            }
-        }
-        return 0;
-    }
-
-    OwnSettings mSettings;
-    SimulatedGrabber mGrabber{SimulatedGrabber::MakeValues(0b11)};
-    std::shared_ptr<LxSimulatedGenCPCamera> mGenCP;
-    std::unique_ptr<LxCameraBridgeManagerWnd> mWnd = std::make_unique<LxCameraBridgeManagerWnd>();
 };
 
 }  // namespace
@@ -163,35 +57,6 @@ TEST_F(CameraBridgeManagerTest, SlotsAreDeclaredInTheirOrder)
                            "OnKCFLoadButtonClicked()", "OnCLPProbeButtonClicked()", "OnCLPConnectButtonClicked()",
                            "OnGenCPConnectButtonClicked()", "OnResetButtonClicked()", "OnSyncCheckChanged()",
                            "OnPoCLCheckChanged()", "OnSourceComboChanged()", "OnTimerTimeout()"}));
-}
-
-TEST_F(CameraBridgeManagerTest, DeviceWithoutPortsLeavesEverythingWithoutEffect)
-{
-    mWnd->ShowModeless();
-    EXPECT_EQ(Combo("PortCombo")->count(), 0);
-    EXPECT_EQ(mWnd->GetBridgeCount(), 0);
-    EXPECT_EQ(mWnd->GetBridge(0), nullptr);
-    EXPECT_EQ(mWnd->GetBridge(-1), nullptr);
-    EXPECT_EQ(static_cast<uint32_t>(mWnd->GetBridgePort(0)), 0xFFFFFFFFu);
-    for (const char *radio : {"CLPRadio", "GenCPRadio", "NoneRadio"}) {
-        Click(radio);
-    }
-    CameraBridgeManagerWnd window;
-    const std::unique_ptr<QWidget> widget(window.GetQWidget());  // taken while closed, so it is ours
-    window.OnPortComboChanged();
-    window.OnKCFPathButtonClicked();
-    window.OnCLPProbeButtonClicked();
-    window.OnCLPConnectButtonClicked();
-    window.OnGenCPConnectButtonClicked();
-    window.OnResetButtonClicked();
-    window.OnSyncCheckChanged();
-    window.OnPoCLCheckChanged();
-    window.OnSourceComboChanged();
-    window.OnTimerTimeout();
-    ExpectedBox box;
-    window.OnKCFLoadButtonClicked();
-    EXPECT_EQ(box.Title(), "KCF Load Error");
-    EXPECT_EQ(box.Text(), "No bridge selected or invalid path.");
 }
 
 TEST_F(CameraBridgeManagerTest, GenCPConnectsShowsFeaturesAndMayBeRepeated)

@@ -83,6 +83,16 @@ TEST_F(BridgeManagerTest, ListsThePortsAllInactive)
     SaveScreenshot("bridge-inactive");
 }
 
+TEST_F(BridgeManagerTest, NamesThatTheApplicationGaveAreOffered)
+{
+    SerialBridgeManagerWnd window;
+    window.ShowModeless(static_cast<QWidget *>(nullptr));
+    const auto *combo = window.GetQWidget()->findChild<QComboBox *>("PortCombo");
+    EXPECT_GE(combo->findText("COM3"), 0);
+    EXPECT_GT(combo->findText("COM11"), combo->findText("COM3"));
+    window.Close();
+}
+
 TEST_F(BridgeManagerTest, COMPortsAreListedByNumberAndNoneIsSelected)
 {
     Show();
