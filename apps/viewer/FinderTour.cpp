@@ -84,6 +84,19 @@ int CountDevices(const QTreeWidget &aTree)
     return count;
 }
 
+/// What the dialog marks as doubtful.
+void EnterDoubtful(QDialog *aDialog)
+{
+    for (const auto &[field, text] : {std::pair("DeviceIPAddress", "10.0.5.7"),
+                                      {"DeviceSubnetMask", "255.0.0.0"},
+                                      {"DeviceDefaultGateway", "10.0.0.1"}})
+    {
+        if (auto *edit = aDialog->findChild<QLineEdit *>(QLatin1String(field))) {
+            edit->setText(QLatin1String(text));
+        }
+    }
+}
+
 }  // namespace
 
 bool FinderTour::Run()
@@ -125,33 +138,8 @@ bool FinderTour::TourDialog(QDialog *aFinder)
     }
     tree->setCurrentItem(wrong.first());
     return mTour.Shoot(aFinder, QStringLiteral("finder-kinds")) &&
-           ShootDialogOf(aFinder, QStringLiteral("Set IP Address..."), QStringLiteral("ip-address")) &&
-           ShootDialogOf(aFinder, QStringLiteral("Select from IP Address..."), QStringLiteral("select-from-address"));
-}
-
-bool FinderTour::ShootDialogOf(QDialog *aFinder, const QString &aButton, const QString &aName)
-{
-    QAbstractButton *button = HeadlessTour::FindButton(aFinder, aButton);
-    if (!mTour.WaitUntil(aButton, [button] { return button && button->isEnabled(); })) {
-        return false;
-    }
-    bool done = false;
-    QTimer::singleShot(0, QCoreApplication::instance(), [&] {
-        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (dialog && dialog != aFinder) {
-            // what the dialog marks as doubtful
-            for (const auto &[field, text] : {std::pair("DeviceIPAddress", "10.0.5.7"),
-                                              {"DeviceSubnetMask", "255.0.0.0"},
-                                              {"DeviceDefaultGateway", "10.0.0.1"}})
-            {
-                if (auto *edit = dialog->findChild<QLineEdit *>(QLatin1String(field))) {
-                    edit->setText(QLatin1String(text));
-                }
-            }
-            done = mTour.Shoot(dialog, aName);
-            dialog->reject();
-        }
-    });
-    button->click();
-    return done;
+           mTour.ShootDialogOf(HeadlessTour::FindButton(aFinder, QStringLiteral("Set IP Address...")),
+                               QStringLiteral("ip-address"), EnterDoubtful) &&
+           mTour.ShootDialogOf(HeadlessTour::FindButton(aFinder, QStringLiteral("Select from IP Address...")),
+                               QStringLiteral("select-from-address"));
 }

@@ -2,7 +2,6 @@
 
 class HeadlessTour;
 class QDialog;
-class QString;
 
 /// The part of the tour that shows the device finder with simulated interfaces and devices of every kind, and the
 /// dialogs that it opens.
@@ -16,8 +15,6 @@ public:
 
 private:
     bool TourDialog(QDialog *aFinder);
-    /// Clicks on a button of the finder, writes a picture of the dialog that this opens, and cancels it.
-    bool ShootDialogOf(QDialog *aFinder, const QString &aButton, const QString &aName);
 
     HeadlessTour &mTour;
 };

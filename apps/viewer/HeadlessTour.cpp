@@ -13,6 +13,7 @@
 #include <QtWidgets/QTreeWidget>
 #include <cstdio>
 
+#include "BridgeTour.h"
 #include "FeatureTour.h"
 #include "FinderTour.h"
 #include "TerminalTour.h"
@@ -60,7 +61,7 @@ bool HeadlessTour::Run()
     boxes.start(50);
     const bool done = Shoot(&mWindow, QStringLiteral("viewer-start")) && TourFinder() && TourPicture() &&
                       FeatureTour(*this, mWindow).Run() && TourRegisters() && FinderTour(*this).Run() &&
-                      TerminalTour(*this).Run();
+                      TerminalTour(*this).Run() && BridgeTour(*this).Run();
     mWindow.close();
     return done;
 }
@@ -202,4 +203,27 @@ bool HeadlessTour::Save(const QPixmap &aPicture, const QString &aName)
     }
     std::printf("%s\n", qPrintable(file));
     return true;
+}
+
+bool HeadlessTour::ShootDialogOf(QAbstractButton *aButton, const QString &aName,
+                                 const std::function<void(QDialog *)> &aPrepare)
+{
+    if (!WaitUntil(aName, [aButton] { return aButton && aButton->isEnabled(); })) {
+        return false;
+    }
+    bool done = false;
+    QTimer::singleShot(0, QCoreApplication::instance(), [&] {
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!dialog || dialog == aButton->window()) {
+            std::fprintf(stderr, "no dialog for %s\n", qPrintable(aName));
+            return;
+        }
+        if (aPrepare) {
+            aPrepare(dialog);
+        }
+        done = Shoot(dialog, aName);
+        dialog->reject();
+    });
+    aButton->click();
+    return done;
 }

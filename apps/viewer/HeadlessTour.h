@@ -6,6 +6,7 @@
 #include <functional>
 
 class QAbstractButton;
+class QDialog;
 class QWidget;
 class ViewerWindow;
 
@@ -31,6 +32,9 @@ public:
     /// Writes a picture into the folder.
     bool Save(const QPixmap &aPicture, const QString &aName);
     bool Shoot(QWidget *aWidget, const QString &aName) { return Save(Picture(aWidget), aName); }
+    /// Clicks a button, when it is enabled, which opens a modal dialog, and rejects that when its picture is taken.
+    bool ShootDialogOf(QAbstractButton *aButton, const QString &aName,
+                       const std::function<void(QDialog *)> &aPrepare = {});
 
 private:
     bool TourFinder();

@@ -7,46 +7,28 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QWidget>
-#include <cstdio>
 
-#include "Backends/Simulation/LxSimulation.h"
 #include "HeadlessTour.h"
-#include "LxDevice/LxDeviceAdapter.h"
 #include "LxGUI/LxSerialTerminalWnd.h"
-#include "LxSystem/LxSystem.h"
+#include "TourGrabber.h"
 
 namespace
 {
 
-constexpr char Grabber[] = "02:00:00:00:00:20";
-constexpr char Address[] = "192.168.10.20";
-
-/// A console that answers lines, at Serial0, and a fast echo at Serial1.
-void AddGrabber()
+/// A console that answers lines, at Serial0, and an echo at the pace of the line at Serial1.
+void ConnectPeers()
 {
-    LxSimulation::Clear();
-    LxSimulatedNetworkAdapter adapter;
-    adapter.mName = "eth0";
-    adapter.mAddresses = {{"192.168.10.1", "255.255.255.0"}};
-    LxSimulation::SetNetworkAdapter(adapter);
-    LxSimulatedDevice grabber;
-    grabber.mMACAddress = Grabber;
-    grabber.mIPAddress = Address;
-    grabber.mSubnetMask = "255.255.255.0";
-    grabber.mInterfaces = {"eth0"};
-    grabber.mSerialPorts = 0x3F;
-    LxSimulation::SetDevice(grabber);
     auto console = std::make_shared<LxSimulatedSerialScript>();
     console->Add("HELP\r", "EXP ?    exposure time\r\nGAIN ?   gain\r\nTEMP ?   temperature\r\nOK\r\n");
     console->Add("TEMP ?\r",
                  "38.5 \xB0"
                  "C\r\nOK\r\n");
-    LxSimulation::SetSerialPeer(Grabber, LxDeviceSerial::Serial0, console);
-    LxSimulation::SetSerialPeer(Grabber, LxDeviceSerial::Serial1, std::make_shared<LxSimulatedSerialEcho>());
+    TourGrabber::SetPeer(LxDeviceSerial::Serial0, console);
+    TourGrabber::SetPeer(LxDeviceSerial::Serial1, std::make_shared<LxSimulatedSerialEcho>());
     LxSimulatedSerialConditions conditions;
     conditions.mPaced = true;
     conditions.mCapacity = 256;  // so that the file is not sent before it is back
-    LxSimulation::SetSerialConditions(Grabber, LxDeviceSerial::Serial1, conditions);
+    TourGrabber::SetConditions(LxDeviceSerial::Serial1, conditions);
 }
 
 template <class Type>
@@ -64,31 +46,15 @@ void Click(LxSerialTerminalWnd &aTerminal, const char *aName)
 
 bool TerminalTour::Run()
 {
-    AddGrabber();
-    LxSimulation::Enable(true);
-    bool done = false;
-    {
-        LxSystem system;
-        const LxDeviceInfo *info = nullptr;
-        std::unique_ptr<LxDevice> device;
-        LxResult result = system.FindDevice(Address, &info);
-        if (result.IsOK()) {
-            result = LxSystem::Connect(info, LxDeviceAccess::Control, device);
-        }
-        if (!result.IsOK()) {
-            std::fprintf(stderr, "no frame grabber: %s\n", result.GetDescription().GetAscii());
-        }
-        else {
-            LxDeviceAdapter adapter(device.get());
-            LxSerialTerminalWnd terminal;
-            terminal.SetDevice(&adapter);
-            terminal.ShowModeless();
-            done = TourFormats(terminal) && TourFile(terminal);
-        }
+    const TourGrabber grabber;
+    if (!grabber.GetDevice()) {
+        return false;
     }
-    LxSimulation::Disable();
-    LxSimulation::Clear();
-    return done;
+    ConnectPeers();
+    LxSerialTerminalWnd terminal;
+    terminal.SetDevice(grabber.GetAdapter());
+    terminal.ShowModeless();
+    return TourFormats(terminal) && TourFile(terminal);
 }
 
 bool TerminalTour::Say(LxSerialTerminalWnd &aTerminal, const char *aLine)

@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
+#include <iterator>
 #include <vector>
 
 #include "LxSerial/LxSerialBridge.h"
@@ -67,6 +69,14 @@ private:
     std::string mShown;
 };
 
+/// What the program has shown since the terminal was ready, as a document shows it.
+std::string GetConversation(std::string aShown)
+{
+    std::erase(aShown, '\r');
+    const size_t start = aShown.find("Terminal ready\n");
+    return start == std::string::npos ? aShown : aShown.substr(start);
+}
+
 }  // namespace
 
 TEST(StockProgramTest, PicocomTalksToTheDeviceOverASocatPair)
@@ -91,7 +101,7 @@ TEST(StockProgramTest, PicocomTalksToTheDeviceOverASocatPair)
         const LxResult started = bridge.Start(bridgeEnd, configuration, grabber.GetAdapter(), LxDeviceSerial::Serial1);
         ASSERT_TRUE(started.IsOK()) << started.GetDescription().GetAscii();
 
-        Program picocom({"picocom", "--baud", "115200", programEnd});
+        Program picocom({"picocom", "--echo", "--baud", "115200", programEnd});
         ASSERT_TRUE(picocom.Shows("Terminal ready")) << picocom.GetShown();
         picocom.Type("ID?\r");
         EXPECT_TRUE(picocom.Shows("Simulated Serial Camera\r\n")) << picocom.GetShown();
@@ -99,7 +109,11 @@ TEST(StockProgramTest, PicocomTalksToTheDeviceOverASocatPair)
         EXPECT_TRUE(picocom.Shows("42.5\r\n")) << picocom.GetShown();
         EXPECT_EQ(bridge.GetBytesSentToDevice(), 10u);
         EXPECT_EQ(bridge.GetBytesReceivedFromDevice(), 31u);
-        std::cout << picocom.GetShown() << "\n";
+        const std::string conversation = GetConversation(picocom.GetShown());
+        std::cout << conversation << "\n";
+        std::ifstream document(LXGUI_SOURCE_DIR "/docs/serial-bridges.md");
+        const std::string text((std::istreambuf_iterator<char>(document)), std::istreambuf_iterator<char>());
+        EXPECT_NE(text.find(conversation), std::string::npos) << "docs/serial-bridges.md shows another conversation";
     }
     std::filesystem::remove_all(folder);
 }
