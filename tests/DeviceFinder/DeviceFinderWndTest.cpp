@@ -324,7 +324,7 @@ TEST_F(FinderTest, UnreachableDevicesAreShownOnDemandWithTheirIcon)
     Show();
     ASSERT_TRUE(WaitForLines({"Interface a: Device h"}));
     Check()->setChecked(true);
-    ASSERT_TRUE(WaitForLines({"Interface a: Device h, Device g, Device k"}));
+    ASSERT_TRUE(WaitForLines({"Interface a: Device g, Device h, Device k"}));
     EXPECT_EQ(Icon("Device g"), 3);
     EXPECT_EQ(Icon("Device k"), 2);
     Check()->setChecked(false);

@@ -36,6 +36,7 @@ QStringList FinderTest::Lines() const
         for (int j = 0; j < interface->childCount(); ++j) {
             devices << interface->child(j)->text(0);
         }
+        devices.sort();  // they stand in the order in which a search happened to report them first
         lines << interface->text(0) + (devices.isEmpty() ? QString() : ": " + devices.join(", "));
     }
     return lines;

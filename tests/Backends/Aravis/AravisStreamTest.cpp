@@ -289,7 +289,7 @@ TEST_F(AravisStreamFaults, CannotBeOpenedOnADeviceThatIsConnectedReadOnly)
 TEST_F(AravisStreamFaults, AsksForLostPacketsAgain)
 {
     LxEmulator::PacketFaults faults;
-    faults.mDropEvery = 7;
+    faults.mDropEvery = 23;  // one of every other frame
     mCamera.SetPacketFaults(faults);
     LxStreamConfiguration configuration;
     configuration.mPacketSize = smallPacket;
