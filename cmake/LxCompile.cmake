@@ -11,7 +11,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
 endif()
 
 # otherwise symbols of templates and of the instrumentation (STB_GNU_UNIQUE) keep a library loaded for good
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT LXGUI_FOR_CLANG_TIDY)
   target_compile_options(LxCompile INTERFACE -fno-gnu-unique)
 endif()
 
@@ -36,8 +36,10 @@ if(LXGUI_LLD)
 endif()
 
 # Precompiled headers: what most files include and what costs them most of their time. Every file still includes what it
-# uses: -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON builds without them, which clang-tidy needs.
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+# uses. clang-tidy cannot read those of gcc.
+if(LXGUI_FOR_CLANG_TIDY)
+  set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)
+elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fpch-preprocess>)
 endif()
 set(LXGUI_STD_HEADERS
