@@ -1,6 +1,8 @@
 #include "LxGUI/GenBrowser/GenBrowserThread.h"
 
-#include <chrono>
+#include <QtCore/QDeadlineTimer>
+#include <QtCore/QMutexLocker>
+#include <utility>
 
 #include "LxGUI/GenBrowser/GenBrowserTree.h"
 #include "LxGUI/GenBrowser/GenBrowserTreeItem.h"
@@ -25,15 +27,58 @@ GenBrowserThread::GenBrowserThread(GenBrowserTree *aTree, GenBrowserTreeModel *a
 
 void GenBrowserThread::RequestStop()
 {
-    const std::lock_guard lock(mMutex);
+    const QMutexLocker lock(&mMutex);
     mStop = true;
-    mCondition.notify_all();
+    mCondition.wakeAll();
 }
 
 bool GenBrowserThread::Sleep(int aMilliseconds)
 {
-    std::unique_lock lock(mMutex);
-    return !mCondition.wait_for(lock, std::chrono::milliseconds(aMilliseconds), [this] { return mStop.load(); });
+    const QDeadlineTimer deadline(aMilliseconds);
+    bool isAwake = true;
+    while (isAwake && !mStop) {
+        const GenBrowserTreeItem *item = nullptr;
+        {
+            const QMutexLocker lock(&mMutex);
+            item = std::exchange(mToDescribe, nullptr);
+            isAwake = item || (!mStop && mCondition.wait(&mMutex, deadline));
+        }
+        if (item) {
+            DescribeItem(*item);
+        }
+    }
+    return !mStop;
+}
+
+bool GenBrowserThread::Describe(const GenBrowserTreeItem *aItem)
+{
+    const QMutexLocker lock(&mMutex);
+    mDescription.reset();
+    mCondition.wakeAll();
+    return std::exchange(mToDescribe, aItem) == nullptr;
+}
+
+std::optional<QString> GenBrowserThread::TakeDescription(int aMilliseconds)
+{
+    const QMutexLocker lock(&mMutex);
+    if (!mDescription) {
+        mDescribed.wait(&mMutex, QDeadlineTimer(aMilliseconds));
+    }
+    return std::exchange(mDescription, std::nullopt);
+}
+
+void GenBrowserThread::DescribeItem(const GenBrowserTreeItem &aItem)
+{
+    const QString text = aItem.Description();
+    {
+        const QMutexLocker lock(&mMutex);
+        if (mToDescribe) {
+            return;  // another one was selected meanwhile
+        }
+        mDescription = text;
+        mDescribed.wakeAll();
+    }
+    emit Described();
 }
 
 void GenBrowserThread::run()

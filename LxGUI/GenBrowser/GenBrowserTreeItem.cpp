@@ -82,7 +82,8 @@ GenBrowserTreeItem::GenBrowserTreeItem(GenBrowserTreeModel *aOwner, LxGenParamet
     ReadAttributes();
     connect(this, &GenBrowserTreeItem::UpdateDataSignal, this, &GenBrowserTreeItem::UpdateDataSlot);
     if (mParameter) {
-        mIsRegistered = mParameter->RegisterEventSink(this).IsOK();
+        mIsRegistered = true;
+        mParameter->RegisterEventSink(this);
     }
     Refresh();
     mChange = Change::None;  // no view has it yet

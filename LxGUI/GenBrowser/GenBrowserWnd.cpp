@@ -9,6 +9,7 @@
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QToolButton>
 #include <QtWidgets/QVBoxLayout>
+#include <optional>
 #include <utility>
 
 #include "LxGUI/Frame/BusyCursor.h"
@@ -27,6 +28,8 @@ constexpr int LeastDescriptionHeight = 70;
 constexpr int NameColumnWidth = 250;
 constexpr int ComboWidth = 100;
 constexpr int ArrowSize = 9;
+// Milliseconds for which a description is waited for before only the name is shown: too short to be noticed.
+constexpr int Patience = 15;
 
 bool IsLevel(LxGenVisibility aVisibility)
 {
@@ -47,14 +50,7 @@ QToolButton *MakeButton(QWidget *aParent, const char *aName, const QString &aTex
 
 }  // namespace
 
-GenBrowserWnd::GenBrowserWnd(LxGenBrowserWnd *aPublic) : mPublic(aPublic)
-{
-    connect(&mDescriber, &GenBrowserDescriber::Described, this, [this](const QString &aText) {
-        if (mDescription) {
-            mDescription->setHtml(aText);
-        }
-    });
-}
+GenBrowserWnd::GenBrowserWnd(LxGenBrowserWnd *aPublic) : mPublic(aPublic) {}
 
 GenBrowserWnd::~GenBrowserWnd()
 {
@@ -249,6 +245,7 @@ void GenBrowserWnd::Build()
     mTree->expandAll();
     if (mOptions.mRefresh != LxGenRefreshManual) {
         mThread = new GenBrowserThread(mTree, mModel, mParameters, mOptions.mRefresh);
+        connect(mThread, &GenBrowserThread::Described, this, [this] { ShowDescription(); });
         mThread->start();
     }
     if (mDescription) {
@@ -259,8 +256,7 @@ void GenBrowserWnd::Build()
 
 bool GenBrowserWnd::IsStillBusy() const
 {
-    return (mThread && !mThread->wait(QDeadlineTimer(0))) || mDescriber.IsBusy() ||
-           (mModel && mModel->HasRunningCalls());
+    return (mThread && !mThread->wait(QDeadlineTimer(0))) || (mModel && mModel->HasRunningCalls());
 }
 
 void GenBrowserWnd::AnswerThread()
@@ -279,7 +275,6 @@ bool GenBrowserWnd::TearDown()
     const QPointer<GenBrowserWnd> self(this);
     const quint64 generation = ++mGeneration;
     ++mTearDowns;
-    mDescriber.Cancel();
     if (mModel) {
         mModel->Stop();
     }
@@ -402,7 +397,6 @@ void GenBrowserWnd::OnOptionsButtonClick()
     }
     const QPointer<GenBrowserWnd> self(this);
     const QPointer<GenBrowserOptionsDlg> dialog = new GenBrowserOptionsDlg(mOptions, Content());
-    dialog->setAttribute(Qt::WA_DeleteOnClose, false);
     const bool accepted = dialog->exec() == QDialog::Accepted;
     if (!self || !dialog) {
         return;
@@ -455,9 +449,33 @@ void GenBrowserWnd::OnVisibilityComboChange(int aIndex)
     }
 }
 
+// The device may be asked for the limits of a feature, so the thread makes the description where there is one.
 void GenBrowserWnd::OnSelectionChanged(const GenBrowserTreeItem *aItem)
 {
-    if (mTearDowns == 0) {
-        mDescriber.Describe(aItem);
+    if (mTearDowns > 0 || !mDescription) {
+        return;
     }
+    if (!mThread) {
+        const BusyCursor busy;
+        mDescription->setHtml(aItem->Description());
+        return;
+    }
+    const bool mayBeQuick = mThread->Describe(aItem);
+    const QDeadlineTimer patience(mayBeQuick ? Patience : 0);
+    while (!ShowDescription(1)) {
+        if (patience.hasExpired()) {
+            mDescription->setHtml(QLatin1String("<h3>") + aItem->DisplayName() + QLatin1String("</h3>"));
+            return;
+        }
+        QCoreApplication::sendPostedEvents(mTree, QEvent::MetaCall);  // what the thread may be asking
+    }
+}
+
+bool GenBrowserWnd::ShowDescription(int aMilliseconds)
+{
+    const std::optional<QString> text = mThread ? mThread->TakeDescription(aMilliseconds) : std::nullopt;
+    if (text && mDescription) {
+        mDescription->setHtml(*text);
+    }
+    return text.has_value();
 }

@@ -6,7 +6,6 @@
 #include <memory>
 
 #include "LxGUI/Frame/Wnd.h"
-#include "LxGUI/GenBrowser/GenBrowserDescriber.h"
 #include "LxGUI/GenBrowser/GenBrowserOptionsDlg.h"
 #include "LxGUI/GenBrowser/GenBrowserSearchBar.h"
 #include "LxGUI/GenBrowser/GenBrowserTree.h"
@@ -72,6 +71,9 @@ private:
     /// @return false when, meanwhile, the window was destroyed or something else tore it down or rebuilt it.
     bool TearDown();
     bool IsStillBusy() const;
+    /// Shows what the thread has to say of the selected feature.
+    /// @return false while it has nothing.
+    bool ShowDescription(int aMilliseconds = 0);
     /// Lets the refresh thread get its answers, or makes it go on without.
     void AnswerThread();
     void DeleteModel();
@@ -87,7 +89,6 @@ private:
     GenBrowserTreeModel *mModel = nullptr;
     GenBrowserItemDelegate *mDelegate = nullptr;
     GenBrowserThread *mThread = nullptr;
-    GenBrowserDescriber mDescriber;
     bool mIsClosed = false;        // by Close(); nothing is built until the window is shown again
     bool mIsDestroyed = false;     // nothing is built any more
     bool mIsContentDying = false;  // its widgets can get no events

@@ -7,6 +7,8 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollBar>
 #include <condition_variable>
+#include <thread>
+#include <utility>
 
 #include "BrowserTest.h"
 #include "LxPersistence/LxPropertyList.h"
@@ -225,6 +227,66 @@ TEST_F(BrowserThread, TheThreadsRowsKeepTheModelsPromises)
             EXPECT_EQ(change[1].toModelIndex().column(), 1);
             EXPECT_EQ(change[0].toModelIndex().row(), change[1].toModelIndex().row());
         }
+        mBrowser->Close();
+    }
+}
+
+// Describing the selected feature
+
+TEST_F(BrowserThread, DescribesTheSelectedFeatureWhereTheDeviceMayBeSlow)
+{
+    std::thread::id asker;
+    mFeatures[1]->mScript.OnCall([&](const std::string &aCall) {
+        if (aCall == "GetIncrement") {  // asked for by descriptions only
+            asker = std::this_thread::get_id();
+        }
+    });
+    const auto describe = [&](LxGenRefresh aMode) {
+        Show(aMode);
+        mBrowser->Tree()->setCurrentIndex(mBrowser->Cell("Feature1"));
+        EXPECT_TRUE(WaitForGui([&] { return mBrowser->Description()->toPlainText().contains("Increment: 1"); }));
+        mBrowser->Close();
+        return std::exchange(asker, std::thread::id());
+    };
+    EXPECT_NE(describe(LxGenRefreshAutomatic), std::this_thread::get_id());
+    EXPECT_NE(describe(LxGenRefreshPolling), std::this_thread::get_id());
+    EXPECT_EQ(describe(LxGenRefreshManual), std::this_thread::get_id());  // no thread runs
+}
+
+TEST_F(BrowserThread, DescribesTheFeatureThatWasSelectedLast)
+{
+    Show(LxGenRefreshAutomatic);
+    mFeatures[1]->mScript.OnCall([this](const std::string &aCall) {
+        if (aCall == "GetIncrement") {
+            mGate.Pass();
+        }
+    });
+    const auto select = [&](const char *aName) { mBrowser->Tree()->setCurrentIndex(mBrowser->Cell(aName)); };
+    mGate.Close();
+    select("Feature1");
+    EXPECT_EQ(mBrowser->Description()->toPlainText(), "The Feature1");
+    EXPECT_TRUE(WaitForGui([&] { return mGate.Waiting() > 0; }));
+    select("Feature2");
+    select("Feature3");
+    EXPECT_EQ(mBrowser->Description()->toPlainText(), "The Feature3");
+    mGate.Open();
+    EXPECT_TRUE(WaitForGui([&] { return mBrowser->Description()->toPlainText().contains("Feature Name: Feature3"); }));
+    EXPECT_EQ(mFeatures[2]->mScript.Count("GetIncrement"), 0);
+
+    mGate.Close();
+    select("Feature1");
+    EXPECT_TRUE(WaitForGui([&] { return mGate.Waiting() > 0; }));
+    CloseWhileTheDeviceIsStuck();  // while it is described
+}
+
+TEST_F(BrowserThread, DescribesWhileItAsksWhatIsOnScreen)
+{
+    for (int i = 0; i < 20; ++i) {
+        Show(LxGenRefreshAutomatic);
+        // No event was processed since the thread was started, so it may be asking.
+        mBrowser->SetGenParameterArray(&mArray);
+        mBrowser->Tree()->setCurrentIndex(mBrowser->Cell("Feature1"));
+        EXPECT_TRUE(WaitForGui([&] { return mBrowser->Description()->toPlainText().contains("Increment: 1"); }));
         mBrowser->Close();
     }
 }

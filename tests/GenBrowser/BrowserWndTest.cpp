@@ -279,21 +279,6 @@ TEST_F(BrowserWindow, TheSelectedFeatureIsDescribed)
     EXPECT_EQ(mBrowser->Description()->toPlainText(), "");
 }
 
-TEST_F(BrowserWindow, TheLastSelectedFeatureIsDescribedWhenTheDeviceIsSlow)
-{
-    Show();
-    mGain->mScript.SetDelay(std::chrono::milliseconds(30));
-    mWidth->mScript.SetDelay(std::chrono::milliseconds(30));
-    mBrowser->Tree()->setCurrentIndex(mBrowser->Cell("Gain"));
-    EXPECT_EQ(mBrowser->Description()->toPlainText(), "The Gain");
-    mBrowser->Tree()->setCurrentIndex(mBrowser->Cell("Width"));
-    mBrowser->Tree()->setCurrentIndex(mBrowser->Cell("Gain"));
-    EXPECT_TRUE(WaitForGui([&] { return mBrowser->Description()->toPlainText().contains("Feature Name: Gain"); }));
-    mBrowser->Tree()->setCurrentIndex(mBrowser->Cell("Width"));
-    mBrowser->SetGenParameterArray(nullptr);  // while it is described
-    EXPECT_FALSE(mWidth->HasSinks());
-}
-
 // Search
 
 TEST_F(BrowserWindow, EveryKeystrokeSearchesAgain)
