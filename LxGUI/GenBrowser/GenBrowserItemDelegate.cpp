@@ -9,6 +9,7 @@
 
 #include "LxGUI/Frame/MessageBoxes.h"
 #include "LxGUI/Frame/Text.h"
+#include "LxGUI/GenBrowser/GenBrowserTree.h"
 #include "LxGUI/GenBrowser/GenBrowserTreeItem.h"
 #include "LxGUI/GenBrowser/GenBrowserTreeModel.h"
 #include "LxGUI/GenBrowser/GenBrowserWnd.h"
@@ -163,7 +164,10 @@ void GenBrowserItemDelegate::destroyEditor(QWidget *aEditor, const QModelIndex &
 void GenBrowserItemDelegate::paint(QPainter *aPainter, const QStyleOptionViewItem &aOption,
                                    const QModelIndex &aIndex) const
 {
-    if (!PaintPlainCell(*aPainter, aOption, aIndex)) {
+    // The view has whole rows painted even where only the values have changed.
+    const auto *tree = qobject_cast<const GenBrowserTree *>(aOption.widget);
+    const bool isNeeded = !tree || tree->IsPainted(aOption.rect);
+    if (isNeeded && !PaintPlainCell(*aPainter, aOption, aIndex)) {
         QStyledItemDelegate::paint(aPainter, aOption, aIndex);
     }
 }

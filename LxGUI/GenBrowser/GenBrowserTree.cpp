@@ -1,6 +1,8 @@
 #include "LxGUI/GenBrowser/GenBrowserTree.h"
 
 #include <QtCore/QTimerEvent>
+#include <QtGui/QAccessible>
+#include <QtGui/QPaintEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QPalette>
 #include <utility>
@@ -43,7 +45,7 @@ bool GenBrowserTree::IsVisibleSlot(QModelIndex aIndex)
 void GenBrowserTree::dataChanged(const QModelIndex &aFrom, const QModelIndex &aTo, const QList<int> &aRoles)
 {
     const bool isOneRow = aFrom.isValid() && aTo.isValid() && aFrom.siblingAtColumn(aTo.column()) == aTo;
-    if (!isOneRow || state() == EditingState) {
+    if (!isOneRow || state() == EditingState || QAccessible::isActive()) {
         QTreeView::dataChanged(aFrom, aTo, aRoles);
         return;
     }
@@ -73,6 +75,13 @@ void GenBrowserTree::timerEvent(QTimerEvent *aEvent)
     else {
         QTreeView::timerEvent(aEvent);
     }
+}
+
+void GenBrowserTree::paintEvent(QPaintEvent *aEvent)
+{
+    mPainted = aEvent->rect();
+    QTreeView::paintEvent(aEvent);
+    mPainted = QRect();
 }
 
 void GenBrowserTree::scrollContentsBy(int aX, int aY)

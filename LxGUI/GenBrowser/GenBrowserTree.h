@@ -21,6 +21,9 @@ public:
 
     using QTreeView::edit;
 
+    /// False for a place of the viewport that needs no painting at this moment, as nothing has changed there.
+    bool IsPainted(const QRect &aPlace) const { return mPainted.isNull() || mPainted.intersects(aPlace); }
+
 public slots:
     /// Whether a row is on screen.
     bool IsVisibleSlot(QModelIndex aIndex);
@@ -34,6 +37,7 @@ protected:
     /// The keyboard edits the value of the current row, whichever of its cells is the current one.
     void dataChanged(const QModelIndex &aFrom, const QModelIndex &aTo, const QList<int> &aRoles = {}) override;
     void timerEvent(QTimerEvent *aEvent) override;
+    void paintEvent(QPaintEvent *aEvent) override;
     void scrollContentsBy(int aX, int aY) override;
     bool edit(const QModelIndex &aIndex, EditTrigger aTrigger, QEvent *aEvent) override;
     void selectionChanged(const QItemSelection &aSelected, const QItemSelection &aDeselected) override;
@@ -45,4 +49,5 @@ private:
 
     QRegion mChanged;  // of the viewport; drawn when the timer fires
     QBasicTimer mChangedTimer;
+    QRect mPainted;  // by the event that is handled; null when none is
 };

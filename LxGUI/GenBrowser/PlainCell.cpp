@@ -1,11 +1,13 @@
 #include "LxGUI/GenBrowser/PlainCell.h"
 
 #include <QtCore/QModelIndex>
+#include <QtCore/QtMath>
+#include <QtGui/QFontMetricsF>
 #include <QtGui/QPainter>
-#include <QtGui/QTextLayout>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleOptionViewItem>
 #include <QtWidgets/QWidget>
+#include <algorithm>
 
 namespace
 {
@@ -17,9 +19,18 @@ bool IsPlain(const QStyleOptionViewItem &aOption)
            aOption.direction == Qt::LeftToRight && aOption.displayAlignment == (Qt::AlignLeft | Qt::AlignVCenter);
 }
 
+/// Texts of these characters alone need no other font, which may be of another height, and go from left to right.
 bool IsPlain(const QString &aText)
 {
-    return !aText.isRightToLeft() && !aText.contains(QLatin1Char('\n')) && !aText.contains(QChar::LineSeparator);
+    return std::all_of(aText.begin(), aText.end(),
+                       [](QChar aCharacter) { return aCharacter <= u'\u024F' && aCharacter.isPrint(); });
+}
+
+bool Fits(const QString &aText, const QFontMetricsF &aMetrics, int aWidth)
+{
+    // Most texts are so short that there is no need to measure them.
+    const auto size = static_cast<qreal>(aText.size());
+    return size * aMetrics.maxWidth() <= aWidth || aMetrics.horizontalAdvance(aText) <= aWidth;
 }
 
 }  // namespace
@@ -37,24 +48,23 @@ bool PaintPlainCell(QPainter &aPainter, const QStyleOptionViewItem &aOption, con
     const int margin = style.pixelMetric(QStyle::PM_FocusFrameHMargin, &aOption, aOption.widget) + 1;
     const QRect place = aOption.rect.adjusted(margin, 0, -margin, 0);
     const QFont font = aIndex.data(Qt::FontRole).value<QFont>().resolve(aOption.font);
-    QTextLayout layout(text, font, aPainter.device());
-    layout.beginLayout();
-    QTextLine line = layout.createLine();
-    if (line.isValid()) {
-        line.setNumColumns(static_cast<int>(text.size()));  // not wrapped
-    }
-    layout.endLayout();
-    if (line.isValid() && line.naturalTextWidth() > place.width()) {
+    const QFontMetricsF metrics(font, aPainter.device());
+    if (!Fits(text, metrics, place.width())) {
         return false;
     }
     const QPoint origin = aPainter.brushOrigin();
     aPainter.setBrushOrigin(aOption.rect.topLeft());
     aPainter.fillRect(aOption.rect, aIndex.data(Qt::BackgroundRole).value<QBrush>());
     aPainter.setBrushOrigin(origin);
-    if (line.isValid()) {
+    if (!text.isEmpty()) {
         const QPen pen = aPainter.pen();
+        const QFont fontBefore = aPainter.font();
         aPainter.setPen(aIndex.data(Qt::ForegroundRole).value<QBrush>().color());
-        line.draw(&aPainter, QPointF(place.left(), place.top() + (place.height() - qRound(line.height())) / 2));
+        aPainter.setFont(font);
+        const int height = qCeil(metrics.ascent() + metrics.descent());
+        const int top = place.top() + (place.height() - height) / 2;
+        aPainter.drawText(QPointF(place.left(), top + metrics.ascent()), text);
+        aPainter.setFont(fontBefore);
         aPainter.setPen(pen);
     }
     return true;

@@ -41,7 +41,7 @@ protected:
     void SetUp() override
     {
         mArray.AddCategory("General");
-        for (int i = 0; i < 8; ++i) {
+        for (int i = 0; i < 10; ++i) {
             mFeatures.push_back(&mArray.Add<FakeInteger>("Feature" + std::to_string(i)));
         }
     }
@@ -73,11 +73,15 @@ TEST_F(TreeView, DrawsCellsLikeTheToolkit)
     mFeatures[5]->mUnit = "a unit that is far too long for any column of a tree of this width, so that it is cut";
     mFeatures[6]->mUnit = "two\nlines";
     mFeatures[7]->mUnit = "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D";  // from right to left
+    mFeatures[8]->mUnit = "\xE6\xB8\xA9\xE5\xBA\xA6";          // in another font
+    mFeatures[9]->mUnit = "a\xC2\xADz \xC2\x85 A\xCC\x88";     // what has no place, or shares one
     mArray
         .Add<FakeString>(
             "Gr\xC3\xB6\xC3\x9F"
             "e")
-        .SetText("fi \xC2\xB5s");
+        .SetText(
+            "Gr\xC3\xBC\xC3\x9F"
+            "e fi \xC2\xB5s");
     Show();
     GenBrowserTree *const tree = mBrowser.Tree();
     ASSERT_TRUE(tree->style()->inherits("QFusionStyle")) << "the style of the offscreen platform";
@@ -179,7 +183,7 @@ TEST_F(TreeView, DrawsTheRowsOfOneRefreshAtOnce)
 TEST_F(TreeView, AChangedRowThatIsScrolledBeforeItIsDrawnIsDrawnWhereItIs)
 {
     mBrowser.SetPosition(-1, -1, 500, 320);
-    for (int i = 8; i < 20; ++i) {
+    for (int i = 10; i < 20; ++i) {
         mArray.Add<FakeInteger>("Feature" + std::to_string(i));
     }
     mBrowser.SetRefreshMode(LxGenRefreshManual);
