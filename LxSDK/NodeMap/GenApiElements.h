@@ -43,7 +43,8 @@ NodeTexts ParseTexts(const pugi::xml_node &aElement);
 void ApplyAccessMode(const std::string &aMode, NodeAccess &aAccess);
 /// Whether a formula is longer or deeper than any real one and could exhaust the engine.
 bool IsTooComplex(const std::string &aFormula);
-/// The engine reads ASCII only; anything else in a number, formula or name of a variable is wrong anyway.
+/// The engine reads ASCII only, except in texts; anything else in a number, formula or name of a variable is wrong
+/// anyway.
 std::string ToPlainText(const std::string &aText);
 
 }  // namespace LxDetail

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "LxPersistence/ConfigurationText.h"
 #include "NodeMap/GenApiElements.h"
 
 namespace LxDetail
@@ -361,6 +362,14 @@ private:
         }
     }
 
+    // The text of a child as the engine can read it: any where it is a text itself, else ASCII.
+    static std::string EngineText(const pugi::xml_node &aElement, const pugi::xml_node &aChild)
+    {
+        const std::string text = Text(aChild);
+        const bool isText = std::strcmp(aElement.name(), "String") == 0 && std::strcmp(aChild.name(), "Value") == 0;
+        return isText && IsPlainXMLText(text) ? text : ToPlainText(text);
+    }
+
     // Copies what the engine needs from one element to another.
     void CopyElement(const pugi::xml_node &aFrom, pugi::xml_node aTo) const
     {
@@ -386,7 +395,7 @@ private:
             else if (Contains(kEngineElements, tag)) {
                 pugi::xml_node copy = aTo.append_child(child.name());
                 CopyElement(child, copy);
-                copy.append_child(pugi::node_pcdata).set_value(ToPlainText(Text(child)).c_str());
+                copy.append_child(pugi::node_pcdata).set_value(EngineText(aFrom, child).c_str());
             }
             else if (Contains(kEngineReferences, tag)) {
                 const NodeIndex target = mXML.Find(Text(child));

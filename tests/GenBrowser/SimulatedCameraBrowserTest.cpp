@@ -59,6 +59,8 @@ TEST_F(SimulatedCameraBrowser, ShowsErrorsOnlyWhereTheDeviceFails)
     EXPECT_EQ(browser.Errors().size(), 4) << browser.Errors().join('\n').toStdString();
     EXPECT_EQ(browser.Value("SimUnavailable"), "{Not available}");
     EXPECT_EQ(browser.Value("SimRegister"), "{Register}");
+    EXPECT_EQ(browser.Value("SimStringConstant"), QString::fromUtf8("Gr\xC3\xBC\xC3\x9F"
+                                                                    "e from the simulation"));
     EXPECT_EQ(browser.Value("SimCommand"), "{Command}");
     EXPECT_EQ(browser.Value("SimWriteOnly"), "");
     EXPECT_EQ(browser.Value("SimIntegerMAC").count(':'), 5);

@@ -284,6 +284,15 @@ TEST(Integer, RepresentationAndUnitComeFromTheNodeBehindWhenItHasNone)
     EXPECT_EQ(representation, LxGenRepresentationPureNumber);
 }
 
+TEST(String, AConstantIsKeptAsItIsUnlessItIsNoText)
+{
+    const TestCamera camera("Text Broken",
+                            Node("String", "Text", "<Value>Gr\xC3\xBC\xC3\x9F &lt;&amp;&gt; 20 %</Value>") +
+                                Node("String", "Broken", "<Value>a\xC3(z</Value>"));
+    EXPECT_EQ(camera["Text"].ToString(), LxString("Gr\xC3\xBC\xC3\x9F <&> 20 %"));
+    EXPECT_EQ(camera["Broken"].ToString(), LxString("a (z"));
+}
+
 TEST(Integer, TextGoesBothWays)
 {
     const TestCamera camera("Dec Hex Ip Mac", Node("Integer", "Dec", "<Value>-5</Value>") +
