@@ -27,6 +27,7 @@ void SerialTerminalThread::run()
     QElapsedTimer sinceShown;
     sinceShown.start();
     uint8_t chunk[sChunk] = {};
+    bool waits = true;
     while (!mStop) {
         uint32_t count = 0;
         const LxResult result = mWnd->Port().Read(chunk, sChunk, count, sReadTimeout);
@@ -41,6 +42,7 @@ void SerialTerminalThread::run()
         if (pending > 0 && (pending >= sCharactersToShow || sinceShown.elapsed() >= sTimeToShow)) {
             mWnd->RequestShow();
             sinceShown.start();
+            waits = mWnd->HasRoom(waits);  // a window that keeps it waiting must not keep the port waiting, too
         }
     }
 }

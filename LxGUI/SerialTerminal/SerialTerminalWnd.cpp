@@ -3,6 +3,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QSignalBlocker>
 #include <QtWidgets/QFileDialog>
+#include <chrono>
 #include <utility>
 
 #include "LxDevice/ILxDeviceAdapter.h"
@@ -20,6 +21,10 @@ namespace
 constexpr LxDeviceSerial sPorts[] = {LxDeviceSerial::Serial0, LxDeviceSerial::Serial1, LxDeviceSerial::Bulk0,
                                      LxDeviceSerial::Bulk1,   LxDeviceSerial::Bulk2,   LxDeviceSerial::Bulk3,
                                      LxDeviceSerial::Bulk4,   LxDeviceSerial::Bulk5,   LxDeviceSerial::Bulk6};
+
+// A chunk of the port has at most five lines.
+constexpr qsizetype sAlmostFull = TranscriptFormatter::Capacity - 5 * TranscriptFormatter::HybridLine;
+constexpr std::chrono::milliseconds sLongestWait{20};
 
 constexpr char sHexHint[] =
     "Bytes must be provided as pairs of hexadecimal digits\r\n"
@@ -373,6 +378,13 @@ qsizetype SerialTerminalWnd::PendingCount() const
     return mFormatter.PendingCount();
 }
 
+bool SerialTerminalWnd::HasRoom(bool aWait)
+{
+    std::unique_lock lock(mOutputMutex);
+    return mOutputTaken.wait_for(lock, aWait ? sLongestWait : std::chrono::milliseconds(0),
+                                 [this] { return mFormatter.PendingCount() < sAlmostFull; });
+}
+
 void SerialTerminalWnd::RequestShow()
 {
     if (!mShowRequested.exchange(true)) {
@@ -402,6 +414,7 @@ void SerialTerminalWnd::MovePendingToView()
     if (mView) {
         mView->Apply(update);
     }
+    mOutputTaken.notify_one();
 }
 
 void SerialTerminalWnd::ClearTranscript()

@@ -10,6 +10,7 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QRadioButton>
 #include <atomic>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 
@@ -50,6 +51,9 @@ public:
     qsizetype PendingCount() const;
     /// Posts ShowEvent, unless one is on its way.
     void RequestShow();
+    /// Whether the pending output has room for another chunk of the port; what does not fit is dropped.
+    /// @param aWait whether to wait for it, but only for a moment.
+    bool HasRoom(bool aWait);
 
 public slots:
     void OnBnClickedOthercheck(int aState);
@@ -109,6 +113,7 @@ private:
 
     mutable std::mutex mOutputMutex;  // guards mFormatter; never held while waiting for a thread
     TranscriptFormatter mFormatter;
+    std::condition_variable mOutputTaken;
     std::atomic<bool> mShowRequested = false;
     std::mutex mEchoMutex;  // guards mEcho
     QByteArray mEcho;       // bytes of the file that were sent but not rendered

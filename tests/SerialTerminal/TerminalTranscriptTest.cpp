@@ -8,10 +8,14 @@
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QScrollBar>
+#include <chrono>
+#include <future>
 #include <memory>
+#include <vector>
 
 #include "LxGUI/SerialTerminal/SerialTerminalWnd.h"
 #include "TerminalTest.h"
+#include "WaitFor.h"
 
 namespace
 {
@@ -202,6 +206,24 @@ TEST(SerialTerminalTranscript, TheWindowShowsItOnItsEvent)
     wnd.Render(bytes, 2);
     wnd.RenderText("\nreport\n");
     EXPECT_EQ(view->Text(), "abab\nreport\n") << "what came before the report stands before it";
+}
+
+TEST(SerialTerminalTranscript, APortWaitsForRoomButNotForAWindowThatDoesNotShow)
+{
+    SerialTerminalWnd wnd;
+    wnd.ShowModeless(static_cast<QWidget *>(nullptr));
+    EXPECT_TRUE(wnd.HasRoom(false));
+    std::vector<uint8_t> bytes(32767, 'x');
+    wnd.Render(bytes.data(), 32000);
+    EXPECT_TRUE(wnd.HasRoom(false)) << "for a chunk of the port";
+    wnd.Render(bytes.data(), 700);
+    EXPECT_FALSE(wnd.HasRoom(false));
+    EXPECT_FALSE(wnd.HasRoom(true)) << "nobody shows it";
+    auto room = std::async(std::launch::async, [&wnd] { return WaitFor([&wnd] { return wnd.HasRoom(true); }); });
+    wnd.RequestShow();
+    EXPECT_TRUE(WaitForGui([&] { return room.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+    EXPECT_TRUE(room.get());
+    EXPECT_EQ(wnd.PendingCount(), 0);
 }
 
 TEST(SerialTerminalTranscript, AReportStaysWhenTheHybridLineGoesOn)
