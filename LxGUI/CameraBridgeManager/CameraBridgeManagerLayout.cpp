@@ -4,6 +4,7 @@
 
 #include "LxGUI/CameraBridgeManager/CameraBridgeManagerWnd.h"
 #include "LxGUI/Frame/MessageBoxes.h"
+#include "LxGUI/Frame/Named.h"
 #include "LxGUI/LxGenBrowserWnd.h"
 
 namespace
@@ -24,17 +25,9 @@ const QSize MostSize(1600, 1200);
 const QSize FirstSize(1000, 640);  // the browser's buttons fit
 const QSize ResetButtonSize(75, 25);
 
-template <class Widget>
-Widget *Name(Widget *aWidget, const char *aName, const QString &aAccessibleName)
-{
-    aWidget->setObjectName(QLatin1String(aName));
-    aWidget->setAccessibleName(aAccessibleName);
-    return aWidget;
-}
-
 QComboBox *MakeCombo(QWidget *aParent, const char *aName, const QString &aAccessibleName)
 {
-    auto *combo = Name(new QComboBox(aParent), aName, aAccessibleName);
+    auto *combo = Named(new QComboBox(aParent), aName, aAccessibleName);
     combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);  // long identifiers do not widen it
     combo->setMinimumWidth(FieldWidth);
     return combo;
@@ -119,7 +112,7 @@ void CameraBridgeManagerWnd::CreateLayout()
 QRadioButton *CameraBridgeManagerWnd::AddRadioButton(QBoxLayout *aLayout, QWidget *aParent, const char *aName,
                                                      const QString &aText)
 {
-    auto *button = Name(new QRadioButton(aText, aParent), aName, aText);
+    auto *button = Named(new QRadioButton(aText, aParent), aName, aText);
     aLayout->addWidget(button);
     // clicked, not toggled: neither the button that goes off nor a change by the program chooses anything
     connect(button, &QRadioButton::clicked, this, [this, button] { OnRadioButtonChanged(button->text()); });
@@ -155,15 +148,15 @@ QGroupBox *CameraBridgeManagerWnd::CreateSetupGroup(QWidget *aParent)
 void CameraBridgeManagerWnd::AddCameraFileBlock(QBoxLayout *aLayout, QWidget *aParent)
 {
     QBoxLayout *block = AddBlock(aLayout);
-    mKCFPathEdit = Name(new QLineEdit(aParent), "KCFPathEdit", QStringLiteral("Path of the Kelvra camera file"));
+    mKCFPathEdit = Named(new QLineEdit(aParent), "KCFPathEdit", QStringLiteral("Path of the Kelvra camera file"));
     mKCFPathEdit->setMinimumWidth(FieldWidth);
     mKCFLabel = MakeLabel(aParent, QStringLiteral("Path"), mKCFPathEdit);
     mKCFPathButton =
-        Name(new QPushButton(QStringLiteral("..."), aParent), "KCFPathButton", QStringLiteral("Choose the file"));
+        Named(new QPushButton(QStringLiteral("..."), aParent), "KCFPathButton", QStringLiteral("Choose the file"));
     mKCFPathButton->setAutoDefault(false);
     AddRow(block, mKCFLabel, mKCFPathEdit, mKCFPathButton);
     mKCFLoadButton =
-        Name(new QPushButton(QStringLiteral("Load"), aParent), "KCFLoadButton", QStringLiteral("Load the file"));
+        Named(new QPushButton(QStringLiteral("Load"), aParent), "KCFLoadButton", QStringLiteral("Load the file"));
     mKCFLoadButton->setAutoDefault(false);
     auto *row = new QHBoxLayout;
     row->addStretch();
@@ -179,15 +172,15 @@ void CameraBridgeManagerWnd::AddCLProtocolBlock(QBoxLayout *aLayout, QWidget *aP
     mCLPTemplateCombo = MakeCombo(aParent, "CLPTemplateCombo", QStringLiteral("CL Protocol template"));
     mCLPTemplateLabel = MakeLabel(aParent, QStringLiteral("Template"), mCLPTemplateCombo);
     mCLPProbeButton =
-        Name(new QPushButton(QStringLiteral("Probe"), aParent), "CLPProbeButton", QStringLiteral("Probe the camera"));
+        Named(new QPushButton(QStringLiteral("Probe"), aParent), "CLPProbeButton", QStringLiteral("Probe the camera"));
     mCLPProbeButton->setAutoDefault(false);
     AddRow(block, mCLPTemplateLabel, mCLPTemplateCombo, mCLPProbeButton);
     mCLPCameraID = MakeStatus(aParent, "CLPCameraID", QStringLiteral("Not found"), false);
     block->addWidget(mCLPCameraID);
     mCLPXMLCombo = MakeCombo(aParent, "CLPXMLCombo", QStringLiteral("CL Protocol XML"));
     mCLPXMLLabel = MakeLabel(aParent, QStringLiteral("XML"), mCLPXMLCombo);
-    mCLPConnectButton = Name(new QPushButton(QStringLiteral("Connect"), aParent), "CLPConnectButton",
-                             QStringLiteral("Connect by the CL Protocol"));
+    mCLPConnectButton = Named(new QPushButton(QStringLiteral("Connect"), aParent), "CLPConnectButton",
+                              QStringLiteral("Connect by the CL Protocol"));
     mCLPConnectButton->setAutoDefault(false);
     AddRow(block, mCLPXMLLabel, mCLPXMLCombo, mCLPConnectButton);
     mCLPStatus = MakeStatus(aParent, "CLPStatus", QStringLiteral("Not initialized"), false);
@@ -199,8 +192,8 @@ void CameraBridgeManagerWnd::AddGenCPBlock(QBoxLayout *aLayout, QWidget *aParent
     QBoxLayout *block = AddBlock(aLayout);
     mGenCPXMLCombo = MakeCombo(aParent, "GenCPXMLCombo", QStringLiteral("GenCP XML"));
     mGenCPLabel = MakeLabel(aParent, QStringLiteral("XML"), mGenCPXMLCombo);
-    mGenCPConnectButton = Name(new QPushButton(QStringLiteral("Connect"), aParent), "GenCPConnectButton",
-                               QStringLiteral("Connect by GenCP"));
+    mGenCPConnectButton = Named(new QPushButton(QStringLiteral("Connect"), aParent), "GenCPConnectButton",
+                                QStringLiteral("Connect by GenCP"));
     mGenCPConnectButton->setAutoDefault(false);
     AddRow(block, mGenCPLabel, mGenCPXMLCombo, mGenCPConnectButton);
     mGenCPStatus = MakeStatus(aParent, "GenCPStatus", QStringLiteral("Not initialized"), false);
@@ -216,7 +209,7 @@ QGroupBox *CameraBridgeManagerWnd::CreateStatisticsGroup(QWidget *aParent)
     mSentLabel = new QLabel(QStringLiteral("Bytes sent: 0"), group);
     mSentLabel->setObjectName(QStringLiteral("SentLabel"));
     mResetButton =
-        Name(new QPushButton(QStringLiteral("Reset"), group), "ResetButton", QStringLiteral("Reset the statistics"));
+        Named(new QPushButton(QStringLiteral("Reset"), group), "ResetButton", QStringLiteral("Reset the statistics"));
     mResetButton->setAutoDefault(false);
     mResetButton->setFixedSize(ResetButtonSize);
     layout->addWidget(mReceivedLabel);
@@ -233,8 +226,8 @@ QGroupBox *CameraBridgeManagerWnd::CreateCheckGroup(QWidget *aParent)
     layout->setContentsMargins(GroupSpacing, MainSpacing, GroupSpacing, MainSpacing);  // the texts just fit
     const QString sync = QStringLiteral("Frame Grabber Parameters Synchronization");
     const QString power = QStringLiteral("Power Over Camera Link (PoCL)");
-    mSyncCheck = Name(new QCheckBox(sync, group), "SyncCheck", sync);
-    mPoCLCheck = Name(new QCheckBox(power, group), "PoCLCheck", power);
+    mSyncCheck = Named(new QCheckBox(sync, group), "SyncCheck", sync);
+    mPoCLCheck = Named(new QCheckBox(power, group), "PoCLCheck", power);
     layout->addWidget(mSyncCheck);
     layout->addWidget(mPoCLCheck);
     return group;

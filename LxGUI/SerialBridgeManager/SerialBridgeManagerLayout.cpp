@@ -6,22 +6,8 @@
 #include <QtWidgets/QRadioButton>
 #include <QtWidgets/QVBoxLayout>
 
+#include "LxGUI/Frame/Named.h"
 #include "LxGUI/SerialBridgeManager/SerialBridgeManagerWnd.h"
-
-namespace
-{
-
-template <class Control>
-Control *Named(Control *aControl, const char *aName, const QString &aAccessibleName = QString())
-{
-    aControl->setObjectName(QLatin1String(aName));
-    if (!aAccessibleName.isEmpty()) {
-        aControl->setAccessibleName(aAccessibleName);
-    }
-    return aControl;
-}
-
-}  // namespace
 
 void SerialBridgeManagerWnd::CreateLayout()
 {

@@ -2,6 +2,7 @@
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QVBoxLayout>
 
+#include "LxGUI/Frame/Named.h"
 #include "LxGUI/SerialTerminal/SerialTerminalWnd.h"
 
 namespace
@@ -9,14 +10,6 @@ namespace
 
 constexpr int sComboWidth = 125;
 constexpr int sBrowseWidth = 30;
-
-template <class Control>
-Control *Named(Control *aControl, const char *aName, const QString &aAccessibleName)
-{
-    aControl->setObjectName(QLatin1String(aName));
-    aControl->setAccessibleName(aAccessibleName);
-    return aControl;
-}
 
 QComboBox *AddCombo(QGroupBox *aGroup, const char *aName, const QString &aAccessibleName)
 {
