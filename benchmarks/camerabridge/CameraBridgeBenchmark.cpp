@@ -2,6 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QtCore/QElapsedTimer>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QComboBox>
@@ -212,7 +213,7 @@ void Stalls(benchmark::State &aState)
         aState.counters["shown_ms"] = absence.mLongest;
         aState.counters["shown_work_ms"] = absence.mLongestWork;
         absence.Start();
-        for (const int port : {1, 0, 1, 0}) {
+        for (const int port : {1, 0, 1, 0}) {  // the browser reads the features once, under a wait cursor
             ports->setCurrentIndex(port);
             absence.Note();
             ProcessEventsFor(300);

@@ -1,9 +1,11 @@
 #pragma once
 
-#include <QtCore/QElapsedTimer>
-#include <QtCore/QTimer>
+#include <QtCore/QObject>
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <ctime>
+#include <thread>
 
 /// What a clock of the system says, in seconds.
 inline double Seconds(clockid_t aClock)
@@ -13,31 +15,38 @@ inline double Seconds(clockid_t aClock)
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
-/// Sees how long the GUI thread stays away from its event loop.
+/// Sees how long the GUI thread stays away from its event loop: how long an event waits that another thread posts. A
+/// timer of the GUI thread would do, but Qt's event loop spins through the last millisecond of each.
 class Absence
 {
 public:
     Absence()
     {
-        mTimer.setTimerType(Qt::PreciseTimer);
-        QObject::connect(&mTimer, &QTimer::timeout, [this] { Note(); });
         Start();
-        mTimer.start(1);
+        mThread = std::thread([this] { Run(); });
     }
+    ~Absence()
+    {
+        mStop = true;
+        mThread.join();
+    }
+    Absence(const Absence &) = delete;
+    Absence &operator=(const Absence &) = delete;
+
     /// Forgets what was.
     void Start()
     {
-        mLast.start();
+        mPosted = Seconds(CLOCK_MONOTONIC);
         mCpu = Seconds(CLOCK_THREAD_CPUTIME_ID);
         mLongest = 0;
         mLongestWork = 0;
     }
+    /// Back at the event loop, or as good as that.
     void Note()
     {
         const double cpu = Seconds(CLOCK_THREAD_CPUTIME_ID);
-        mLongest = std::max(mLongest, static_cast<double>(mLast.nsecsElapsed()) / 1e6);
+        mLongest = std::max(mLongest, (Seconds(CLOCK_MONOTONIC) - mPosted) * 1e3);
         mLongestWork = std::max(mLongestWork, (cpu - mCpu) * 1e3);
-        mLast.start();
         mCpu = cpu;
     }
 
@@ -45,7 +54,27 @@ public:
     double mLongestWork = 0;  // milliseconds of processor time, whatever else runs on the machine
 
 private:
-    QTimer mTimer;
-    QElapsedTimer mLast;
+    void Run()
+    {
+        while (!mStop) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+            if (!mWaiting.exchange(true)) {
+                mPosted = Seconds(CLOCK_MONOTONIC);
+                QMetaObject::invokeMethod(
+                    &mReceiver,
+                    [this] {
+                        Note();
+                        mWaiting = false;
+                    },
+                    Qt::QueuedConnection);
+            }
+        }
+    }
+
+    QObject mReceiver;
+    std::atomic<double> mPosted{0};
+    std::atomic<bool> mWaiting{false};
+    std::atomic<bool> mStop{false};
+    std::thread mThread;
     double mCpu = 0;
 };
