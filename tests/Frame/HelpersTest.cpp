@@ -181,6 +181,8 @@ INSTANTIATE_TEST_SUITE_P(
                     AddressRow{"255.255.255.255", QValidator::Acceptable},
                     AddressRow{"001.010.1.1", QValidator::Acceptable},
                     AddressRow{"-1.1.1.1", QValidator::Acceptable},  // A sign passes.
+                    AddressRow{"+1.1.1.1", QValidator::Acceptable},
+                    AddressRow{"1. 1.1.1", QValidator::Acceptable},  // So does a blank.
                     AddressRow{"192.168.1.", QValidator::Intermediate},
                     AddressRow{"192.168.1", QValidator::Intermediate}, AddressRow{"1", QValidator::Intermediate},
                     AddressRow{".", QValidator::Intermediate}, AddressRow{"...", QValidator::Intermediate},

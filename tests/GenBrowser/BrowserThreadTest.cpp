@@ -350,6 +350,18 @@ TEST_F(BrowserThread, EndsWhileItWaitsForTheGui)
     }
 }
 
+TEST_F(BrowserThread, GoesOnInAnotherContentOfTheWindow)
+{
+    mBrowser->SetGenParameterArray(&mArray);
+    const QPointer<GenBrowserTree> plain = mBrowser->Tree();  // of a plain widget, which nobody opened
+    EXPECT_NE(plain->model(), nullptr);
+    mBrowser->ShowModeless();
+    EXPECT_NE(mBrowser->Tree(), plain.data());
+    EXPECT_TRUE(!plain || !plain->model());
+    mFeatures[0]->mValue = 7;
+    EXPECT_TRUE(WaitForGui([&] { return mBrowser->Value("Feature0") == "7 "; }));
+}
+
 TEST_F(BrowserThread, AReadingIsGivenUpAtTheNextCallOfTheDevice)
 {
     Show(LxGenRefreshAutomatic);

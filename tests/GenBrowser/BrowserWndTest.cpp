@@ -22,6 +22,7 @@ TEST_F(BrowserWindow, ShowsTheFeaturesOnceAndTheirControls)
     EXPECT_TRUE(mBrowser->Tree()->isExpanded(mBrowser->Cell("Image")));
     EXPECT_EQ(mGain->mScript.Count("IsWritable"), 1);
     EXPECT_EQ(mBrowser->Tree()->header()->sectionResizeMode(0), QHeaderView::Stretch);
+    EXPECT_NEAR(mBrowser->Tree()->columnWidth(0), mBrowser->Tree()->columnWidth(1), 1);
     EXPECT_TRUE(mBrowser->Button("ExpandButton")->isEnabled());
     EXPECT_TRUE(mBrowser->Button("CollapseButton")->isEnabled());
     EXPECT_TRUE(mBrowser->Button("RefreshButton")->isEnabled());
