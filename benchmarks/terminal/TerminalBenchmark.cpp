@@ -238,6 +238,9 @@ public:
             std::abort();  // nothing could be measured
         }
         mWnd.ShowModeless();
+        QElapsedTimer clock;
+        clock.start();
+        ProcessEventsUntil([&clock] { return clock.elapsed() > 200; });  // the first painting, with its fonts
         SimulatedGrabber::SetPeer(LxDeviceSerial::Serial0, std::move(aPeer));
     }
     ~Terminal()
