@@ -77,6 +77,10 @@ public:
     void ZoomIn();
     void ZoomOut();
 
+    /// The pixel of the shown picture at a point of the display's widget, by both renderers; false where no picture is.
+    /// Of a frame that is shown at half its size it is the pixel of the whole frame.
+    bool PictureAt(int aX, int aY, unsigned int &aPictureX, unsigned int &aPictureY);
+
     LxRendererMode GetRendererMode();
     /// Changes the renderer and clears the display. Waits for the GUI thread when it is called on another one, so the
     /// GUI thread must not wait for the caller meanwhile.

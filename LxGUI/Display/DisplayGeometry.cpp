@@ -118,6 +118,22 @@ Placement ComputePlacement(const Zoom &aZoom, const QSize &aView, const QSize &a
     return {source, QRect(0, (aView.height() - targetHeight) / 2, aView.width(), targetHeight)};
 }
 
+QPoint PictureAt(const Placement &aPlacement, const QSize &aPicture, const QPoint &aPoint)
+{
+    if (!aPlacement.mTarget.contains(aPoint) || aPicture.isEmpty()) {
+        return {-1, -1};
+    }
+    // the nearest pixel to the middle of the screen's
+    const auto find = [](int aOffset, int aTarget, int aStart, int aSource, int aLength) {
+        const int pixel = aStart + static_cast<int>((aOffset + 0.5) * aSource / aTarget);
+        return std::clamp(pixel, 0, aLength - 1);
+    };
+    const QRect &source = aPlacement.mSource;
+    const QRect &target = aPlacement.mTarget;
+    return {find(aPoint.x() - target.x(), target.width(), source.x(), source.width(), aPicture.width()),
+            find(aPoint.y() - target.y(), target.height(), source.y(), source.height(), aPicture.height())};
+}
+
 int CenteredScroll(int aPoint, int aViewLength, int aScroll, int aMaximum)
 {
     return std::clamp(aPoint - aViewLength / 2 + aScroll, 0, aMaximum);

@@ -64,6 +64,9 @@ QSize ViewSize(const QSize &aWindow, bool aHorizontalBar, bool aVerticalBar);
 /// Where a picture that is not empty is drawn in a view. Source corners are inclusive.
 Placement ComputePlacement(const Zoom &aZoom, const QSize &aView, const QSize &aPicture, const QPoint &aScroll);
 
+/// The pixel of the picture that is drawn at a point of the view; (-1, -1) where none is.
+QPoint PictureAt(const Placement &aPlacement, const QSize &aPicture, const QPoint &aPoint);
+
 /// The scroll value that brings a point of the window to the middle of the view.
 int CenteredScroll(int aPoint, int aViewLength, int aScroll, int aMaximum);
 

@@ -106,7 +106,8 @@ void DisplayWnd::HandOver(const ILxImage *aImage)
     LxBuffer halved(LxPayloadType::Image);
     QMutexLocker lock(&mImageMutex);
     const ILxImage *image = aImage;
-    if (IsHalvedForUpload(aImage->GetWidth(), aImage->GetHeight()) && HalveImage(*aImage, *halved.GetImage())) {
+    mIsHalved = IsHalvedForUpload(aImage->GetWidth(), aImage->GetHeight()) && HalveImage(*aImage, *halved.GetImage());
+    if (mIsHalved) {
         image = halved.GetImage();
     }
     mPendingImage = image;

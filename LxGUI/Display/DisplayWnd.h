@@ -53,6 +53,8 @@ public:
     int GetTextOverlayOffsetX() const { return mOverlayOffsetX.load(); }
     int GetTextOverlayOffsetY() const { return mOverlayOffsetY.load(); }
 
+    /// The pixel of the shown picture at a point of the widget; (-1, -1) where there is none.
+    QPoint PictureAt(const QPoint &aPoint);
     const DisplayGeometry::Zoom &GetZoom() const { return mZoom; }
     int GetRendererMode() const { return mRendererMode.load(); }
     LxResult SetRendererMode(int aMode);
@@ -123,12 +125,14 @@ private:
     QPointer<QScrollBar> mVerticalBar;
     QPointer<GLDisplay> mGLDisplay;  // in OpenGL mode, when there is a widget
 
-    QMutex mImageMutex;  // guards mInternalBuffer, mConverter, mDecoder, mPendingImage, mWaitingProducers and mEnding
+    QMutex mImageMutex;  // guards mInternalBuffer, mConverter, mDecoder, mPendingImage, mWaitingProducers,
+                         // mEnding and mIsHalved
     QWaitCondition mUploadDone;
     QWaitCondition mProducersGone;
     const ILxImage *mPendingImage = nullptr;
     int mWaitingProducers = 0;
     bool mEnding = false;
+    bool mIsHalved = false;  // the frame last handed to the OpenGL widget, for its size
     LxBuffer mInternalBuffer{LxPayloadType::Image};
     LxBufferConverter mConverter{-1};
     LxH264Decoder mDecoder;

@@ -293,6 +293,30 @@ bool DisplayWnd::eventFilter(QObject *aObject, QEvent *aEvent)
     }
 }
 
+QPoint DisplayWnd::PictureAt(const QPoint &aPoint)
+{
+    constexpr QPoint none(-1, -1);
+    if (!Content()) {
+        return none;
+    }
+    QSize view = ViewSize(Content()->size(), mHorizontalBar && !mHorizontalBar->isHidden(),
+                          mVerticalBar && !mVerticalBar->isHidden());
+    QSize picture = PictureSize();
+    Zoom zoom = mZoom;
+    int scale = 1;
+    if (mGLDisplay) {
+        const QMutexLocker lock(&mImageMutex);
+        picture = mGLDisplay->FrameSize();
+        zoom = Zoom();
+        scale = mIsHalved ? 2 : 1;
+    }
+    if (view.isEmpty() || picture.isEmpty() || !QRect({}, view).contains(aPoint)) {
+        return none;
+    }
+    const QPoint pixel = DisplayGeometry::PictureAt(ComputePlacement(zoom, view, picture, mScroll), picture, aPoint);
+    return pixel == none ? none : scale * pixel;
+}
+
 void DisplayWnd::RepaintOpenGL()
 {
     {

@@ -144,6 +144,17 @@ void LxDisplayWnd::ZoomOut()
     Internal(mWnd).OnMainZoomOut();
 }
 
+bool LxDisplayWnd::PictureAt(int aX, int aY, unsigned int &aPictureX, unsigned int &aPictureY)
+{
+    const QPoint pixel = Internal(mWnd).PictureAt(QPoint(aX, aY));
+    if (pixel.x() < 0) {
+        return false;
+    }
+    aPictureX = static_cast<unsigned>(pixel.x());
+    aPictureY = static_cast<unsigned>(pixel.y());
+    return true;
+}
+
 LxRendererMode LxDisplayWnd::GetRendererMode()
 {
     return ToPublicMode(Internal(mWnd).GetRendererMode());

@@ -3,10 +3,12 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
+#include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QTableWidget>
@@ -121,7 +123,18 @@ bool HeadlessTour::TourPicture()
     const uint64_t delivered = mWindow.Session().Statistics().mDelivered;
     return WaitUntil(QStringLiteral("another picture"),
                      [&] { return mWindow.Session().Statistics().mDelivered > delivered + 2; }) &&
-           Shoot(&mWindow, QStringLiteral("viewer-zoom"));
+           ProbePicture() && Shoot(&mWindow, QStringLiteral("viewer-zoom"));
+}
+
+bool HeadlessTour::ProbePicture()
+{
+    auto *picture = mWindow.findChild<QWidget *>(QStringLiteral("picture"));
+    const auto *probe = mWindow.findChild<QLabel *>(QStringLiteral("probeStatus"));
+    const QPointF middle(picture->rect().center());
+    QMouseEvent move(QEvent::MouseMove, middle, picture->mapToGlobal(middle), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(picture, &move);
+    return WaitUntil(QStringLiteral("the pixel under the mouse"), [&] { return !probe->text().isEmpty(); });
 }
 
 bool HeadlessTour::TourRegisters()

@@ -39,6 +39,7 @@ public:
 private:
     bool TourFinder();
     bool TourPicture();
+    bool ProbePicture();
     bool TourRegisters();
     /// Ends a message box that nobody is there to read; the tour has then failed.
     void EndMessageBox();

@@ -58,7 +58,7 @@ void LiveStream::ReceiveFrames()
         std::shared_ptr<const LxBuffer> buffer;
         const LxResult result = mStream->RetrieveBuffer(buffer, 200);
         if (result.IsOK() && buffer && !mStop) {
-            mHandler(*buffer);
+            mHandler(buffer);
         }
         else if (result == LxResultCode::NotConnected) {
             // the stream goes on by itself when the camera is back; do not spin until then

@@ -14,7 +14,7 @@ class LiveStream
 {
 public:
     /// Receives each frame, on the acquisition thread.
-    using FrameHandler = std::function<void(const LxBuffer &)>;
+    using FrameHandler = std::function<void(const std::shared_ptr<const LxBuffer> &)>;
 
     LiveStream(std::shared_ptr<LxDevice> aDevice, FrameHandler aHandler);
     ~LiveStream();

@@ -71,7 +71,8 @@ void RendererChoice::Choose(bool aOpenGL)
     const LxResult result = mDisplay.SetRendererMode(aOpenGL ? LxRendererModeOpenGL : LxRendererModeSoftware);
     if (!result.IsOK()) {
         UpdateBadge(tr("OpenGL cannot be used here: %1 Drawn by the processor instead (%2).")
-                        .arg(QString::fromUtf8(result.GetDescription().GetAscii()), OpenGLDescription()));
+                        .arg(QString::fromUtf8(result.GetDescription().GetAscii()), OpenGLDescription()),
+                    true);
     }
     else if (aOpenGL) {
         UpdateBadge(OpenGLDescription());
@@ -81,10 +82,11 @@ void RendererChoice::Choose(bool aOpenGL)
     }
 }
 
-void RendererChoice::UpdateBadge(const QString &aReason)
+void RendererChoice::UpdateBadge(const QString &aReason, bool aIsFallback)
 {
     const bool openGL = mDisplay.GetRendererMode() == LxRendererModeOpenGL;
     (openGL ? mOpenGL : mSoftware)->setChecked(true);
-    mBadge->setText(openGL ? tr("OpenGL") : tr("Software"));
+    mBadge->setText(openGL ? tr("OpenGL") : aIsFallback ? tr("Software (no OpenGL)") : tr("Software"));
     mBadge->setToolTip(aReason);
+    emit Changed();
 }

@@ -17,10 +17,14 @@ public:
     /// Adds a submenu to a menu and a badge to a status bar. The display must outlive the object.
     RendererChoice(LxDisplayWnd &aDisplay, QMenu &aMenu, QStatusBar &aBar, QObject *aParent);
 
+signals:
+    /// The renderer may be another one.
+    void Changed();
+
 private:
     void Describe();
     void Choose(bool aOpenGL);
-    void UpdateBadge(const QString &aReason);
+    void UpdateBadge(const QString &aReason, bool aIsFallback = false);
 
     LxDisplayWnd &mDisplay;
     QAction *mSoftware;

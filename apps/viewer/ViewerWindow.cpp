@@ -20,7 +20,9 @@
 #include "LxDevice/LxDeviceGEV.h"
 #include "LxPersistence/LxConfigurationReader.h"
 #include "LxPersistence/LxConfigurationWriter.h"
+#include "PixelProbe.h"
 #include "RendererChoice.h"
+#include "Snapshot.h"
 
 namespace
 {
@@ -37,7 +39,7 @@ constexpr const char *BridgeOptions = "CameraBridges";  // of each frame grabber
 }  // namespace
 
 ViewerWindow::ViewerWindow(const QString &aConfigurationFile)
-    : mSession([this](const LxBuffer &aBuffer) { mDisplay.Display(aBuffer); }),
+    : mSession([this](const std::shared_ptr<const LxBuffer> &aFrame) { mShownFrame.Show(aFrame); }),
       mFeatureWindow("FeatureWindow"),
       mConfiguration(aConfigurationFile),
       mBanner(new Banner(this)),
@@ -50,6 +52,8 @@ ViewerWindow::ViewerWindow(const QString &aConfigurationFile)
       mBandwidth(new QLabel(this)),
       mLost(new QLabel(this)),
       mDropped(new QLabel(this)),
+      mLate(new QLabel(this)),
+      mProbe(new QLabel(this)),
       mFeatureDock(new FeatureDock(this))
 {
     setObjectName(QStringLiteral("viewer"));
@@ -76,6 +80,7 @@ ViewerWindow::ViewerWindow(const QString &aConfigurationFile)
     layout->addWidget(mPages, 1);
     setCentralWidget(central);
     mPicture->setObjectName(QStringLiteral("picture"));
+    new PixelProbe(mDisplay, mShownFrame, *mPicture, *mProbe);
     mDisplay.Create(mPicture);
     mPicture->hide();  // Create() shows it, but its page comes up with a camera only
 
@@ -119,6 +124,13 @@ void ViewerWindow::MakeActions()
         return action;
     };
 
+    QMenu *file = menuBar()->addMenu(tr("&File"));
+    mSnapshotAction = add(file, tr("&Save Snapshot..."), QKeySequence::Save, "snapshotAction");
+    connect(mSnapshotAction, &QAction::triggered, this, &ViewerWindow::SaveSnapshot);
+    file->addSeparator();
+    connect(add(file, tr("&Quit"), QKeySequence(tr("Ctrl+Q")), "quitAction"), &QAction::triggered, this,
+            &QWidget::close);
+
     QMenu *camera = menuBar()->addMenu(tr("&Camera"));
     mFindAction = add(camera, tr("&Find Camera..."), QKeySequence(tr("Ctrl+F")), "findAction");
     connect(mFindAction, &QAction::triggered, this, &ViewerWindow::FindCamera);
@@ -130,16 +142,14 @@ void ViewerWindow::MakeActions()
     mLiveAction = add(camera, tr("&Live"), QKeySequence(Qt::Key_F5), "liveAction");
     mLiveAction->setCheckable(true);
     connect(mLiveAction, &QAction::triggered, this, &ViewerWindow::ToggleLive);
-    camera->addSeparator();
-    connect(add(camera, tr("&Quit"), QKeySequence(tr("Ctrl+Q")), "quitAction"), &QAction::triggered, this,
-            &QWidget::close);
 
     QMenu *view = menuBar()->addMenu(tr("&View"));
+    view->setToolTipsVisible(true);
     const auto addZoom = [&](const QString &aText, const QKeySequence &aKeys, const char *aName,
                              void (LxDisplayWnd::*aZoom)()) {
         QAction *action = add(view, aText, aKeys, aName);
         connect(action, &QAction::triggered, this, [this, aZoom] { (mDisplay.*aZoom)(); });
-        mPictureActions << action;
+        mZoomActions << action;
     };
     addZoom(tr("Zoom &1:1"), QKeySequence(tr("Ctrl+1")), "zoomOneToOneAction", &LxDisplayWnd::Zoom1To1);
     addZoom(tr("Zoom &Fit"), QKeySequence(tr("Ctrl+0")), "zoomFitAction", &LxDisplayWnd::ZoomFit);
@@ -152,7 +162,8 @@ void ViewerWindow::MakeActions()
             [this](bool aShow) { mDisplay.SetTextOverlay(aShow ? mSession.CameraName().toUtf8().constData() : ""); });
     connect(add(view, tr("&Background Colour..."), QKeySequence(tr("Ctrl+B")), "backgroundAction"), &QAction::triggered,
             this, &ViewerWindow::ChooseBackground);
-    new RendererChoice(mDisplay, *view, *statusBar(), this);
+    mRenderer = new RendererChoice(mDisplay, *view, *statusBar(), this);
+    connect(mRenderer, &RendererChoice::Changed, this, &ViewerWindow::UpdateZoomActions);
     view->addSeparator();
     mRegistersAction = add(view, tr("&Registers..."), QKeySequence(tr("Ctrl+R")), "registersAction");
     connect(mRegistersAction, &QAction::triggered, this, &ViewerWindow::ShowRegisters);
@@ -181,18 +192,24 @@ void ViewerWindow::MakeStatusBar()
 {
     mCamera->setObjectName(QStringLiteral("cameraStatus"));
     statusBar()->addWidget(mCamera, 1);
+    mProbe->setObjectName(QStringLiteral("probeStatus"));
+    mProbe->setToolTip(
+        tr("The pixel under the mouse: where it is, what the camera sent, what is shown (red, green, "
+           "blue)"));
+    statusBar()->addPermanentWidget(mProbe);
     const std::pair<QLabel *, const char *> figures[] = {{mFrameRate, "frameRateStatus"},
                                                          {mBandwidth, "bandwidthStatus"},
                                                          {mLost, "lostStatus"},
-                                                         {mDropped, "droppedStatus"}};
+                                                         {mDropped, "droppedStatus"},
+                                                         {mLate, "lateStatus"}};
     for (const auto &[label, name] : figures) {
         label->setObjectName(QLatin1String(name));
         statusBar()->addPermanentWidget(label);
     }
     mFrameRate->setToolTip(tr("Frames shown per second"));
     mBandwidth->setToolTip(tr("Picture data received per second"));
-    mLost->setToolTip(tr("Frames that did not arrive or arrived with gaps"));
-    mDropped->setToolTip(tr("Frames that this program was too slow to take"));
+    mDropped->setToolTip(tr("Frames that arrived whole and were not shown because the display was too slow"));
+    mLate->setToolTip(tr("Frames that were shown more than a tenth of a second after they had arrived"));
 }
 
 void ViewerWindow::MakeFeatures()
@@ -259,7 +276,7 @@ void ViewerWindow::Disconnect()
     mBridges.SetDevice(nullptr);
     mAdapter.reset();
     mSession.Disconnect();
-    mDisplay.Clear();
+    mShownFrame.Clear();
     mLinkLost = false;
     mBanner->Clear();
     UpdateState();
@@ -308,6 +325,7 @@ void ViewerWindow::ToggleLive(bool aLive)
     if (mOverlayAction->isChecked()) {
         mDisplay.SetTextOverlay(mSession.CameraName().toUtf8().constData());
     }
+    mShownFrame.ResetLateCount();
     mSession.StartLive();
     UpdateState();
 }
@@ -322,7 +340,7 @@ void ViewerWindow::OnLiveFailed(const LxResult &aResult)
 void ViewerWindow::OnGivenUp()
 {
     if (!mSession.IsConnected()) {
-        mDisplay.Clear();  // a last picture may have come on its way
+        mShownFrame.Clear();  // a last picture may have come on its way
     }
     UpdateState();
 }
@@ -447,6 +465,29 @@ void ViewerWindow::ShowBridges()
     mBridges.ShowModeless(this);
 }
 
+void ViewerWindow::SaveSnapshot()
+{
+    const Snapshot snapshot(mShownFrame);
+    if (snapshot.IsEmpty()) {
+        QMessageBox::warning(this, tr("Snapshot not saved"),
+                             tr("There is no picture that could be saved. Wait for the next one and try again."));
+        return;
+    }
+    snapshot.Save(this);
+}
+
+// By OpenGL the whole picture is always fitted into the window.
+void ViewerWindow::UpdateZoomActions()
+{
+    const bool openGL = mDisplay.GetRendererMode() == LxRendererModeOpenGL;
+    for (QAction *action : mZoomActions) {
+        action->setEnabled(mSession.IsConnected() && !openGL);
+        action->setToolTip(openGL ? tr("Drawn by OpenGL the picture always fits the window. To zoom, choose View > "
+                                       "Renderer > Software.")
+                                  : QString());
+    }
+}
+
 void ViewerWindow::ShowTerminal()
 {
     mTerminal.ShowModeless(this);
@@ -481,9 +522,7 @@ void ViewerWindow::UpdateState()
     mTerminalAction->setEnabled(connected && mHasSerialPorts);
     mSerialBridgesAction->setEnabled(connected && mSerialBridges.HasPorts());
     mBridgesAction->setEnabled(connected && mBridges.GetBridgeCount() > 0);
-    for (QAction *action : mPictureActions) {
-        action->setEnabled(connected);
-    }
+    UpdateZoomActions();
     mFeatureWindowAction->setEnabled(connected);
     mPages->setCurrentIndex(connected ? 1 : 0);
     mWelcome->setText(connecting ? tr("Connecting to %1...").arg(mSession.CameraName())
@@ -515,7 +554,12 @@ void ViewerWindow::UpdateStatistics()
     mFrameRate->setText(tr("%1 fps").arg(statistics.mFrameRate, 0, 'f', 1));
     mBandwidth->setText(tr("%1 MB/s").arg(statistics.mBandwidth / 1e6, 0, 'f', 1));
     mLost->setText(tr("%1 lost").arg(statistics.mIncomplete + statistics.mMissed));
+    mLost->setToolTip(tr("Frames lost on the wire: %1 never came, %2 came with gaps")
+                          .arg(statistics.mMissed)
+                          .arg(statistics.mIncomplete));
     mDropped->setText(tr("%1 dropped").arg(statistics.mDropped));
+    mLate->setText(tr("%1 late").arg(mShownFrame.LateCount()));
+    mSnapshotAction->setEnabled(mShownFrame.Frame() != nullptr);
 }
 
 void ViewerWindow::closeEvent(QCloseEvent *aEvent)

@@ -12,6 +12,7 @@
 #include "LxGUI/LxRegisterInterfaceWnd.h"
 #include "LxGUI/LxSerialTerminalWnd.h"
 #include "SerialBridges.h"
+#include "ShownFrame.h"
 #include "ViewerConfiguration.h"
 
 class Banner;
@@ -20,6 +21,7 @@ class QAction;
 class QLabel;
 class QPushButton;
 class QStackedWidget;
+class RendererChoice;
 
 /// The viewer's main window: finds a camera, shows its live picture and opens the other windows on it.
 class ViewerWindow : public QMainWindow
@@ -56,6 +58,8 @@ public slots:
     void ShowFeatureWindow();
     void ShowTerminal();
     void ShowBridges();
+    /// Asks where to save the picture that is shown at this moment.
+    void SaveSnapshot();
 
 signals:
     /// The finder was closed without a choice, or a connection attempt has ended.
@@ -75,6 +79,7 @@ private:
     void OnLinkBack();
     void UpdateState();
     void UpdateStatistics();
+    void UpdateZoomActions();
     void ChooseBackground();
     void MakeFeatures();
     void UpdateFeatures();
@@ -87,6 +92,7 @@ private:
     CameraSession mSession;
     LxDeviceFinderWnd mFinder;
     LxDisplayWnd mDisplay;
+    ShownFrame mShownFrame{mDisplay};
     LxRegisterInterfaceWnd mRegisters;
     FeatureBrowser mFeatureWindow;
     SerialBridges mSerialBridges;
@@ -107,7 +113,10 @@ private:
     QLabel *mBandwidth;
     QLabel *mLost;
     QLabel *mDropped;
+    QLabel *mLate;
+    QLabel *mProbe;
     FeatureDock *mFeatureDock;
+    RendererChoice *mRenderer = nullptr;
     QAction *mFindAction = nullptr;
     QAction *mAddressAction = nullptr;
     QAction *mDisconnectAction = nullptr;
@@ -119,7 +128,8 @@ private:
     QAction *mFeatureWindowAction = nullptr;
     QAction *mTerminalAction = nullptr;
     QAction *mBridgesAction = nullptr;
-    QList<QAction *> mPictureActions;
+    QAction *mSnapshotAction = nullptr;
+    QList<QAction *> mZoomActions;
     QTimer mStatisticsTimer;
     bool mLinkLost = false;
 };

@@ -3,9 +3,11 @@
 #include <QtWidgets/QDialog>
 
 #include "FakePayloads.h"
+#include "H264Stream.h"
 #include "LxBuffer/GenDCDescriptor.h"
 #include "LxBuffer/LxGenDCContainer.h"
 #include "LxCodec/LxBufferConverter.h"
+#include "LxCodec/LxH264Decoder.h"
 #include "OpenGLTest.h"
 
 namespace
@@ -76,6 +78,34 @@ TEST_P(BothRenderers, FitOddSizesCentredOnTheBackground)
         ShowPicture(size.width(), size.height());
         ExpectFitted(Screen(), *MakePicture(size.width(), size.height())->GetImage(), cBackground, 1);
     }
+}
+
+TEST_P(BothRenderers, TellThePixelUnderEveryPoint)
+{
+    for (const QSize &size : {QSize(200, 150), QSize(37, 23), QSize(101, 230), QSize(250, 61)}) {
+        ShowAt(200, 150);
+        ShowPicture(size.width(), size.height());
+        const QImage screen = Screen();
+        int inside = 0;
+        int wrong = 0;
+        for (int y = 0; y < 150; ++y) {
+            for (int x = 0; x < 200; ++x) {
+                const QPoint pixel = mDisplay.PictureAt(QPoint(x, y));
+                const bool isPicture = pixel != QPoint(-1, -1);
+                inside += isPicture;
+                const QRgb expected = isPicture ? PictureColor(pixel.x(), pixel.y()) : cBackground;
+                wrong += (screen.pixel(x, y) & 0xFFFFFF) != (expected & 0xFFFFFF);
+            }
+        }
+        // between two pixels of the picture renderers may decide differently
+        EXPECT_LE(wrong, GetParam() ? inside / 50 : 0) << size.width();
+        EXPECT_GT(inside, 200 * 150 / 4);
+        EXPECT_EQ(mDisplay.PictureAt(QPoint(-1, 0)), QPoint(-1, -1));
+        EXPECT_EQ(mDisplay.PictureAt(QPoint(200, 0)), QPoint(-1, -1));
+    }
+    mDisplay.Clear();
+    Settle();
+    EXPECT_EQ(mDisplay.PictureAt(QPoint(100, 75)), QPoint(-1, -1));
 }
 
 TEST_P(BothRenderers, ShowOnePixel)
@@ -319,6 +349,48 @@ TEST_P(BothRenderers, ShowDecodedFrames)
     display.mProcessResult = LxResult(LxResultCode::InvalidDataFormat);
     EXPECT_EQ(display.Display(buffer, false).GetCode(), 16384u);
     EXPECT_EQ(display.mFrames, 1) << "nothing is retrieved after a failure";
+}
+
+TEST_P(BothRenderers, ShowAnH264StreamAndKeepTheLastPictureWhereOneIsMissing)
+{
+    LX_NEEDS_H264_ENCODER();
+    H264Settings settings;
+    settings.mWidth = 80;
+    settings.mHeight = 60;
+    settings.mKeyInterval = 5;
+    settings.mRange = AVCOL_RANGE_JPEG;
+    const H264Units stream = EncodeH264(settings, 8, [](int aPicture, int aPlane, int aX, int aY) {
+        return aPlane == 0 ? 40 + 20 * aPicture + aX / 8 * 4 : aPlane == 1 ? 100 + aY : 150;
+    });
+    ASSERT_EQ(stream.size(), 8u);
+    ShowAt(80, 60);
+    LxH264Decoder decoder;
+    LxImage picture;
+    for (size_t i = 0; i < stream.size(); ++i) {
+        if (i == 2) {
+            continue;  // lost
+        }
+        const auto unit = std::make_shared<H264Unit>(stream[i]);
+        const bool isShown = decoder.Process(unit.get()).IsOK();
+        EXPECT_EQ(isShown, i < 2 || i >= 5) << i;
+        while (decoder.Retrieve(&picture).IsOK()) {
+        }
+        LxBuffer buffer(LxPayloadType::H264);
+        buffer.SetH264AccessUnit(unit);
+        EXPECT_EQ(mDisplay.Display(buffer, false).GetCode(), isShown ? 0u : 16384u) << i;
+        ExpectFitted(Screen(), picture, cBackground);
+    }
+    // another size
+    settings.mWidth = 40;
+    settings.mHeight = 30;
+    const H264Units smaller = EncodeH264(settings, 1, [](int, int, int aX, int) { return aX; });
+    const auto unit = std::make_shared<H264Unit>(smaller.at(0));
+    ASSERT_TRUE(decoder.Process(unit.get()).IsOK());
+    ASSERT_TRUE(decoder.Retrieve(&picture).IsOK());
+    LxBuffer buffer(LxPayloadType::H264);
+    buffer.SetH264AccessUnit(unit);
+    EXPECT_TRUE(mDisplay.Display(buffer, false).IsOK());
+    ExpectFitted(Screen(), picture, cBackground);
 }
 
 TEST_P(BothRenderers, TheHostsWidgetMayDieFirst)

@@ -230,7 +230,7 @@ TEST_F(Viewer, SaysWhichRendererDrawsAndFallsBackWhereThereIsNoOpenGL)
     mWindow.reset();
     QSettings().setValue("openGL", true);
     mWindow = std::make_unique<ViewerWindow>();
-    EXPECT_EQ(Status("rendererStatus"), "Software");
+    EXPECT_EQ(Status("rendererStatus"), "Software (no OpenGL)");
     EXPECT_TRUE(Action("softwareAction")->isChecked());
     EXPECT_TRUE(mWindow->findChild<QLabel *>("rendererStatus")->toolTip().contains("OpenGL cannot be used here"));
     Action("softwareAction")->trigger();
