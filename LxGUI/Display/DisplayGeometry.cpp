@@ -134,6 +134,21 @@ QPoint PictureAt(const Placement &aPlacement, const QSize &aPicture, const QPoin
             find(aPoint.y() - target.y(), target.height(), source.y(), source.height(), aPicture.height())};
 }
 
+QPoint FittedPictureAt(const QSize &aView, const QSize &aPicture, const QPoint &aPoint)
+{
+    const double ratio = static_cast<double>(aPicture.width()) / aPicture.height();
+    const bool isWideView = static_cast<double>(aView.width()) / aView.height() > ratio;
+    const double width = isWideView ? ratio * aView.height() : aView.width();
+    const double height = isWideView ? aView.height() : aView.width() / ratio;
+    // from 0 to 1 within the picture
+    const double x = (aPoint.x() + 0.5 - (aView.width() - width) / 2) / width;
+    const double y = (aPoint.y() + 0.5 - (aView.height() - height) / 2) / height;
+    if (x < 0 || x >= 1 || y < 0 || y >= 1) {
+        return {-1, -1};
+    }
+    return {static_cast<int>(x * aPicture.width()), static_cast<int>(y * aPicture.height())};
+}
+
 int CenteredScroll(int aPoint, int aViewLength, int aScroll, int aMaximum)
 {
     return std::clamp(aPoint - aViewLength / 2 + aScroll, 0, aMaximum);

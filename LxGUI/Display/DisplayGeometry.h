@@ -67,6 +67,9 @@ Placement ComputePlacement(const Zoom &aZoom, const QSize &aView, const QSize &a
 /// The pixel of the picture that is drawn at a point of the view; (-1, -1) where none is.
 QPoint PictureAt(const Placement &aPlacement, const QSize &aPicture, const QPoint &aPoint);
 
+/// The same for a picture that OpenGL fits into a view, where its ends do not fall on whole pixels.
+QPoint FittedPictureAt(const QSize &aView, const QSize &aPicture, const QPoint &aPoint);
+
 /// The scroll value that brings a point of the window to the middle of the view.
 int CenteredScroll(int aPoint, int aViewLength, int aScroll, int aMaximum);
 

@@ -299,22 +299,18 @@ QPoint DisplayWnd::PictureAt(const QPoint &aPoint)
     if (!Content()) {
         return none;
     }
-    QSize view = ViewSize(Content()->size(), mHorizontalBar && !mHorizontalBar->isHidden(),
-                          mVerticalBar && !mVerticalBar->isHidden());
-    QSize picture = PictureSize();
-    Zoom zoom = mZoom;
-    int scale = 1;
-    if (mGLDisplay) {
-        const QMutexLocker lock(&mImageMutex);
-        picture = mGLDisplay->FrameSize();
-        zoom = Zoom();
-        scale = mIsHalved ? 2 : 1;
-    }
+    const QSize view = ViewSize(Content()->size(), mHorizontalBar && !mHorizontalBar->isHidden(),
+                                mVerticalBar && !mVerticalBar->isHidden());
+    const QSize picture = mGLDisplay ? mGLDisplay->FrameSize() : PictureSize();
     if (view.isEmpty() || picture.isEmpty() || !QRect({}, view).contains(aPoint)) {
         return none;
     }
-    const QPoint pixel = DisplayGeometry::PictureAt(ComputePlacement(zoom, view, picture, mScroll), picture, aPoint);
-    return pixel == none ? none : scale * pixel;
+    if (!mGLDisplay) {
+        return DisplayGeometry::PictureAt(ComputePlacement(mZoom, view, picture, mScroll), picture, aPoint);
+    }
+    const QPoint pixel = FittedPictureAt(view, picture, aPoint);
+    const QMutexLocker lock(&mImageMutex);
+    return mIsHalved && pixel != none ? 2 * pixel : pixel;
 }
 
 void DisplayWnd::RepaintOpenGL()

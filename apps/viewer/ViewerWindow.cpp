@@ -191,12 +191,12 @@ void ViewerWindow::MakeActions()
 void ViewerWindow::MakeStatusBar()
 {
     mCamera->setObjectName(QStringLiteral("cameraStatus"));
-    statusBar()->addWidget(mCamera, 1);
+    statusBar()->addWidget(mCamera, 2);
     mProbe->setObjectName(QStringLiteral("probeStatus"));
     mProbe->setToolTip(
         tr("The pixel under the mouse: where it is, what the camera sent, what is shown (red, green, "
            "blue)"));
-    statusBar()->addPermanentWidget(mProbe);
+    statusBar()->addWidget(mProbe, 2);
     const std::pair<QLabel *, const char *> figures[] = {{mFrameRate, "frameRateStatus"},
                                                          {mBandwidth, "bandwidthStatus"},
                                                          {mLost, "lostStatus"},

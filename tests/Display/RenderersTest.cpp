@@ -98,7 +98,7 @@ TEST_P(BothRenderers, TellThePixelUnderEveryPoint)
             }
         }
         // between two pixels of the picture renderers may decide differently
-        EXPECT_LE(wrong, GetParam() ? inside / 50 : 0) << size.width();
+        EXPECT_LE(wrong, GetParam() ? inside / 25 : 0) << size.width();
         EXPECT_GT(inside, 200 * 150 / 4);
         EXPECT_EQ(mDisplay.PictureAt(QPoint(-1, 0)), QPoint(-1, -1));
         EXPECT_EQ(mDisplay.PictureAt(QPoint(200, 0)), QPoint(-1, -1));
