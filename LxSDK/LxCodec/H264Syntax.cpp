@@ -136,9 +136,20 @@ bool NalUnit::HasRecoveryPoint() const
 void Split(std::span<const uint8_t> aStream, std::vector<NalUnit> &aUnits)
 {
     aUnits.clear();
-    static constexpr uint8_t startCode[] = {0, 0, 1};
+    // a start code is 0, 0, 1: a larger third byte is in none that begins up to there
     const auto find = [&](auto aFrom) {
-        return std::search(aFrom, aStream.end(), std::begin(startCode), std::end(startCode));
+        while (aStream.end() - aFrom >= 3) {
+            if (aFrom[2] > 1) {
+                aFrom += 3;
+            }
+            else if (aFrom[2] == 1 && aFrom[1] == 0 && aFrom[0] == 0) {
+                return aFrom;
+            }
+            else {
+                ++aFrom;
+            }
+        }
+        return aStream.end();
     };
     for (auto start = find(aStream.begin()); start != aStream.end();) {
         const auto begin = start + 3;

@@ -139,7 +139,7 @@ void DecodeAndConvert(benchmark::State &aState)
     }
     const double seconds = std::chrono::duration<double>(ourTime).count();
     aState.counters["rate frames/s"] = pictures / seconds;
-    aState.counters["of libavcodec and libyuv alone"] = std::chrono::duration<double>(plainTime).count() / seconds;
+    aState.counters["of-libavcodec-and-libyuv"] = std::chrono::duration<double>(plainTime).count() / seconds;
 }
 
 BENCHMARK(DecodeAndConvert)->Name("H264/1920x1080")->Unit(benchmark::kMillisecond)->UseManualTime();
