@@ -49,9 +49,9 @@ using Container = std::shared_ptr<const LxGenDCContainer>;
 /// Parses a copy in memory of exactly its size, so that the address sanitizer sees every byte read beyond it.
 LxResult Parse(const Bytes &aBytes, Container &aContainer)
 {
-    const std::shared_ptr<uint8_t> memory(static_cast<uint8_t *>(std::malloc(aBytes.size())), std::free);
-    std::memcpy(memory.get(), aBytes.data(), aBytes.size());
-    return LxGenDCContainer::Parse(memory, aBytes.size(), aContainer);
+    const std::shared_ptr<uint8_t[]> memory(new uint8_t[aBytes.size()]);
+    std::copy(aBytes.begin(), aBytes.end(), memory.get());
+    return LxGenDCContainer::Parse({memory, memory.get()}, aBytes.size(), aContainer);
 }
 
 LxResult Parse(const Bytes &aBytes)
