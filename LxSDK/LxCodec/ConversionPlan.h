@@ -2,9 +2,9 @@
 
 // Internal: which kernels convert a pixel format.
 
-#include "LxCodec/BayerKernel.h"
-#include "LxCodec/ColourKernels.h"
-#include "LxCodec/UnpackKernels.h"
+#include "LxBuffer/PixelFormatTable.h"
+#include "LxCodec/ConversionKernels.h"
+#include "LxCodec/YuvSplit.h"
 
 namespace LxDetail
 {
@@ -12,9 +12,11 @@ namespace LxDetail
 /// How the lines of a format become colour.
 enum class ColourModel : uint8_t
 {
+    Mono,           ///< Grey.
     Packed,         ///< Interleaved components: mPacked.
     PlanarRgb,      ///< A plane each for red, green and blue.
     Yuv,            ///< Interleaved luma and chroma: mSplit, mMatrix.
+    YuvPairs,       ///< Interleaved luma and chroma, two pixels to a pair of chroma samples: mPairs, mMatrix.
     SemiPlanarYuv,  ///< A plane of luma, a plane of chroma pairs: mMatrix, mSwapChroma.
     Bayer,          ///< A mosaic: mFirstLine.
 };
@@ -23,11 +25,13 @@ enum class ColourModel : uint8_t
 /// known kind needs that line only.
 struct ConversionPlan
 {
-    UnpackKernel mUnpack = nullptr;  ///< Null when the samples are bytes in memory.
+    SampleLayout mLayout = SampleLayout::Bytes;
     ColourModel mModel = ColourModel::Packed;
     uint32_t mSamplesPerTwoPixels = 2;  ///< In a line of the first plane.
-    PackedColourKernel mPacked = nullptr;
+    uint32_t mBitsPerPixel = 8;         ///< In a line of the first plane.
+    PackedColourKernel ConversionKernels::*mPacked = nullptr;
     YuvSplitKernel mSplit = nullptr;
+    YuvPairsKernel ConversionKernels::*mPairs = nullptr;
     const YuvMatrix *mMatrix = nullptr;
     bool mSwapChroma = false;  ///< Cr comes before Cb.
     BayerLine mFirstLine = {};

@@ -1,6 +1,6 @@
 #include "LxCodec/LineConverter.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace LxDetail
 {
@@ -8,45 +8,65 @@ namespace LxDetail
 namespace
 {
 
-// Scratch memory is divided into lines of one byte per pixel. Lines 0 to 3 hold samples, 4 to 6 luma and chroma, 7 to 9
-// red, green and blue.
-constexpr uint32_t kScratchLines = 10;
-constexpr uint32_t kSamplesLine = 0;
-constexpr uint32_t kYuvLine = 4;
-constexpr uint32_t kRgbLine = 7;
-// Room on both sides of a line: the mirrored neighbours of a mosaic, and lines apart from each other.
-constexpr uint64_t kMargin = 16;
+// Room on both sides of a mosaic line for the mirrored neighbours.
+constexpr uint64_t kMargin = 64;
 
-uint64_t ScratchStride(uint32_t aWidth)
+// Bytes from one unpacked mosaic line to the next. The same place of three lines is far apart within pages of 4096
+// bytes, because processors take a load for one of what was just stored at the same place of another page.
+uint64_t BayerStride(uint32_t aWidth)
 {
-    return uint64_t{aWidth} + 2 * kMargin;
+    constexpr uint64_t kPage = 4096;
+    constexpr uint64_t kApart = 1408;
+    return (uint64_t{aWidth} + 2 * kMargin + kPage - 1) / kPage * kPage + kApart;
+}
+
+// The index that stands for aIndex, which is -1 to aCount, in a row of aCount samples: mirrored at the first and the
+// last sample, so that the colour of the mosaic is kept. A single sample stands for its neighbours too.
+uint32_t MirrorIndex(int64_t aIndex, uint32_t aCount)
+{
+    if (aCount == 1) {
+        return 0;
+    }
+    if (aIndex < 0) {
+        return 1;
+    }
+    return aIndex < aCount ? static_cast<uint32_t>(aIndex) : aCount - 2;
 }
 
 }  // namespace
 
-uint64_t LineConverter::GetScratchSize(uint32_t aWidth)
+uint64_t LineConverter::GetScratchSize(const Conversion &aConversion)
 {
-    return kScratchLines * ScratchStride(aWidth);
+    return aConversion.mPlan.mModel == ColourModel::Bayer ? kBayerSlots * BayerStride(aConversion.mWidth) : 0;
 }
 
 LineConverter::LineConverter(const Conversion &aConversion, uint8_t *aScratch)
-    : mConversion(aConversion), mScratch(aScratch)
+    : mConversion(aConversion),
+      mPlan(aConversion.mPlan),
+      mIsAligned(reinterpret_cast<uintptr_t>(aConversion.mOutput) % kStreamUnit == 0 &&
+                 aConversion.mOutputStride % kStreamUnit == 0),
+      mKernels(aConversion.mStream && mIsAligned ? GetStreamingKernels() : GetConversionKernels()),
+      mUnpack(mKernels.mUnpack[static_cast<size_t>(mPlan.mLayout)]),
+      mWriter(mKernels),
+      mBayerLines(aScratch)
 {
 }
 
 void LineConverter::Convert(uint32_t aFirst, uint32_t aEnd)
 {
-    switch (mConversion.mPlan.mModel) {
-        case ColourModel::Packed:
-            return ConvertPacked(aFirst, aEnd);
-        case ColourModel::PlanarRgb:
-            return ConvertPlanarRgb(aFirst, aEnd);
-        case ColourModel::Yuv:
-            return ConvertYuv(aFirst, aEnd);
-        case ColourModel::SemiPlanarYuv:
-            return ConvertSemiPlanarYuv(aFirst, aEnd);
-        case ColourModel::Bayer:
-            return ConvertBayer(aFirst, aEnd);
+    using Method = void (LineConverter::*)(uint32_t);
+    constexpr Method kMethods[] = {&LineConverter::ConvertMono,      &LineConverter::ConvertPacked,
+                                   &LineConverter::ConvertPlanarRgb, &LineConverter::ConvertYuv,
+                                   &LineConverter::ConvertYuvPairs,  &LineConverter::ConvertSemiPlanarYuv,
+                                   &LineConverter::ConvertBayer};
+    mBayerNext = (aFirst > 0 ? aFirst - 1 : 0) * GetPieceCount();
+    mBayerEnd = std::min(uint64_t{aEnd} + 1, uint64_t{mConversion.mHeight}) * GetPieceCount();
+    const Method method = kMethods[static_cast<size_t>(mPlan.mModel)];
+    for (uint32_t line = aFirst; line < aEnd; ++line) {
+        (this->*method)(line);
+    }
+    if (mConversion.mStream) {
+        mWriter.Finish();
     }
 }
 
@@ -56,130 +76,162 @@ const uint8_t *LineConverter::GetLine(uint32_t aPlane, uint64_t aLine) const
     return mConversion.mInput + plane.mOffset + aLine * plane.mStride;
 }
 
-uint8_t *LineConverter::GetOutputLine(uint32_t aLine) const
+// The samples of a piece that begins at pixel aFirst: in the line itself, or unpacked into aScratch.
+const uint8_t *LineConverter::GetSamples(const uint8_t *aLine, size_t aFirst, uint8_t *aScratch, size_t aCount) const
 {
-    return mConversion.mOutput + aLine * mConversion.mOutputStride;
-}
-
-uint8_t *LineConverter::GetScratchLine(uint32_t aIndex) const
-{
-    return mScratch + aIndex * ScratchStride(mConversion.mWidth) + kMargin;
-}
-
-// The samples of a line: in the line itself, or unpacked into aScratch.
-const uint8_t *LineConverter::Unpack(const uint8_t *aLine, uint8_t *aScratch, size_t aCount) const
-{
-    if (!mConversion.mPlan.mUnpack) {
-        return aLine;
+    const uint8_t *const start = aLine + aFirst * mPlan.mBitsPerPixel / 8;
+    if (mPlan.mLayout == SampleLayout::Bytes) {
+        return start;
     }
-    mConversion.mPlan.mUnpack(aLine, aScratch, aCount);
+    mUnpack(start, aScratch, aCount);
     return aScratch;
 }
 
-void LineConverter::YuvLineToBgra(const uint8_t *aY, const uint8_t *aU, const uint8_t *aV, uint8_t *aOut)
+// Pixels of the piece that begins at pixel aFirst.
+size_t LineConverter::GetPieceSize(size_t aFirst) const
 {
-    uint8_t *const red = GetScratchLine(kRgbLine);
-    uint8_t *const green = GetScratchLine(kRgbLine + 1);
-    uint8_t *const blue = GetScratchLine(kRgbLine + 2);
-    YuvToPlanes(aY, aU, aV, *mConversion.mPlan.mMatrix, red, green, blue, mConversion.mWidth);
-    PlanesToBgra(red, green, blue, aOut, mConversion.mWidth);
+    const size_t left = mConversion.mWidth - aFirst;
+    return left <= kMostPiece ? left : kPiece;
 }
 
-void LineConverter::ConvertPacked(uint32_t aFirst, uint32_t aEnd)
+// Pieces of a line.
+uint64_t LineConverter::GetPieceCount() const
 {
-    const ConversionPlan &plan = mConversion.mPlan;
-    const size_t count = size_t{mConversion.mWidth} * (plan.mSamplesPerTwoPixels / 2);
-    for (uint32_t line = aFirst; line < aEnd; ++line) {
-        const uint8_t *const samples = Unpack(GetLine(0, line), GetScratchLine(kSamplesLine), count);
-        plan.mPacked(samples, GetOutputLine(line), mConversion.mWidth);
+    return mConversion.mWidth <= kMostPiece ? 1 : (mConversion.mWidth - kMostRest + kPiece - 1) / kPiece;
+}
+
+// Calls aPiece(first pixel, number of pixels, output) for every piece of a line.
+template <typename Piece>
+void LineConverter::ConvertInPieces(uint32_t aLine, const Piece &aPiece)
+{
+    uint8_t *const out = mConversion.mOutput + aLine * mConversion.mOutputStride;
+    size_t count = 0;
+    for (size_t first = 0; first < mConversion.mWidth; first += count) {
+        count = GetPieceSize(first);
+        if (mConversion.mStream && !mIsAligned) {
+            aPiece(first, count, mWriter.GetRoom());
+            mWriter.Write(out + 4 * first, 4 * count);
+        }
+        else {
+            aPiece(first, count, out + 4 * first);
+        }
     }
 }
 
-void LineConverter::ConvertPlanarRgb(uint32_t aFirst, uint32_t aEnd)
+void LineConverter::ConvertMono(uint32_t aLine)
 {
-    const size_t width = mConversion.mWidth;
-    for (uint32_t line = aFirst; line < aEnd; ++line) {
+    const uint8_t *const line = GetLine(0, aLine);
+    const PackedColourKernel direct = mKernels.mMono[static_cast<size_t>(mPlan.mLayout)];
+    ConvertInPieces(aLine, [this, line, direct](size_t aFirst, size_t aCount, uint8_t *aOut) {
+        if (direct) {
+            direct(line + aFirst * mPlan.mBitsPerPixel / 8, aOut, aCount);
+        }
+        else {
+            const uint8_t *const samples = GetSamples(line, aFirst, mSamples, aCount);
+            mKernels.mMono[static_cast<size_t>(SampleLayout::Bytes)](samples, aOut, aCount);
+        }
+    });
+}
+
+void LineConverter::ConvertPacked(uint32_t aLine)
+{
+    const uint8_t *const line = GetLine(0, aLine);
+    ConvertInPieces(aLine, [this, line](size_t aFirst, size_t aCount, uint8_t *aOut) {
+        const size_t count = aCount * (mPlan.mSamplesPerTwoPixels / 2);
+        (mKernels.*mPlan.mPacked)(GetSamples(line, aFirst, mSamples, count), aOut, aCount);
+    });
+}
+
+void LineConverter::ConvertPlanarRgb(uint32_t aLine)
+{
+    ConvertInPieces(aLine, [this, aLine](size_t aFirst, size_t aCount, uint8_t *aOut) {
         const uint8_t *colours[3];
         for (uint32_t i = 0; i < 3; ++i) {
-            colours[i] = Unpack(GetLine(i, line), GetScratchLine(kRgbLine + i), width);
+            colours[i] = GetSamples(GetLine(i, aLine), aFirst, mPlanes[i], aCount);
         }
-        PlanesToBgra(colours[0], colours[1], colours[2], GetOutputLine(line), width);
-    }
+        mKernels.mPlanes(colours[0], colours[1], colours[2], aOut, aCount);
+    });
 }
 
-void LineConverter::ConvertYuv(uint32_t aFirst, uint32_t aEnd)
+void LineConverter::ConvertYuv(uint32_t aLine)
 {
-    const ConversionPlan &plan = mConversion.mPlan;
-    const size_t count = (size_t{mConversion.mWidth} * plan.mSamplesPerTwoPixels + 1) / 2;
-    uint8_t *const y = GetScratchLine(kYuvLine);
-    uint8_t *const u = GetScratchLine(kYuvLine + 1);
-    uint8_t *const v = GetScratchLine(kYuvLine + 2);
-    for (uint32_t line = aFirst; line < aEnd; ++line) {
-        const uint8_t *const samples = Unpack(GetLine(0, line), GetScratchLine(kSamplesLine), count);
-        plan.mSplit(samples, count, y, u, v, mConversion.mWidth);
-        YuvLineToBgra(y, u, v, GetOutputLine(line));
-    }
+    const uint8_t *const line = GetLine(0, aLine);
+    ConvertInPieces(aLine, [this, line](size_t aFirst, size_t aCount, uint8_t *aOut) {
+        const size_t count = (aCount * mPlan.mSamplesPerTwoPixels + 1) / 2;
+        const uint8_t *const samples = GetSamples(line, aFirst, mSamples, count);
+        mPlan.mSplit(samples, count, mPlanes[0], mPlanes[1], mPlanes[2], aCount);
+        mKernels.mYuv(mPlanes[0], mPlanes[1], mPlanes[2], *mPlan.mMatrix, aOut, aCount);
+    });
 }
 
-void LineConverter::ConvertSemiPlanarYuv(uint32_t aFirst, uint32_t aEnd)
+void LineConverter::ConvertYuvPairs(uint32_t aLine)
+{
+    const uint8_t *const line = GetLine(0, aLine);
+    ConvertInPieces(aLine, [this, line](size_t aFirst, size_t aCount, uint8_t *aOut) {
+        (mKernels.*mPlan.mPairs)(GetSamples(line, aFirst, mSamples, 2 * aCount), *mPlan.mMatrix, aOut, aCount);
+    });
+}
+
+void LineConverter::ConvertSemiPlanarYuv(uint32_t aLine)
 {
     // A chroma line serves two lines of the image where the chroma plane has half as many.
     const uint32_t linesPerChroma = mConversion.mLayout.mPlanes[1].mHeight < mConversion.mHeight ? 2 : 1;
-    uint8_t *const u = GetScratchLine(kYuvLine + 1);
-    uint8_t *const v = GetScratchLine(kYuvLine + 2);
-    for (uint32_t line = aFirst; line < aEnd; ++line) {
-        const uint8_t *const pairs = GetLine(1, line / linesPerChroma);
-        if (mConversion.mPlan.mSwapChroma) {
-            SplitChromaPairs(pairs, v, u, mConversion.mWidth);
-        }
-        else {
-            SplitChromaPairs(pairs, u, v, mConversion.mWidth);
-        }
-        YuvLineToBgra(GetLine(0, line), u, v, GetOutputLine(line));
+    const uint8_t *const luma = GetLine(0, aLine);
+    const uint8_t *const chroma = GetLine(1, aLine / linesPerChroma);
+    ConvertInPieces(aLine, [this, luma, chroma](size_t aFirst, size_t aCount, uint8_t *aOut) {
+        SplitChromaPairs(chroma + aFirst, mPlanes[0], mPlanes[1], aCount);
+        mKernels.mYuv(luma + aFirst, mPlanes[mPlan.mSwapChroma ? 1 : 0], mPlanes[mPlan.mSwapChroma ? 0 : 1],
+                      *mPlan.mMatrix, aOut, aCount);
+    });
+}
+
+uint8_t *LineConverter::GetBayerLine(uint32_t aLine) const
+{
+    return mBayerLines + aLine % kBayerSlots * BayerStride(mConversion.mWidth) + kMargin;
+}
+
+// Unpacks the piece of a line that begins at pixel aFirst, with a mirrored sample at each end of the line.
+void LineConverter::UnpackBayer(uint32_t aLine, size_t aFirst) const
+{
+    const uint32_t width = mConversion.mWidth;
+    const size_t count = GetPieceSize(aFirst);
+    uint8_t *const line = GetBayerLine(aLine);
+    mUnpack(GetLine(0, aLine) + aFirst * mPlan.mBitsPerPixel / 8, line + aFirst, count);
+    if (aFirst == 0) {
+        line[-1] = line[MirrorIndex(-1, width)];
+    }
+    if (aFirst + count == width) {
+        line[width] = line[MirrorIndex(width, width)];
     }
 }
 
-// Unpacks a line with a mirrored sample on each side.
-void LineConverter::UnpackBayerLine(uint32_t aLine, uint8_t *aSamples) const
+void LineConverter::ConvertBayer(uint32_t aLine)
 {
-    const uint32_t width = mConversion.mWidth;
-    const uint8_t *const samples = Unpack(GetLine(0, aLine), aSamples, width);
-    if (samples != aSamples) {
-        std::memcpy(aSamples, samples, width);
-    }
-    aSamples[-1] = aSamples[MirrorIndex(-1, width)];
-    aSamples[width] = aSamples[MirrorIndex(width, width)];
-}
-
-void LineConverter::ConvertBayer(uint32_t aFirst, uint32_t aEnd)
-{
-    const uint32_t width = mConversion.mWidth;
     const uint32_t height = mConversion.mHeight;
-    uint8_t *const mask = GetScratchLine(kYuvLine);
-    for (uint32_t i = 0; i <= width; ++i) {
-        mask[i] = i % 2 == 0 ? 255 : 0;
+    BayerLine colours = mPlan.mFirstLine;
+    if (aLine % 2 != 0) {
+        colours.mHasRed = !colours.mHasRed;
+        colours.mStartsGreen = !colours.mStartsGreen;
     }
-    uint8_t *const red = GetScratchLine(kRgbLine);
-    uint8_t *const green = GetScratchLine(kRgbLine + 1);
-    uint8_t *const blue = GetScratchLine(kRgbLine + 2);
-    // Three unpacked lines go round: line n lies in slot n mod 3.
-    const auto slot = [this](uint32_t aLine) { return GetScratchLine(kSamplesLine + aLine % 3); };
-    if (aFirst > 0) {
-        UnpackBayerLine(aFirst - 1, slot(aFirst - 1));
-    }
-    UnpackBayerLine(aFirst, slot(aFirst));
-    for (uint32_t line = aFirst; line < aEnd; ++line) {
-        if (line + 1 < height) {
-            UnpackBayerLine(line + 1, slot(line + 1));
-        }
-        BayerLine colours = mConversion.mPlan.mFirstLine;
-        if (line % 2 != 0) {
-            colours.mHasRed = !colours.mHasRed;
-            colours.mStartsGreen = !colours.mStartsGreen;
-        }
-        DemosaicLine(slot(MirrorIndex(int64_t{line} - 1, height)), slot(line),
-                     slot(MirrorIndex(int64_t{line} + 1, height)), colours, mask, red, green, blue, width);
-        PlanesToBgra(red, green, blue, GetOutputLine(line), width);
+    const uint8_t *const above = GetBayerLine(MirrorIndex(int64_t{aLine} - 1, height));
+    const uint8_t *const line = GetBayerLine(aLine);
+    const uint8_t *const below = GetBayerLine(MirrorIndex(int64_t{aLine} + 1, height));
+    ConvertInPieces(aLine, [&](size_t aFirst, size_t aCount, uint8_t *aOut) {
+        UnpackAhead(aLine, aFirst);
+        mKernels.mDemosaic(above + aFirst, line + aFirst, below + aFirst, colours, aOut, aCount);
+    });
+}
+
+// Unpacks what the interpolation of the piece that begins at pixel aFirst reads, the piece below and to the right, and
+// two more. What was stored lately is slow to read in other portions while stores past the caches wait before it.
+void LineConverter::UnpackAhead(uint32_t aLine, size_t aFirst)
+{
+    constexpr uint64_t kAhead = 4;
+    const uint64_t count = GetPieceCount();
+    const uint64_t end = std::min({(uint64_t{aLine} + 1) * count + aFirst / kPiece + kAhead,
+                                   (uint64_t{aLine} + kBayerSlots - 1) * count, mBayerEnd});
+    for (; mBayerNext < end; ++mBayerNext) {
+        UnpackBayer(static_cast<uint32_t>(mBayerNext / count), mBayerNext % count * kPiece);
     }
 }
 

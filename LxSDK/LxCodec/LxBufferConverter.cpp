@@ -20,6 +20,8 @@ namespace
 constexpr uint32_t kMostThreads = 256;
 // A band below this is not worth waking a thread.
 constexpr uint64_t kLeastBandPixels = 1 << 15;
+// Images from here on do not stay in the cache until somebody reads them, and are written past it.
+constexpr uint64_t kLeastStreamedPixels = 1 << 18;
 
 uint32_t EffectiveThreads(int aThreadCount)
 {
@@ -138,7 +140,7 @@ LxResult LxBufferConverter::Data::Convert(const ILxImage *aInput, LxBuffer *aOut
     const auto bands = static_cast<uint32_t>(std::clamp<uint64_t>(
         pixels / kLeastBandPixels, 1, std::min(EffectiveThreads(mThreadCount), conversion.mHeight)));
     // All that can fail comes before the output is touched.
-    const uint64_t scratchSize = LineConverter::GetScratchSize(conversion.mWidth);
+    const uint64_t scratchSize = LineConverter::GetScratchSize(conversion);
     if (mScratchSize < bands * scratchSize) {
         mScratchSize = 0;
         mScratch.reset();
@@ -159,6 +161,7 @@ LxResult LxBufferConverter::Data::Convert(const ILxImage *aInput, LxBuffer *aOut
     }
     conversion.mOutput = static_cast<uint8_t *>(image.GetDataPointer());
     conversion.mOutputStride = LxPixelTypeGetLineSize(LxPixelType::BGRa8, conversion.mWidth) + image.GetPaddingX();
+    conversion.mStream = pixels >= kLeastStreamedPixels;
     mPool.Run(bands, std::cref(convertBand));  // by reference: a copy would be put on the heap
     return LxResult();
 }

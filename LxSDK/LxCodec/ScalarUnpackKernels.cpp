@@ -1,12 +1,17 @@
-#include "LxCodec/UnpackKernels.h"
+#include <cstring>
 
-#include <string_view>
+#include "LxCodec/ConversionKernels.h"
 
 namespace LxDetail
 {
 
 namespace
 {
+
+void UnpackBytes(const uint8_t *aLine, uint8_t *aSamples, size_t aCount)
+{
+    std::memcpy(aSamples, aLine, aCount);
+}
 
 // Signed samples: the least value becomes black, 0 becomes middle grey.
 void UnpackSigned8(const uint8_t *aLine, uint8_t *aSamples, size_t aCount)
@@ -121,51 +126,30 @@ void Unpack565(const uint8_t *aLine, uint8_t *aSamples, size_t aCount)
     }
 }
 
-struct Row
-{
-    PixelPacking mPacking;
-    std::string_view mBits;
-    UnpackKernel mKernel;
-};
-
-constexpr Row kRows[] = {
-    {PixelPacking::Unpacked, "8", nullptr},
-    {PixelPacking::Unpacked, "8s", UnpackSigned8},
-    {PixelPacking::Unpacked, "10", UnpackWords<10>},
-    {PixelPacking::Unpacked, "12", UnpackWords<12>},
-    {PixelPacking::Unpacked, "14", UnpackWords<14>},
-    {PixelPacking::Unpacked, "16", UnpackWords<16>},
-    {PixelPacking::Unpacked, "32", UnpackDoubleWords},
-    {PixelPacking::LsbPacked, "1", UnpackBitStream<1>},
-    {PixelPacking::LsbPacked, "2", UnpackBitStream<2>},
-    {PixelPacking::LsbPacked, "4", UnpackBitStream<4>},
-    {PixelPacking::LsbPacked, "10", UnpackBitStream<10>},
-    {PixelPacking::LsbPacked, "12", UnpackBitStream<12>},
-    {PixelPacking::LsbPacked, "14", UnpackBitStream<14>},
-    {PixelPacking::LsbPacked, "5,6,5", Unpack565},
-    {PixelPacking::LsbPacked32, "10", UnpackThreeInWord},
-    {PixelPacking::GigEPacked, "10", UnpackGigEPacked},
-    {PixelPacking::GigEPacked, "12", UnpackGigEPacked},
-    {PixelPacking::Planar, "8", nullptr},
-    {PixelPacking::Planar, "10", UnpackWords<10>},
-    {PixelPacking::Planar, "12", UnpackWords<12>},
-    {PixelPacking::Planar, "16", UnpackWords<16>},
-    {PixelPacking::SemiPlanar, "8", nullptr},
-};
-
 }  // namespace
 
-Unpacking FindUnpacking(const PixelFormat &aFormat)
+void SetScalarUnpackKernels(ConversionKernels &aKernels)
 {
-    if (aFormat.mType == LxPixelType::RGB10V1Packed) {  // the one "Packed" format that is not made of pairs
-        return {true, UnpackRgb10V1};
-    }
-    for (const Row &row : kRows) {
-        if (row.mPacking == aFormat.mPacking && row.mBits == aFormat.mBits) {
-            return {true, row.mKernel};
-        }
-    }
-    return {};
+    const auto set = [&aKernels](SampleLayout aLayout, UnpackKernel aKernel) {
+        aKernels.mUnpack[static_cast<size_t>(aLayout)] = aKernel;
+    };
+    set(SampleLayout::Bytes, UnpackBytes);
+    set(SampleLayout::SignedBytes, UnpackSigned8);
+    set(SampleLayout::Words10, UnpackWords<10>);
+    set(SampleLayout::Words12, UnpackWords<12>);
+    set(SampleLayout::Words14, UnpackWords<14>);
+    set(SampleLayout::Words16, UnpackWords<16>);
+    set(SampleLayout::DoubleWords, UnpackDoubleWords);
+    set(SampleLayout::Stream1, UnpackBitStream<1>);
+    set(SampleLayout::Stream2, UnpackBitStream<2>);
+    set(SampleLayout::Stream4, UnpackBitStream<4>);
+    set(SampleLayout::Stream10, UnpackBitStream<10>);
+    set(SampleLayout::Stream12, UnpackBitStream<12>);
+    set(SampleLayout::Stream14, UnpackBitStream<14>);
+    set(SampleLayout::Triples565, Unpack565);
+    set(SampleLayout::Triples10, UnpackThreeInWord);
+    set(SampleLayout::TriplesV1, UnpackRgb10V1);
+    set(SampleLayout::PairsPacked, UnpackGigEPacked);
 }
 
 }  // namespace LxDetail

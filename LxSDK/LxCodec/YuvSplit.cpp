@@ -1,11 +1,6 @@
-#include "LxCodec/ColourKernels.h"
+#include "LxCodec/YuvSplit.h"
 
-#include <libyuv/convert_argb.h>
-#include <libyuv/planar_functions.h>
-
-#include <algorithm>
 #include <array>
-#include <cstring>
 
 namespace LxDetail
 {
@@ -13,11 +8,9 @@ namespace LxDetail
 namespace
 {
 
-constexpr int kFractionBits = 20;
-
 constexpr int32_t Fixed(double aValue)
 {
-    return static_cast<int32_t>(aValue * (1 << kFractionBits) + (aValue < 0 ? -0.5 : 0.5));
+    return static_cast<int32_t>(aValue * (1 << kYuvFractionBits) + (aValue < 0 ? -0.5 : 0.5));
 }
 
 // The inverse of Y = Kr R + (1 - Kr - Kb) G + Kb B with U and V scaled to the same range, for luma and chroma that span
@@ -32,25 +25,6 @@ constexpr YuvMatrix MakeMatrix(double aKr, double aKb, int32_t aBlack, double aL
             Fixed(-chroma * (1.0 - aKb) * aKb / kg),
             Fixed(-chroma * (1.0 - aKr) * aKr / kg),
             Fixed(chroma * (1.0 - aKb))};
-}
-
-inline uint8_t ToByte(int32_t aFixed)
-{
-    return static_cast<uint8_t>(std::clamp(aFixed >> kFractionBits, 0, 255));
-}
-
-// ORs full alpha into each pixel of a line; aIn may be aOut.
-void CopyWithAlpha(const uint8_t *aIn, uint8_t *aOut, size_t aWidth)
-{
-    constexpr uint8_t kAlphaBytes[4] = {0, 0, 0, 255};
-    uint32_t alpha;
-    std::memcpy(&alpha, kAlphaBytes, 4);
-    for (size_t i = 0; i < aWidth; ++i) {
-        uint32_t pixel;
-        std::memcpy(&pixel, aIn + 4 * i, 4);
-        pixel |= alpha;
-        std::memcpy(aOut + 4 * i, &pixel, 4);
-    }
 }
 
 // A group of pixels that share chroma: how many samples it has and where each lies.
@@ -91,63 +65,15 @@ inline void SplitGroups(const YuvGroup<kPixels, kSamples> &aGroup, const uint8_t
 
 constexpr YuvGroup<1, 3> kUyv = {{1}, 0, 2};
 constexpr YuvGroup<1, 3> kYuv = {{0}, 1, 2};
-constexpr YuvGroup<2, 4> kUyvy = {{1, 3}, 0, 2};
-constexpr YuvGroup<2, 4> kYuyv = {{0, 2}, 1, 3};
 constexpr YuvGroup<4, 6> kUyyvyy = {{1, 2, 4, 5}, 0, 3};
 constexpr YuvGroup<4, 6> kYyuyyv = {{0, 1, 3, 4}, 2, 5};
 
 }  // namespace
 
-void GreyToBgra(const uint8_t *aSamples, uint8_t *aOut, size_t aWidth)
-{
-    libyuv::J400ToARGB(aSamples, 0, aOut, 0, static_cast<int>(aWidth), 1);
-}
-
-void RgbToBgra(const uint8_t *aSamples, uint8_t *aOut, size_t aWidth)
-{
-    libyuv::RAWToARGB(aSamples, 0, aOut, 0, static_cast<int>(aWidth), 1);
-}
-
-void BgrToBgra(const uint8_t *aSamples, uint8_t *aOut, size_t aWidth)
-{
-    libyuv::RGB24ToARGB(aSamples, 0, aOut, 0, static_cast<int>(aWidth), 1);
-}
-
-void RgbaToBgra(const uint8_t *aSamples, uint8_t *aOut, size_t aWidth)
-{
-    libyuv::ABGRToARGB(aSamples, 0, aOut, 0, static_cast<int>(aWidth), 1);
-    CopyWithAlpha(aOut, aOut, aWidth);
-}
-
-void BgraToBgra(const uint8_t *aSamples, uint8_t *aOut, size_t aWidth)
-{
-    CopyWithAlpha(aSamples, aOut, aWidth);
-}
-
-void PlanesToBgra(const uint8_t *aRed, const uint8_t *aGreen, const uint8_t *aBlue, uint8_t *aOut, size_t aWidth)
-{
-    libyuv::MergeARGBPlane(aRed, 0, aGreen, 0, aBlue, 0, nullptr, 0, aOut, 0, static_cast<int>(aWidth), 1);
-}
-
 const YuvMatrix kMatrixFullRange = MakeMatrix(0.299, 0.114, 0, 255.0, 255.0);
 const YuvMatrix kMatrix601 = MakeMatrix(0.299, 0.114, 16, 219.0, 224.0);
 const YuvMatrix kMatrix709 = MakeMatrix(0.2126, 0.0722, 16, 219.0, 224.0);
 const YuvMatrix kMatrix2020 = MakeMatrix(0.2627, 0.0593, 16, 219.0, 224.0);
-
-void YuvToPlanes(const uint8_t *aY, const uint8_t *aU, const uint8_t *aV, const YuvMatrix &aMatrix, uint8_t *aRed,
-                 uint8_t *aGreen, uint8_t *aBlue, size_t aWidth)
-{
-    const YuvMatrix m = aMatrix;
-    constexpr int32_t kHalf = 1 << (kFractionBits - 1);
-    for (size_t i = 0; i < aWidth; ++i) {
-        const int32_t y = (aY[i] - m.mBlack) * m.mY + kHalf;
-        const int32_t u = aU[i] - 128;
-        const int32_t v = aV[i] - 128;
-        aRed[i] = ToByte(y + v * m.mRedV);
-        aGreen[i] = ToByte(y + u * m.mGreenU + v * m.mGreenV);
-        aBlue[i] = ToByte(y + u * m.mBlueU);
-    }
-}
 
 void SplitUyv(const uint8_t *aSamples, size_t aCount, uint8_t *aY, uint8_t *aU, uint8_t *aV, size_t aWidth)
 {
@@ -157,16 +83,6 @@ void SplitUyv(const uint8_t *aSamples, size_t aCount, uint8_t *aY, uint8_t *aU, 
 void SplitYuv(const uint8_t *aSamples, size_t aCount, uint8_t *aY, uint8_t *aU, uint8_t *aV, size_t aWidth)
 {
     SplitGroups(kYuv, aSamples, aCount, aY, aU, aV, aWidth);
-}
-
-void SplitUyvy(const uint8_t *aSamples, size_t aCount, uint8_t *aY, uint8_t *aU, uint8_t *aV, size_t aWidth)
-{
-    SplitGroups(kUyvy, aSamples, aCount, aY, aU, aV, aWidth);
-}
-
-void SplitYuyv(const uint8_t *aSamples, size_t aCount, uint8_t *aY, uint8_t *aU, uint8_t *aV, size_t aWidth)
-{
-    SplitGroups(kYuyv, aSamples, aCount, aY, aU, aV, aWidth);
 }
 
 void SplitUyyvyy(const uint8_t *aSamples, size_t aCount, uint8_t *aY, uint8_t *aU, uint8_t *aV, size_t aWidth)
