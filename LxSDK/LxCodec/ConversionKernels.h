@@ -71,10 +71,18 @@ struct BayerLine
     bool mStartsGreen;  ///< The first pixel is green.
 };
 
-/// Interpolates pixels of a mosaic bilinearly: the mean of the two or four nearest samples of a colour, halves rounded
-/// up. The byte before the first and behind the last sample of each line must hold the neighbours.
+/// Which ends of a piece of a line are ends of the line.
+struct LineEnds
+{
+    bool mFirst;
+    bool mLast;
+};
+
+/// Interpolates a piece of a mosaic line bilinearly: the mean of the two or four nearest samples of a colour, halves
+/// rounded up. At an end of the line the neighbours are mirrored, so that the colour of the mosaic is kept; a line of
+/// one pixel stands for its neighbours too. At other ends of the piece one more sample of each line is read.
 using DemosaicKernel = void (*)(const uint8_t *aAbove, const uint8_t *aLine, const uint8_t *aBelow,
-                                const BayerLine &aColours, uint8_t *aOut, size_t aWidth);
+                                const BayerLine &aColours, LineEnds aEnds, uint8_t *aOut, size_t aWidth);
 
 /// Copies aSize bytes, a multiple of kStreamUnit, to memory that is aligned to it, past the caches where the processor
 /// can. Other threads are sure to see them after FlushKernel.
@@ -86,7 +94,7 @@ using FlushKernel = void (*)();
 /// outputs need no alignment.
 struct ConversionKernels
 {
-    UnpackKernel mUnpack[static_cast<size_t>(SampleLayout::Count)];  ///< Bytes are merely copied.
+    UnpackKernel mUnpack[static_cast<size_t>(SampleLayout::Count)];  ///< Null for Bytes.
     /// From the line as it lies in memory; null where samples must be unpacked first.
     PackedColourKernel mMono[static_cast<size_t>(SampleLayout::Count)];
     PackedColourKernel mRgb;

@@ -1,5 +1,7 @@
 #include "LxCodec/LineConverter.h"
 
+#include <hwy/cache_control.h>
+
 #include <algorithm>
 
 namespace LxDetail
@@ -8,21 +10,18 @@ namespace LxDetail
 namespace
 {
 
-// Room on both sides of a mosaic line for the mirrored neighbours.
-constexpr uint64_t kMargin = 64;
-
 // Bytes from one unpacked mosaic line to the next. The same place of three lines is far apart within pages of 4096
 // bytes, because processors take a load for one of what was just stored at the same place of another page.
 uint64_t BayerStride(uint32_t aWidth)
 {
     constexpr uint64_t kPage = 4096;
     constexpr uint64_t kApart = 1408;
-    return (uint64_t{aWidth} + 2 * kMargin + kPage - 1) / kPage * kPage + kApart;
+    return (uint64_t{aWidth} + kPage - 1) / kPage * kPage + kApart;
 }
 
-// The index that stands for aIndex, which is -1 to aCount, in a row of aCount samples: mirrored at the first and the
-// last sample, so that the colour of the mosaic is kept. A single sample stands for its neighbours too.
-uint32_t MirrorIndex(int64_t aIndex, uint32_t aCount)
+// The line that stands for line aIndex, which is -1 to aCount, of aCount lines: mirrored at the first and the last, so
+// that the colours of the mosaic are kept. A single line stands for its neighbours too.
+uint32_t MirrorLine(int64_t aIndex, uint32_t aCount)
 {
     if (aCount == 1) {
         return 0;
@@ -33,11 +32,23 @@ uint32_t MirrorIndex(int64_t aIndex, uint32_t aCount)
     return aIndex < aCount ? static_cast<uint32_t>(aIndex) : aCount - 2;
 }
 
+// Asks for memory that is read soon. While stores past the caches wait for the memory, a load that must wait for it too
+// is late.
+void Prefetch(const uint8_t *aFrom, size_t aSize)
+{
+    constexpr size_t kCacheLine = 64;
+    for (size_t i = 0; i < aSize; i += kCacheLine) {
+        hwy::Prefetch(aFrom + i);
+    }
+}
+
 }  // namespace
 
 uint64_t LineConverter::GetScratchSize(const Conversion &aConversion)
 {
-    return aConversion.mPlan.mModel == ColourModel::Bayer ? kBayerSlots * BayerStride(aConversion.mWidth) : 0;
+    return aConversion.mPlan.mModel == ColourModel::Bayer && aConversion.mPlan.mLayout != SampleLayout::Bytes
+               ? kBayerSlots * BayerStride(aConversion.mWidth)
+               : 0;
 }
 
 LineConverter::LineConverter(const Conversion &aConversion, uint8_t *aScratch)
@@ -185,24 +196,15 @@ void LineConverter::ConvertSemiPlanarYuv(uint32_t aLine)
     });
 }
 
-uint8_t *LineConverter::GetBayerLine(uint32_t aLine) const
+uint8_t *LineConverter::GetBayerSlot(uint32_t aLine) const
 {
-    return mBayerLines + aLine % kBayerSlots * BayerStride(mConversion.mWidth) + kMargin;
+    return mBayerLines + aLine % kBayerSlots * BayerStride(mConversion.mWidth);
 }
 
-// Unpacks the piece of a line that begins at pixel aFirst, with a mirrored sample at each end of the line.
-void LineConverter::UnpackBayer(uint32_t aLine, size_t aFirst) const
+// The samples of a mosaic line: in the image itself, or unpacked by now.
+const uint8_t *LineConverter::GetBayerLine(uint32_t aLine) const
 {
-    const uint32_t width = mConversion.mWidth;
-    const size_t count = GetPieceSize(aFirst);
-    uint8_t *const line = GetBayerLine(aLine);
-    mUnpack(GetLine(0, aLine) + aFirst * mPlan.mBitsPerPixel / 8, line + aFirst, count);
-    if (aFirst == 0) {
-        line[-1] = line[MirrorIndex(-1, width)];
-    }
-    if (aFirst + count == width) {
-        line[width] = line[MirrorIndex(width, width)];
-    }
+    return mPlan.mLayout == SampleLayout::Bytes ? GetLine(0, aLine) : GetBayerSlot(aLine);
 }
 
 void LineConverter::ConvertBayer(uint32_t aLine)
@@ -213,12 +215,18 @@ void LineConverter::ConvertBayer(uint32_t aLine)
         colours.mHasRed = !colours.mHasRed;
         colours.mStartsGreen = !colours.mStartsGreen;
     }
-    const uint8_t *const above = GetBayerLine(MirrorIndex(int64_t{aLine} - 1, height));
+    const uint8_t *const above = GetBayerLine(MirrorLine(int64_t{aLine} - 1, height));
     const uint8_t *const line = GetBayerLine(aLine);
-    const uint8_t *const below = GetBayerLine(MirrorIndex(int64_t{aLine} + 1, height));
+    const uint8_t *const below = GetBayerLine(MirrorLine(int64_t{aLine} + 1, height));
     ConvertInPieces(aLine, [&](size_t aFirst, size_t aCount, uint8_t *aOut) {
-        UnpackAhead(aLine, aFirst);
-        mKernels.mDemosaic(above + aFirst, line + aFirst, below + aFirst, colours, aOut, aCount);
+        if (mPlan.mLayout != SampleLayout::Bytes) {
+            UnpackAhead(aLine, aFirst);
+        }
+        else if (height - aLine > 3) {
+            Prefetch(GetLine(0, aLine + 3) + aFirst, aCount);
+        }
+        const LineEnds ends = {aFirst == 0, aFirst + aCount == mConversion.mWidth};
+        mKernels.mDemosaic(above + aFirst, line + aFirst, below + aFirst, colours, ends, aOut, aCount);
     });
 }
 
@@ -231,7 +239,14 @@ void LineConverter::UnpackAhead(uint32_t aLine, size_t aFirst)
     const uint64_t end = std::min({(uint64_t{aLine} + 1) * count + aFirst / kPiece + kAhead,
                                    (uint64_t{aLine} + kBayerSlots - 1) * count, mBayerEnd});
     for (; mBayerNext < end; ++mBayerNext) {
-        UnpackBayer(static_cast<uint32_t>(mBayerNext / count), mBayerNext % count * kPiece);
+        const auto line = static_cast<uint32_t>(mBayerNext / count);
+        const size_t first = mBayerNext % count * kPiece;
+        const size_t size = GetPieceSize(first);
+        const uint8_t *const in = GetLine(0, line) + first * mPlan.mBitsPerPixel / 8;
+        mUnpack(in, GetBayerSlot(line) + first, size);
+        if (line + 1 < mConversion.mHeight) {
+            Prefetch(in + mConversion.mLayout.mPlanes[0].mStride, size * mPlan.mBitsPerPixel / 8);
+        }
     }
 }
 

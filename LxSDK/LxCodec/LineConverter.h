@@ -63,8 +63,8 @@ private:
     void ConvertYuvPairs(uint32_t aLine);
     void ConvertSemiPlanarYuv(uint32_t aLine);
     void ConvertBayer(uint32_t aLine);
-    uint8_t *GetBayerLine(uint32_t aLine) const;
-    void UnpackBayer(uint32_t aLine, size_t aFirst) const;
+    uint8_t *GetBayerSlot(uint32_t aLine) const;
+    const uint8_t *GetBayerLine(uint32_t aLine) const;
     void UnpackAhead(uint32_t aLine, size_t aFirst);
 
     const Conversion &mConversion;

@@ -18,17 +18,21 @@ namespace
 {
 
 constexpr uint32_t kMostThreads = 256;
-// A band below this is not worth waking a thread.
+// A band below this is not worth waking a thread, even on a machine that has nothing else to do.
 constexpr uint64_t kLeastBandPixels = 1 << 15;
+// Below this one thread is as fast as two on a machine that is busy too.
+constexpr uint64_t kLeastChosenBandPixels = 1 << 18;
 // Images from here on do not stay in the cache until somebody reads them, and are written past it.
 constexpr uint64_t kLeastStreamedPixels = 1 << 18;
 
-uint32_t EffectiveThreads(int aThreadCount)
+// The number of pieces, each for a thread, that an image is converted in.
+uint32_t GetBandCount(int aThreadCount, uint32_t aWidth, uint32_t aHeight)
 {
-    if (aThreadCount < 0) {
-        return std::clamp(std::thread::hardware_concurrency(), 1u, kMostThreads);
-    }
-    return std::clamp(static_cast<uint32_t>(aThreadCount), 1u, kMostThreads);
+    static const uint32_t processors = std::clamp(std::thread::hardware_concurrency(), 1u, kMostThreads);
+    const bool isChosen = aThreadCount < 0;
+    const uint32_t threads = isChosen ? processors : std::clamp(static_cast<uint32_t>(aThreadCount), 1u, kMostThreads);
+    const uint64_t most = uint64_t{aWidth} * aHeight / (isChosen ? kLeastChosenBandPixels : kLeastBandPixels);
+    return static_cast<uint32_t>(std::clamp<uint64_t>(most, 1, std::min(threads, aHeight)));
 }
 
 std::string SizeText(uint32_t aWidth, uint32_t aHeight)
@@ -136,9 +140,7 @@ LxResult LxBufferConverter::Data::Convert(const ILxImage *aInput, LxBuffer *aOut
     if (!result.IsOK()) {
         return result;
     }
-    const uint64_t pixels = uint64_t{conversion.mWidth} * conversion.mHeight;
-    const auto bands = static_cast<uint32_t>(std::clamp<uint64_t>(
-        pixels / kLeastBandPixels, 1, std::min(EffectiveThreads(mThreadCount), conversion.mHeight)));
+    const uint32_t bands = GetBandCount(mThreadCount, conversion.mWidth, conversion.mHeight);
     // All that can fail comes before the output is touched.
     const uint64_t scratchSize = LineConverter::GetScratchSize(conversion);
     if (mScratchSize < bands * scratchSize) {
@@ -161,7 +163,7 @@ LxResult LxBufferConverter::Data::Convert(const ILxImage *aInput, LxBuffer *aOut
     }
     conversion.mOutput = static_cast<uint8_t *>(image.GetDataPointer());
     conversion.mOutputStride = LxPixelTypeGetLineSize(LxPixelType::BGRa8, conversion.mWidth) + image.GetPaddingX();
-    conversion.mStream = pixels >= kLeastStreamedPixels;
+    conversion.mStream = uint64_t{conversion.mWidth} * conversion.mHeight >= kLeastStreamedPixels;
     mPool.Run(bands, std::cref(convertBand));  // by reference: a copy would be put on the heap
     return LxResult();
 }

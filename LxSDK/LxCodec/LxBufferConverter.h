@@ -21,9 +21,9 @@
 class LX_API LxBufferConverter
 {
 public:
-    /// How many threads a conversion may use, with the caller's: -1 (and every other negative number) as many as the
-    /// machine has processors, 0 or 1 the caller's only, at most 256. They are started when first needed and sleep
-    /// between conversions.
+    /// How many threads a conversion may use, with the caller's: -1 (and every other negative number) as many as suit
+    /// the image, one for a small one and at most as many as the machine has processors, 0 or 1 the caller's only, at
+    /// most 256. They are started when first needed and sleep between conversions.
     explicit LxBufferConverter(int aThreadCount = -1);
     ~LxBufferConverter();
     LxBufferConverter(const LxBufferConverter &) = delete;

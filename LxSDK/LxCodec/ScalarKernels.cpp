@@ -71,15 +71,19 @@ void YuvPairsToBgra(const uint8_t *aSamples, const YuvMatrix &aMatrix, uint8_t *
 }
 
 void Demosaic(const uint8_t *aAbove, const uint8_t *aLine, const uint8_t *aBelow, const BayerLine &aColours,
-              uint8_t *aOut, size_t aWidth)
+              LineEnds aEnds, uint8_t *aOut, size_t aWidth)
 {
     for (size_t i = 0; i < aWidth; ++i) {
+        const bool isFirst = i == 0 && aEnds.mFirst;
+        const bool isLast = i + 1 == aWidth && aEnds.mLast;
+        const ptrdiff_t left = isFirst ? (isLast ? 0 : 1) : -1;
+        const ptrdiff_t right = isLast ? (isFirst ? 0 : -1) : 1;
         const uint8_t *const above = aAbove + i;
         const uint8_t *const line = aLine + i;
         const uint8_t *const below = aBelow + i;
-        const unsigned horizontal = line[-1] + line[1];
+        const unsigned horizontal = line[left] + line[right];
         const unsigned vertical = above[0] + below[0];
-        const unsigned diagonal = above[-1] + above[1] + below[-1] + below[1];
+        const unsigned diagonal = above[left] + above[right] + below[left] + below[right];
         const bool isGreen = (i % 2 == 0) == aColours.mStartsGreen;
         // Lines of red and of blue are alike: what the line has beside green, and what only its neighbours have.
         const unsigned own = isGreen ? (horizontal + 1) >> 1 : line[0];

@@ -1,5 +1,3 @@
-#include <cstring>
-
 #include "LxCodec/ConversionKernels.h"
 
 namespace LxDetail
@@ -7,11 +5,6 @@ namespace LxDetail
 
 namespace
 {
-
-void UnpackBytes(const uint8_t *aLine, uint8_t *aSamples, size_t aCount)
-{
-    std::memcpy(aSamples, aLine, aCount);
-}
 
 // Signed samples: the least value becomes black, 0 becomes middle grey.
 void UnpackSigned8(const uint8_t *aLine, uint8_t *aSamples, size_t aCount)
@@ -133,7 +126,6 @@ void SetScalarUnpackKernels(ConversionKernels &aKernels)
     const auto set = [&aKernels](SampleLayout aLayout, UnpackKernel aKernel) {
         aKernels.mUnpack[static_cast<size_t>(aLayout)] = aKernel;
     };
-    set(SampleLayout::Bytes, UnpackBytes);
     set(SampleLayout::SignedBytes, UnpackSigned8);
     set(SampleLayout::Words10, UnpackWords<10>);
     set(SampleLayout::Words12, UnpackWords<12>);

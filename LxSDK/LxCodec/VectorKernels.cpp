@@ -374,51 +374,114 @@ HWY_INLINE ByteVector MeanOfFour(ByteVector aAB, ByteVector aCD, ByteVector aOdd
     return hn::Sub(hn::AverageRound(aAB, aCD), tooMuch);
 }
 
-template <bool kStream, bool kHasRed, bool kStartsGreen>
-void DemosaicLine(const uint8_t *aAbove, const uint8_t *aLine, const uint8_t *aBelow, uint8_t *aOut, size_t aWidth)
+// 32-bit words of a vector, each from kDistance words further on, round and round.
+template <size_t kDistance>
+HWY_INLINE ByteVector RotateWords(ByteVector aBytes)
+{
+    constexpr size_t kWords = HWY_MAX_BYTES / 4;
+    struct Order
+    {
+        alignas(64) uint32_t mWords[kWords] = {};
+        constexpr Order()
+        {
+            for (size_t i = 0; i < kWords; ++i) {
+                mWords[i] = static_cast<uint32_t>((i + kDistance) % kWords);
+            }
+        }
+    };
+    static constexpr Order kOrder;
+    const hn::ScalableTag<uint32_t> words;
+    const auto indices = hn::SetTableIndices(words, kOrder.mWords);
+    return hn::BitCast(Bytes(), hn::TableLookupLanes(hn::BitCast(words, aBytes), indices));
+}
+
+// The samples to the left of those at aHere, which begin the line if aIsFirst.
+HWY_INLINE ByteVector LoadLeft(const uint8_t *aHere, bool aIsFirst)
 {
     const Bytes bytes;
-    const size_t step = hn::Lanes(bytes);
+    if (!aIsFirst) {
+        return hn::LoadU(bytes, aHere - 1);
+    }
+    const auto here = hn::LoadU(bytes, aHere);
+    const auto before = RotateWords<HWY_MAX_BYTES / 4 - 4>(here);
+    const auto mirrored = hn::IfThenElse(hn::FirstN(bytes, 16), hn::Set(bytes, aHere[1]), before);
+    return hn::CombineShiftRightBytes<15>(bytes, here, mirrored);
+}
+
+// The samples to the right of those at aHere, which end the line if aIsLast.
+HWY_INLINE ByteVector LoadRight(const uint8_t *aHere, bool aIsLast)
+{
+    const Bytes bytes;
+    if (!aIsLast) {
+        return hn::LoadU(bytes, aHere + 1);
+    }
+    const auto here = hn::LoadU(bytes, aHere);
+    const auto mirror = hn::Set(bytes, aHere[HWY_MAX_BYTES - 2]);
+    const auto mirrored = hn::IfThenElse(hn::FirstN(bytes, HWY_MAX_BYTES - 16), RotateWords<4>(here), mirror);
+    return hn::CombineShiftRightBytes<1>(bytes, mirrored, here);
+}
+
+template <bool kStream, bool kHasRed, bool kStartsGreen>
+HWY_INLINE void DemosaicVector(const uint8_t *aAbove, const uint8_t *aLine, const uint8_t *aBelow, LineEnds aEnds,
+                               uint8_t *aOut)
+{
+    const Bytes bytes;
+    const auto left = LoadLeft(aLine, aEnds.mFirst);
+    const auto here = hn::LoadU(bytes, aLine);
+    const auto right = LoadRight(aLine, aEnds.mLast);
+    const auto aboveLeft = LoadLeft(aAbove, aEnds.mFirst);
+    const auto above = hn::LoadU(bytes, aAbove);
+    const auto aboveRight = LoadRight(aAbove, aEnds.mLast);
+    const auto belowLeft = LoadLeft(aBelow, aEnds.mFirst);
+    const auto below = hn::LoadU(bytes, aBelow);
+    const auto belowRight = LoadRight(aBelow, aEnds.mLast);
+    const auto horizontal = hn::AverageRound(left, right);
+    const auto vertical = hn::AverageRound(above, below);
+    const auto cross = MeanOfFour(horizontal, vertical, hn::Or(hn::Xor(left, right), hn::Xor(above, below)));
+    const auto diagonal = MeanOfFour(hn::AverageRound(aboveLeft, aboveRight), hn::AverageRound(belowLeft, belowRight),
+                                     hn::Or(hn::Xor(aboveLeft, aboveRight), hn::Xor(belowLeft, belowRight)));
+    // Lines of red and of blue are alike: what the line has beside green, and what only its neighbours have.
+    const auto own = kStartsGreen ? hn::OddEven(here, horizontal) : hn::OddEven(horizontal, here);
+    const auto green = kStartsGreen ? hn::OddEven(cross, here) : hn::OddEven(here, cross);
+    const auto other = kStartsGreen ? hn::OddEven(diagonal, vertical) : hn::OddEven(vertical, diagonal);
+    PutPixels<kStream>(kHasRed ? own : other, green, kHasRed ? other : own, aOut);
+}
+
+template <bool kStream, bool kHasRed, bool kStartsGreen>
+void DemosaicLine(const uint8_t *aAbove, const uint8_t *aLine, const uint8_t *aBelow, LineEnds aEnds, uint8_t *aOut,
+                  size_t aWidth)
+{
+    constexpr size_t kStep = HWY_MAX_BYTES;
     size_t i = 0;
-    for (; i + step <= aWidth; i += step) {
-        const auto left = hn::LoadU(bytes, aLine + i - 1);
-        const auto here = hn::LoadU(bytes, aLine + i);
-        const auto right = hn::LoadU(bytes, aLine + i + 1);
-        const auto aboveLeft = hn::LoadU(bytes, aAbove + i - 1);
-        const auto above = hn::LoadU(bytes, aAbove + i);
-        const auto aboveRight = hn::LoadU(bytes, aAbove + i + 1);
-        const auto belowLeft = hn::LoadU(bytes, aBelow + i - 1);
-        const auto below = hn::LoadU(bytes, aBelow + i);
-        const auto belowRight = hn::LoadU(bytes, aBelow + i + 1);
-        const auto horizontal = hn::AverageRound(left, right);
-        const auto vertical = hn::AverageRound(above, below);
-        const auto cross = MeanOfFour(horizontal, vertical, hn::Or(hn::Xor(left, right), hn::Xor(above, below)));
-        const auto diagonal =
-            MeanOfFour(hn::AverageRound(aboveLeft, aboveRight), hn::AverageRound(belowLeft, belowRight),
-                       hn::Or(hn::Xor(aboveLeft, aboveRight), hn::Xor(belowLeft, belowRight)));
-        // Lines of red and of blue are alike: what the line has beside green, and what only its neighbours have.
-        const auto own = kStartsGreen ? hn::OddEven(here, horizontal) : hn::OddEven(horizontal, here);
-        const auto green = kStartsGreen ? hn::OddEven(cross, here) : hn::OddEven(here, cross);
-        const auto other = kStartsGreen ? hn::OddEven(diagonal, vertical) : hn::OddEven(vertical, diagonal);
-        PutPixels<kStream>(kHasRed ? own : other, green, kHasRed ? other : own, aOut + 4 * i);
+    for (; i + kStep <= aWidth; i += kStep) {
+        const bool isFirst = i == 0 && aEnds.mFirst;
+        const bool isLast = i + kStep == aWidth && aEnds.mLast;
+        if (isFirst || isLast) {
+            DemosaicVector<kStream, kHasRed, kStartsGreen>(aAbove + i, aLine + i, aBelow + i, {isFirst, isLast},
+                                                           aOut + 4 * i);
+        }
+        else {
+            DemosaicVector<kStream, kHasRed, kStartsGreen>(aAbove + i, aLine + i, aBelow + i, {false, false},
+                                                           aOut + 4 * i);
+        }
     }
     if (i < aWidth) {
-        GetScalarKernels().mDemosaic(aAbove + i, aLine + i, aBelow + i, {kHasRed, kStartsGreen}, aOut + 4 * i,
-                                     aWidth - i);
+        GetScalarKernels().mDemosaic(aAbove + i, aLine + i, aBelow + i, {kHasRed, kStartsGreen},
+                                     {aEnds.mFirst && i == 0, aEnds.mLast}, aOut + 4 * i, aWidth - i);
     }
 }
 
 template <bool kStream>
 void Demosaic(const uint8_t *aAbove, const uint8_t *aLine, const uint8_t *aBelow, const BayerLine &aColours,
-              uint8_t *aOut, size_t aWidth)
+              LineEnds aEnds, uint8_t *aOut, size_t aWidth)
 {
     if (aColours.mHasRed) {
-        aColours.mStartsGreen ? DemosaicLine<kStream, true, true>(aAbove, aLine, aBelow, aOut, aWidth)
-                              : DemosaicLine<kStream, true, false>(aAbove, aLine, aBelow, aOut, aWidth);
+        aColours.mStartsGreen ? DemosaicLine<kStream, true, true>(aAbove, aLine, aBelow, aEnds, aOut, aWidth)
+                              : DemosaicLine<kStream, true, false>(aAbove, aLine, aBelow, aEnds, aOut, aWidth);
     }
     else {
-        aColours.mStartsGreen ? DemosaicLine<kStream, false, true>(aAbove, aLine, aBelow, aOut, aWidth)
-                              : DemosaicLine<kStream, false, false>(aAbove, aLine, aBelow, aOut, aWidth);
+        aColours.mStartsGreen ? DemosaicLine<kStream, false, true>(aAbove, aLine, aBelow, aEnds, aOut, aWidth)
+                              : DemosaicLine<kStream, false, false>(aAbove, aLine, aBelow, aEnds, aOut, aWidth);
     }
 }
 

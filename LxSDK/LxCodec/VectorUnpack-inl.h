@@ -152,7 +152,6 @@ void SetUnpackKernel(ConversionKernels &aKernels)
 
 inline void SetUnpackKernels(ConversionKernels &aKernels)
 {
-    SetUnpackKernel<ByteSource>(aKernels);
     SetUnpackKernel<Words10Source>(aKernels);
     SetUnpackKernel<Words12Source>(aKernels);
     SetUnpackKernel<Words14Source>(aKernels);

@@ -323,15 +323,20 @@ TEST_P(Kernels, ConvertEveryChromaPairLikeTheScalarOnes)
 
 TEST_P(Kernels, InterpolateMosaics)
 {
-    for (const bool hasRed : {false, true}) {
-        for (const bool startsGreen : {false, true}) {
-            CheckWidths([](size_t aWidth) { return 3 * (aWidth + 2); }, [](size_t aWidth) { return 4 * aWidth; },
-                        [=](const ConversionKernels &aKernels, const uint8_t *aIn, uint8_t *aOut, size_t aWidth) {
-                            const size_t stride = aWidth + 2;
-                            aKernels.mDemosaic(aIn + 1, aIn + stride + 1, aIn + 2 * stride + 1, {hasRed, startsGreen},
-                                               aOut, aWidth);
-                        });
-        }
+    for (unsigned code = 0; code < 16; ++code) {
+        const LxDetail::BayerLine colours = {(code & 1) != 0, (code & 2) != 0};
+        const LxDetail::LineEnds ends = {(code & 4) != 0, (code & 8) != 0};
+        SCOPED_TRACE(code);
+        // samples beside the piece only where it is not an end of the line
+        const size_t before = ends.mFirst ? 0 : 1;
+        const size_t beside = before + (ends.mLast ? 0 : 1);
+        CheckWidths([=](size_t aWidth) { return aWidth == 0 ? 0 : 3 * (aWidth + beside); },
+                    [](size_t aWidth) { return 4 * aWidth; },
+                    [=](const ConversionKernels &aKernels, const uint8_t *aIn, uint8_t *aOut, size_t aWidth) {
+                        const size_t stride = aWidth + beside;
+                        const uint8_t *const in = aIn + before;
+                        aKernels.mDemosaic(in, in + stride, in + 2 * stride, colours, ends, aOut, aWidth);
+                    });
     }
 }
 
@@ -355,9 +360,10 @@ TEST_P(Kernels, RoundEveryMeanOfFourSamples)
             for (const bool startsGreen : {false, true}) {
                 std::vector<uint8_t> got(4 * kWidth);
                 std::vector<uint8_t> expected(4 * kWidth);
-                mScalar.mDemosaic(lines[0] + 1, lines[1] + 1, lines[2] + 1, {true, startsGreen}, expected.data(),
-                                  kWidth);
-                mKernels.mDemosaic(lines[0] + 1, lines[1] + 1, lines[2] + 1, {true, startsGreen}, got.data(), kWidth);
+                mScalar.mDemosaic(lines[0] + 1, lines[1] + 1, lines[2] + 1, {true, startsGreen}, {false, false},
+                                  expected.data(), kWidth);
+                mKernels.mDemosaic(lines[0] + 1, lines[1] + 1, lines[2] + 1, {true, startsGreen}, {false, false},
+                                   got.data(), kWidth);
                 ASSERT_EQ(got, expected) << base << " " << code;
             }
         }

@@ -3,6 +3,8 @@
 #include <atomic>
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
+#include <iterator>
 #include <random>
 #include <thread>
 #include <vector>
@@ -128,6 +130,39 @@ TEST(LxBufferConverterThreads, DifferentConvertersAreIndependent)
         user.join();
     }
     EXPECT_EQ(good, 12);
+}
+
+TEST(LxBufferConverterThreads, AreNotStartedForSmallImagesWhenTheConverterChooses)
+{
+    const auto countThreads = [] {
+        const std::filesystem::directory_iterator tasks("/proc/self/task");
+        return std::distance(begin(tasks), end(tasks));
+    };
+    const auto before = countThreads();
+    LxBufferConverter converter;
+    LxBuffer output(LxPayloadType::Image);
+    LxImage input;
+    ASSERT_TRUE(input.Alloc(640, 480, LxPixelType::Mono8).IsOK());
+    ASSERT_TRUE(converter.Convert(&input, &output, true, false).IsOK());
+    EXPECT_EQ(countThreads(), before);
+    ASSERT_TRUE(input.Alloc(4096, 3000, LxPixelType::Mono8).IsOK());
+    ASSERT_TRUE(converter.Convert(&input, &output, true, false).IsOK());
+    EXPECT_EQ(countThreads() > before, std::thread::hardware_concurrency() > 1);
+}
+
+TEST(LxBufferConverterThreads, LargeImagesAreTheSameWithAnyNumber)
+{
+    // written past the caches, in bands that share cache lines
+    LxImage input;
+    ASSERT_TRUE(input.Alloc(1027, 517, LxPixelType::BayerRG12p).IsOK());
+    FillRandomly(input);
+    LxBuffer expected(LxPayloadType::Image);
+    ASSERT_TRUE(LxBufferConverter(0).Convert(&input, &expected, true, false).IsOK());
+    for (const int threads : {2, 3, 16, -1}) {
+        LxBuffer output(LxPayloadType::Image);
+        ASSERT_TRUE(LxBufferConverter(threads).Convert(&input, &output, true, false).IsOK());
+        EXPECT_EQ(BytesOf(output), BytesOf(expected)) << threads;
+    }
 }
 
 TEST(BandPool, DoesEachPieceOfWorkOnceInEachRun)
