@@ -5,7 +5,17 @@
 
 #include <QtCore/QFile>
 
-TEST(SharedLibrary, RegistersItsResourcesAtLoadAndUnregistersThemAtUnload)
+/// What lies below the library stays, so that what it keeps for good is no leak.
+class SharedLibrary : public testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        ASSERT_NE(dlopen(LXSDK_LIBRARY, RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE), nullptr) << dlerror();
+    }
+};
+
+TEST_F(SharedLibrary, RegistersItsResourcesAtLoadAndUnregistersThemAtUnload)
 {
     const QString bitmap = QStringLiteral(":LxGUI/res/finder_icons16.bmp");
     ASSERT_FALSE(QFile::exists(bitmap));
@@ -17,7 +27,7 @@ TEST(SharedLibrary, RegistersItsResourcesAtLoadAndUnregistersThemAtUnload)
     EXPECT_FALSE(QFile::exists(bitmap));
 }
 
-TEST(SharedLibrary, ExportsThePublicClassAndNoInternalOne)
+TEST_F(SharedLibrary, ExportsThePublicClassAndNoInternalOne)
 {
     void *library = dlopen(LXGUI_LIBRARY, RTLD_NOW | RTLD_LOCAL);
     ASSERT_NE(library, nullptr) << dlerror();
