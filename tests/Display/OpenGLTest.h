@@ -37,7 +37,9 @@ protected:
     OpenGLSpy mSpy;
 };
 
-/// What a picture looks like when a renderer fits it into a window: the smallest rectangle that is not the background
-/// must be the fitted rectangle, and each of its pixels the nearest pixel of the picture, or one of its neighbours up
-/// to a distance. Colours off the picture must be the background.
+/// What a picture looks like when a renderer fits it into a window: in the fitted rectangle each pixel is the nearest
+/// pixel of the picture, or one of its neighbours up to a distance; outside there is the background. Returns the pixels
+/// of which that is not true.
+std::vector<QPoint> FindWrongPixels(const QImage &aShot, const LxImage &aPicture, QRgb aBackground, int aDistance = 0);
+/// Fails when there are any.
 void ExpectFitted(const QImage &aShot, const LxImage &aPicture, QRgb aBackground, int aDistance = 0);
