@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <random>
@@ -57,7 +58,7 @@ protected:
             for (const bool atStart : {true, false}) {
                 uint8_t *const from = atStart ? in.AtStart() : in.AtEnd(inSize);
                 uint8_t *const to = atStart ? out.AtStart() : out.AtEnd(outSize);
-                std::memcpy(from, bytes.data(), inSize);
+                std::copy(bytes.begin(), bytes.end(), from);
                 std::memset(to, 0x5A, outSize);
                 aKernel(mKernels, from, to, width);
                 ASSERT_EQ(std::vector<uint8_t>(to, to + outSize), expected);
