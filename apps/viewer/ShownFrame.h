@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QMutex>
 #include <QtGui/QImage>
 #include <atomic>
 #include <memory>
@@ -43,7 +44,7 @@ private:
     bool ReadPicture(const Reader &aReader, std::shared_ptr<const LxBuffer> &aFrame);
 
     LxDisplayWnd &mDisplay;
-    std::timed_mutex mShowMutex;     // held while the display takes a frame: guards its internal buffer
+    QMutex mShowMutex;               // held while the display takes a frame: guards its internal buffer
     mutable std::mutex mFrameMutex;  // guards mFrame
     std::shared_ptr<const LxBuffer> mFrame;
     std::atomic<uint64_t> mLate{0};
