@@ -302,8 +302,8 @@ TEST_F(ControlTest, SilentApplicationLosesControl)
 TEST_F(ControlTest, AnyAccessKeepsControl)
 {
     mClient->TakeControl();
-    ASSERT_EQ(0, mClient->WriteRegister(0x0938, 500));
-    const auto end = std::chrono::steady_clock::now() + 1200ms;
+    ASSERT_EQ(0, mClient->WriteRegister(0x0938, 2000));
+    const auto end = std::chrono::steady_clock::now() + 4200ms;
     EXPECT_TRUE(WaitFor([&] {
         Bytes data;
         EXPECT_EQ(0, mClient->ReadMemory(0x0200, 4, data));
