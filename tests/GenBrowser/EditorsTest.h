@@ -62,7 +62,7 @@ protected:
     /// Does something within the next error box, and ends it.
     static void DoInNextBox(const std::function<void()> &aAct, bool &aWasShown)
     {
-        OnNextModal([&aAct, &aWasShown](QWidget *aWidget) {
+        OnNextModal([aAct, &aWasShown](QWidget *aWidget) {
             aAct();
             qobject_cast<QMessageBox *>(aWidget)->accept();
             aWasShown = true;
