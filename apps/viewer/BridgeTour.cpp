@@ -14,12 +14,12 @@
 #include <cstdio>
 #include <string>
 
-#include "Backends/Simulation/LxSimulatedGenCPCamera.h"
-#include "Backends/Simulation/LxSimulatedTextCamera.h"
 #include "HeadlessTour.h"
 #include "LxGUI/LxCameraBridgeManagerWnd.h"
 #include "LxGUI/LxSerialBridgeManagerWnd.h"
 #include "LxSerial/LxSerialBridge.h"
+#include "LxSimulation/LxSimulatedGenCPCamera.h"
+#include "LxSimulation/LxSimulatedTextCamera.h"
 #include "TourGrabber.h"
 
 namespace

@@ -7,9 +7,9 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QTreeWidget>
 
-#include "Backends/Simulation/LxSimulation.h"
 #include "HeadlessTour.h"
 #include "LxGUI/LxDeviceFinderWnd.h"
+#include "LxSimulation/LxSimulation.h"
 #include "LxSystem/LxDeviceInfo.h"
 
 namespace

@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "Backends/Simulation/LxSimulation.h"
 #include "LxDevice/LxDeviceAdapter.h"
+#include "LxSimulation/LxSimulation.h"
 
 /// A connected simulated frame grabber for the tour, alone on its host for as long as the object lives. Its UARTs have
 /// features that set their speed, its bulk ports have none.

@@ -4,9 +4,9 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
 
-#include "Backends/Simulation/LxSimulation.h"
 #include "HeadlessTour.h"
 #include "LxGUIVersion.h"
+#include "LxSimulation/LxSimulation.h"
 #include "ViewerWindow.h"
 
 int main(int argc, char **argv)

@@ -11,11 +11,11 @@
 #include <string>
 
 #include "Absence.h"
-#include "Backends/Simulation/LxSimulatedGenCPCamera.h"
 #include "Backends/Simulation/SerialCamera.h"
 #include "LxCameraBridge/GenCPClient.h"
 #include "LxCameraBridge/LxCameraBridge.h"
 #include "LxGUI/LxCameraBridgeManagerWnd.h"
+#include "LxSimulation/LxSimulatedGenCPCamera.h"
 #include "RunBenchmarks.h"
 #include "SimulatedGrabber.h"
 

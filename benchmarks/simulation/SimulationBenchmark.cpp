@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "Backends/Simulation/LxSimulation.h"
 #include "Backends/Simulation/SimulatedCamera.h"
 #include "Backends/Simulation/SimulatedRegisters.h"
+#include "LxSimulation/LxSimulation.h"
 #include "LxSystem/LxSystem.h"
 
 namespace

@@ -5,8 +5,8 @@
 #include <tuple>
 #include <vector>
 
-#include "Backends/Simulation/LxSimulatedGenCPCamera.h"
 #include "LxCameraBridge/GenCPPacket.h"
+#include "LxSimulation/LxSimulatedGenCPCamera.h"
 
 namespace GenCP = LxDetail::GenCP;
 

@@ -15,11 +15,11 @@
 #include <QtWidgets/QTreeView>
 #include <memory>
 
-#include "Backends/Simulation/LxSimulatedGenCPCamera.h"
-#include "Backends/Simulation/LxSimulatedTextCamera.h"
 #include "GuiTest.h"
 #include "LxCameraBridge/LxCameraBridge.h"
 #include "LxGUI/LxCameraBridgeManagerWnd.h"
+#include "LxSimulation/LxSimulatedGenCPCamera.h"
+#include "LxSimulation/LxSimulatedTextCamera.h"
 #include "SimulatedGrabber.h"
 
 /// A camera file for the text camera.

@@ -4,9 +4,9 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 
-#include "Backends/Simulation/LxSimulation.h"
 #include "FinderTest.h"
 #include "LxGUI/DeviceFinder/ForceIPDlg.h"
+#include "LxSimulation/LxSimulation.h"
 #include "LxSystem/LxSystem.h"
 
 // Set IP Address...

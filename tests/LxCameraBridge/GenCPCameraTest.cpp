@@ -6,11 +6,11 @@
 #include <cstring>
 #include <future>
 
-#include "Backends/Simulation/LxSimulatedGenCPCamera.h"
 #include "LxCameraBridge/GenCPClient.h"
 #include "LxCameraBridge/GenCPManifest.h"
 #include "LxCameraBridge/WatchedPort.h"
 #include "LxGenICam/LxGenParameterArray.h"
+#include "LxSimulation/LxSimulatedGenCPCamera.h"
 #include "NodeMap/NodeMap.h"
 #include "SimulatedGrabber.h"
 #include "WaitFor.h"

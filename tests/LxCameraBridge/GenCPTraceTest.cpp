@@ -7,8 +7,8 @@
 #include <regex>
 #include <sstream>
 
-#include "Backends/Simulation/LxSimulatedGenCPCamera.h"
 #include "LxCameraBridge/LxCameraBridge.h"
+#include "LxSimulation/LxSimulatedGenCPCamera.h"
 #include "SimulatedGrabber.h"
 
 namespace

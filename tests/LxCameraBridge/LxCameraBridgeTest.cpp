@@ -4,11 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include "Backends/Simulation/LxSimulatedGenCPCamera.h"
-#include "Backends/Simulation/LxSimulatedTextCamera.h"
 #include "LxGenICam/LxGenParameterArray.h"
 #include "LxPersistence/LxConfigurationReader.h"
 #include "LxPersistence/LxConfigurationWriter.h"
+#include "LxSimulation/LxSimulatedGenCPCamera.h"
+#include "LxSimulation/LxSimulatedTextCamera.h"
 #include "SimulatedGrabber.h"
 #include "WaitFor.h"
 

@@ -5,10 +5,10 @@
 #include <memory>
 #include <string>
 
-#include "Backends/Simulation/LxSimulation.h"
 #include "LxDevice/LxDevice.h"
 #include "LxDevice/LxDeviceAdapter.h"
 #include "LxGenICam/LxGenParameterArray.h"
+#include "LxSimulation/LxSimulation.h"
 #include "LxSystem/LxSystem.h"
 
 /// A connected simulated frame grabber, alone on its host, for as long as the object lives. Its unique ID is ID; the

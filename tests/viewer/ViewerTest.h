@@ -11,9 +11,9 @@
 #include <QtWidgets/QTreeView>
 #include <memory>
 
-#include "Backends/Simulation/LxSimulation.h"
 #include "FeatureDock.h"
 #include "GuiTest.h"
+#include "LxSimulation/LxSimulation.h"
 #include "ViewerWindow.h"
 
 /// A viewer whose options are in a folder of their own.

@@ -7,9 +7,9 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTreeWidget>
 
-#include "Backends/Simulation/LxSimulatedGenCPCamera.h"
 #include "HeadlessTour.h"
 #include "LxCameraBridge/LxCameraBridge.h"
+#include "LxSimulation/LxSimulatedGenCPCamera.h"
 #include "LxSystem/LxDeviceInfo.h"
 #include "ViewerTest.h"
 

@@ -1,4 +1,4 @@
-#include "Backends/Simulation/LxSimulatedGenCPCamera.h"
+#include "LxSimulation/LxSimulatedGenCPCamera.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,4 +1,4 @@
-#include "Backends/Simulation/LxSimulatedSerial.h"
+#include "LxSimulation/LxSimulatedSerial.h"
 
 #include <chrono>
 #include <mutex>

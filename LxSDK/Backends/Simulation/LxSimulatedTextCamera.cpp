@@ -1,4 +1,4 @@
-#include "Backends/Simulation/LxSimulatedTextCamera.h"
+#include "LxSimulation/LxSimulatedTextCamera.h"
 
 #include <bit>
 #include <charconv>

@@ -1,13 +1,13 @@
-#include "Backends/Simulation/LxSimulation.h"
+#include "LxSimulation/LxSimulation.h"
 
 #include <new>
 
-#include "Backends/Simulation/LxSimulatedGenCPCamera.h"
-#include "Backends/Simulation/LxSimulatedTextCamera.h"
 #include "Backends/Simulation/SimulatedUnit.h"
 #include "Backends/Simulation/SimulationHost.h"
 #include "Backends/Simulation/SimulationLog.h"
 #include "LxDevice/DeviceBackend.h"
+#include "LxSimulation/LxSimulatedGenCPCamera.h"
+#include "LxSimulation/LxSimulatedTextCamera.h"
 #include "LxSystem/LxDeviceInfo.h"
 
 using LxDetail::SimulatedSerialPort;

@@ -10,7 +10,7 @@
 #include <mutex>
 #include <vector>
 
-#include "Backends/Simulation/LxSimulatedSerial.h"
+#include "LxSimulation/LxSimulatedSerial.h"
 
 namespace LxDetail
 {

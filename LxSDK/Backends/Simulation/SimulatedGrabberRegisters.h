@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "Backends/Simulation/LxSimulation.h"
+#include "LxSimulation/LxSimulation.h"
 #include "NodeMap/MemoryPort.h"
 
 namespace LxDetail

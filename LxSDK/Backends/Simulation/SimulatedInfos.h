@@ -4,10 +4,10 @@
 
 #include <memory>
 
-#include "Backends/Simulation/LxSimulation.h"
 #include "Backends/Simulation/SimulatedInterfaces.h"
 #include "Backends/Simulation/SimulatedUnit.h"
 #include "Backends/Simulation/SimulationLog.h"
+#include "LxSimulation/LxSimulation.h"
 #include "LxSystem/LxDeviceInfoGEV.h"
 #include "LxSystem/LxDeviceInfoKelvraProtocol.h"
 #include "LxSystem/LxDeviceInfoU3V.h"

@@ -4,7 +4,7 @@
 
 #include <mutex>
 
-#include "Backends/Simulation/LxSimulation.h"
+#include "LxSimulation/LxSimulation.h"
 #include "LxSystem/DeviceList.h"
 #include "LxSystem/LxNetworkAdapter.h"
 #include "LxSystem/LxUSBHostController.h"

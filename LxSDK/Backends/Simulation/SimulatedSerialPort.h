@@ -6,9 +6,9 @@
 #include <mutex>
 #include <thread>
 
-#include "Backends/Simulation/LxSimulatedSerial.h"
 #include "Backends/Simulation/SerialQueue.h"
 #include "LxDevice/SerialPortSource.h"
+#include "LxSimulation/LxSimulatedSerial.h"
 
 namespace LxDetail
 {

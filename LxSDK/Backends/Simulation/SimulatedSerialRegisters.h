@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "Backends/Simulation/LxSimulation.h"
 #include "Backends/Simulation/SimulatedSerialPort.h"
+#include "LxSimulation/LxSimulation.h"
 #include "NodeMap/MemoryPort.h"
 
 namespace LxDetail

@@ -11,13 +11,13 @@
 #include <optional>
 #include <vector>
 
-#include "Backends/Simulation/LxSimulation.h"
 #include "Backends/Simulation/SimulatedCamera.h"
 #include "Backends/Simulation/SimulatedGrabberRegisters.h"
 #include "Backends/Simulation/SimulatedSerialPort.h"
 #include "Backends/Simulation/SimulatedSerialRegisters.h"
 #include "Backends/Simulation/SimulationClock.h"
 #include "LxDevice/LxDeviceGEV.h"
+#include "LxSimulation/LxSimulation.h"
 #include "NodeMap/FaultPort.h"
 
 namespace LxDetail

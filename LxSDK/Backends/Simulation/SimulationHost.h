@@ -7,10 +7,10 @@
 #include <variant>
 #include <vector>
 
-#include "Backends/Simulation/LxSimulation.h"
 #include "Backends/Simulation/SimulatedUnit.h"
 #include "Backends/Simulation/SimulationClock.h"
 #include "LxDevice/DeviceBackend.h"
+#include "LxSimulation/LxSimulation.h"
 
 namespace LxDetail
 {

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "Backends/Simulation/LxSimulation.h"
+#include "LxSimulation/LxSimulation.h"
 
 namespace LxDetail
 {

@@ -1,6 +1,6 @@
 // The simulated host: interfaces, devices of every kind, searches, access and addresses.
 
-#include "Backends/Simulation/LxSimulation.h"
+#include "LxSimulation/LxSimulation.h"
 
 #include <gmock/gmock.h>
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "Backends/Simulation/LxSimulation.h"
 #include "LxDevice/LxDevice.h"
+#include "LxSimulation/LxSimulation.h"
 #include "LxSystem/LxDeviceInfo.h"
 #include "LxSystem/LxInterface.h"
 #include "LxSystem/LxSystem.h"

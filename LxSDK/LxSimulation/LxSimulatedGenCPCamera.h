@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Backends/Simulation/LxSimulatedSerial.h"
+#include "LxSimulation/LxSimulatedSerial.h"
 
 /// What a simulated GenCP camera is.
 struct LxSimulatedGenCPValues

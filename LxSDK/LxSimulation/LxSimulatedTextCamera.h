@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Backends/Simulation/LxSimulatedSerial.h"
+#include "LxSimulation/LxSimulatedSerial.h"
 
 /// A camera that is controlled by lines of text, each ended by a carriage return. Thread-safe.
 ///

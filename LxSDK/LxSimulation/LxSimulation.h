@@ -5,11 +5,11 @@
 #include <thread>
 #include <vector>
 
-#include "Backends/Simulation/LxSimulatedSerial.h"
 #include "LxBase/LxDeviceSerial.h"
 #include "LxBase/LxResult.h"
 #include "LxBase/LxString.h"
 #include "LxBuffer/LxBuffer.h"
+#include "LxSimulation/LxSimulatedSerial.h"
 
 /// An IPv4 address of a simulated network adapter, dotted decimal.
 struct LxSimulatedAddress
