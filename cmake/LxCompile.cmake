@@ -52,3 +52,12 @@ set(LXGUI_QT_HEADERS
   <QtWidgets/QApplication> <QtWidgets/QComboBox> <QtWidgets/QDialog> <QtWidgets/QHBoxLayout> <QtWidgets/QLabel>
   <QtWidgets/QLineEdit> <QtWidgets/QMessageBox> <QtWidgets/QPushButton> <QtWidgets/QTableWidget>
   <QtWidgets/QTreeWidget> <QtWidgets/QVBoxLayout>)
+
+# Shows of a library only what is public.
+function(lx_limit_exports library)
+  string(TOUPPER ${library}_${LXGUI_SOVERSION} LXGUI_EXPORTS_VERSION)
+  set(map ${CMAKE_CURRENT_BINARY_DIR}/${library}.map)
+  configure_file(${CMAKE_SOURCE_DIR}/cmake/Exports.map.in ${map} @ONLY)
+  target_link_options(${library} PRIVATE LINKER:--version-script=${map})
+  set_property(TARGET ${library} APPEND PROPERTY LINK_DEPENDS ${map})
+endfunction()

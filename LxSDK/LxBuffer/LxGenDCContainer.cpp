@@ -69,7 +69,7 @@ private:
 
 }  // namespace
 
-class LxGenDCContainer::Data
+class LX_NO_EXPORT LxGenDCContainer::Data
 {
 public:
     std::shared_ptr<const void> mMemory;

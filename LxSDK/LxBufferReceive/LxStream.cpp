@@ -42,7 +42,7 @@ LxResult CheckConfiguration(const LxStreamConfiguration &aConfiguration)
 
 }  // namespace
 
-class LxStream::Data
+class LX_NO_EXPORT LxStream::Data
 {
 public:
     std::shared_ptr<LxDetail::StreamReceiver> Get(bool *aStarted = nullptr)

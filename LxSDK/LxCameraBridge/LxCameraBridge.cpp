@@ -101,7 +101,7 @@ LxResult ListGenCPFiles(CameraRegisters &aCamera, std::vector<GenCPFile> &aFiles
 
 }  // namespace
 
-class LxCameraBridge::Data
+class LX_NO_EXPORT LxCameraBridge::Data
 {
 public:
     Data(LxDevice *aDevice, LxDeviceSerial aSerial) : mDevice(aDevice), mSerial(aSerial)

@@ -116,7 +116,7 @@ LxResult AdaptOutput(LxImage &aImage, const Conversion &aConversion)
 
 }  // namespace
 
-class LxBufferConverter::Data
+class LX_NO_EXPORT LxBufferConverter::Data
 {
 public:
     LxResult Convert(const ILxImage *aInput, LxBuffer *aOutput, bool aAdapt);

@@ -54,7 +54,7 @@ bool IsSlice(const H264::NalUnit &aUnit)
 
 }  // namespace
 
-class LxH264Decoder::Data
+class LX_NO_EXPORT LxH264Decoder::Data
 {
 public:
     LxResult Process(std::span<const uint8_t> aBytes);

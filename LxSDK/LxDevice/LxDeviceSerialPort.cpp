@@ -38,7 +38,7 @@ LxResult NotOpen()
 
 }  // namespace
 
-class LxDeviceSerialPort::Data
+class LX_NO_EXPORT LxDeviceSerialPort::Data
 {
 public:
     std::shared_ptr<SerialPortChannel> GetChannel() const

@@ -88,7 +88,7 @@ LxResult Parse(const std::string &aText, NamedLists &aLists)
 
 }  // namespace
 
-class LxConfigurationReader::Data
+class LX_NO_EXPORT LxConfigurationReader::Data
 {
 public:
     NamedLists mLists;

@@ -45,7 +45,7 @@ void AppendProperty(pugi::xml_node &aList, const LxProperty &aProperty)
 
 }  // namespace
 
-class LxConfigurationWriter::Data
+class LX_NO_EXPORT LxConfigurationWriter::Data
 {
 public:
     std::vector<std::pair<LxString, LxPropertyList>> mLists;

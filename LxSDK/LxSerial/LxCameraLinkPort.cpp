@@ -17,7 +17,7 @@ LxResult NotOpen()
 
 }  // namespace
 
-class LxCameraLinkPort::Data
+class LX_NO_EXPORT LxCameraLinkPort::Data
 {
 public:
     std::shared_ptr<CameraLinkPort> Get() const

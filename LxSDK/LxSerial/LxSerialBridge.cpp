@@ -15,7 +15,7 @@ using LxDetail::ComLink;
 using LxDetail::OfferedPort;
 using LxDetail::PortSpeed;
 
-class LxSerialBridge::Data
+class LX_NO_EXPORT LxSerialBridge::Data
 {
 public:
     LxResult CheckIdle() const

@@ -44,7 +44,7 @@ LxResult Guard(const Operation &aOperation) noexcept
 
 }  // namespace
 
-class LxSystem::Data
+class LX_NO_EXPORT LxSystem::Data
 {
 public:
     /// A backend that was active at some time during the life of the system. It stays, because what its scanner handed

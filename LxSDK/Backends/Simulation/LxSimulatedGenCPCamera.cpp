@@ -107,7 +107,7 @@ uint16_t ToStatus(const LxResult &aResult)
 
 }  // namespace
 
-class LxSimulatedGenCPCamera::Data
+class LX_NO_EXPORT LxSimulatedGenCPCamera::Data
 {
 public:
     explicit Data(const LxSimulatedGenCPValues &aValues)

@@ -22,7 +22,7 @@ void LxSimulatedSerialEcho::OnReceive(const uint8_t *aData, uint32_t aCount, LxS
     aLine.Send(aData, aCount);
 }
 
-class LxSimulatedSerialScript::Data
+class LX_NO_EXPORT LxSimulatedSerialScript::Data
 {
 public:
     static constexpr size_t MostReceived = 65536;

@@ -41,7 +41,7 @@ std::string FormatFloat(double aValue)
 
 }  // namespace
 
-class LxSimulatedTextCamera::Data
+class LX_NO_EXPORT LxSimulatedTextCamera::Data
 {
 public:
     std::string Answer(const std::string &aLine)
