@@ -20,6 +20,7 @@ enum LxGenRefresh : uint32_t
 /// In the automatic and the polling mode a thread of the window reads the device; the windows of the application stay
 /// responsive while it does. All operations are called on the GUI thread. Those that take the features away or show
 /// them anew wait for that thread and process events of the application meanwhile.
+/// @thread{GUI}
 class LXGUI_API LxGenBrowserWnd : public LxWnd
 {
 public:
@@ -29,35 +30,49 @@ public:
     /// Shows the features of a device from now on.
     /// @param aParameters not owned; it must stay valid until another array or null is set or the window is destroyed.
     ///        Null (the default) empties the window; when the call returns the array is no longer used.
+    /// @thread{GUI}
     void SetGenParameterArray(LxGenParameterArray *aParameters);
 
     /// Up to which level features are shown; Beginner from the start. Takes effect when the features are shown anew.
     /// @return always OK; a value that is no level is ignored.
+    /// @thread{GUI}
     LxResult SetVisibility(LxGenVisibility aVisibility);
+    /// The level that was set or that the user chose.
+    /// @thread{GUI}
     LxGenVisibility GetVisibility();
 
     /// Automatic from the start. Another mode shows the features anew.
     /// @return always OK; a value that is no mode works like the automatic one.
+    /// @thread{GUI}
     LxResult SetRefreshMode(LxGenRefresh aMode);
+    /// The mode that was set or that the user chose.
+    /// @thread{GUI}
     LxGenRefresh GetRefreshMode();
 
     /// Reads every shown feature, in any mode.
+    /// @thread{GUI}
     void Refresh();
 
     /// Adds the options to a list, as the properties "Visibility" ("Beginner", "Expert", "Guru", "Invisible"), "Names"
     /// ("FeatureNames", "DisplayNames"), "View" ("Tree", "AlphabeticalList") and "Refresh" ("PollingRefresh",
     /// "AutoRefresh", "ManualRefresh").
     /// @return always OK.
+    /// @thread{GUI}
     LxResult Save(LxPropertyList &aList);
     /// Takes the options from a list. A property that is missing leaves its option; unknown values mean Beginner,
     /// feature names, tree and automatic. The view is not taken while display names are shown.
     /// @return always OK.
+    /// @thread{GUI}
     LxResult Load(LxPropertyList &aList);
 
     /// Always false: no operation of the window counts as a change. For hosts that keep a flag of their own.
+    /// @thread{GUI}
     bool HasChanged();
+    /// Does nothing.
+    /// @thread{GUI}
     void ResetChanged();
 
     /// Asked on the GUI thread for every feature that is about to be shown; false hides it. Must not call the window.
+    /// @thread{called on the GUI thread}
     virtual bool IsParameterDisplayed(LxGenParameter *aParameter);
 };

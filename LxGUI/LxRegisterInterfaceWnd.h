@@ -8,6 +8,7 @@ class LxDeviceGEV;
 ///
 /// The addresses and the value to write are set to "00000000" each time the window is shown; the value read last and
 /// the results stay. Reading and writing block the GUI thread until the device answered or the time-out passed.
+/// @thread{GUI}
 class LXGUI_API LxRegisterInterfaceWnd : public LxWnd
 {
 public:
@@ -18,5 +19,6 @@ public:
     /// @param aDevice not owned; it must stay valid until another device or null is set or the window is destroyed.
     ///        With null (the default) the buttons do nothing but say that there is no device.
     /// @return always OK.
+    /// @thread{GUI}
     LxResult SetDevice(LxDeviceGEV *aDevice);
 };

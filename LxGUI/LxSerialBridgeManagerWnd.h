@@ -15,6 +15,7 @@ class LxPropertyList;
 /// Bridges run from when the user or Load() has started them until their port gets another bridge, another device is
 /// set or the window object is destroyed, whether the window is shown or not. All operations are called on the GUI
 /// thread unless they say otherwise.
+/// @thread{GUI}
 class LXGUI_API LxSerialBridgeManagerWnd : public LxWnd
 {
 public:
@@ -26,6 +27,7 @@ public:
     /// @param aAdapter not owned; it must stay valid until another one or null is set or the window is destroyed. Null
     ///        (the default) leaves no port.
     /// @return always OK.
+    /// @thread{any}
     LxResult SetDevice(ILxDeviceAdapter *aAdapter);
 
     /// Replaces the list by the properties of the bridges, in the order of the ports. P is the port's name, "Serial0",
@@ -36,17 +38,21 @@ public:
     ///   P + "COMPortStopBits"  while the COM port is open
     ///   P + "CLDLLBaudRate"  the fixed baud rate of a Camera Link bridge; 0 when there is none
     /// @return always OK.
+    /// @thread{GUI}
     LxResult Save(LxPropertyList &aList);
     /// Stops all bridges and starts those of a list. A bridge that cannot be started or set does not keep the others
     /// from it; what went wrong is added to the messages, one sentence each.
     /// @return always OK.
+    /// @thread{GUI}
     LxResult Load(LxPropertyList &aList, LxStringList &aMessages);
     /// Does nothing.
     /// @return always OperationNotImplemented (0x604).
+    /// @thread{GUI}
     LxResult Recover();
 
     /// Deletes the window behind this object when control returns to the event loop, for a host that may be called by
     /// it. Afterwards the object can only be destroyed; its operations do nothing, and those that show it return
     /// InvalidArgument (0x4001).
+    /// @thread{GUI}
     void DeleteLater();
 };

@@ -26,6 +26,7 @@ typedef struct HWND__ *HWND;
 /// Destroying the window also takes its dialog, or its content in a host's widget, from the screen.
 ///
 /// A host that overrides virtual operations of a derived class calls Close() before it destroys the window.
+/// @thread{GUI}
 class LXGUI_API LxWnd
 {
 public:
@@ -40,51 +41,70 @@ public:
     /// @param aParent the native parent. With null the window is shown as a top-level window all the same, and the
     ///        result is InvalidArgument (0x4001).
     /// @return OK, or InvalidArgument (0x4001) when no native handle can be had.
+    /// @thread{GUI}
     LxResult Create(HWND aParent, int aReserved);
     /// Builds the window's content into a widget of the host and shows it. The host keeps the ownership; a layout that
     /// the widget already has is kept and the content is added to it.
     /// @return OK, or InvalidArgument (0x4001) for null.
+    /// @thread{GUI}
     LxResult Create(QWidget *aHost);
 
     /// Runs the window as a modal dialog. A parent is taken by the first dialog of the window, which is then reused.
     /// @return OK when it was accepted; Cancelled (0x4002) when it ended otherwise, also by Close() or by the window's
     ///         destruction; AlreadyShown (28) when the window is visible already.
+    /// @thread{GUI}
     LxResult ShowModal();
+    /// The same above a window of the host, which is blocked meanwhile.
+    /// @thread{GUI}
     LxResult ShowModal(QWidget *aParent);
     /// Shows the window as a modeless dialog; a visible one is brought to the front. Returns OK.
+    /// @thread{GUI}
     LxResult ShowModeless();
+    /// The same above a window of the host.
+    /// @thread{GUI}
     LxResult ShowModeless(QWidget *aParent);
     /// The same with a native parent, which also receives the window's notifications. A null pointer must be cast
     /// (static_cast<HWND>(nullptr)) to choose between this and the overload above.
+    /// @thread{GUI}
     LxResult ShowModeless(HWND aParent);
 
     /// Ends the window's work and hides its dialog; an embedded window is not hidden. Always OK, also when closed.
+    /// @thread{GUI}
     LxResult Close();
 
     /// Position and size in device-independent pixels, applied now or when the window is shown. The size is left alone
     /// unless width and height are at least 1, the position unless x and y are.
+    /// @thread{GUI}
     void SetPosition(int aX, int aY, int aWidth, int aHeight);
     /// The present geometry, or what was set before the window exists; -1 when nothing was.
+    /// @thread{GUI}
     void GetPosition(int &aX, int &aY, int &aWidth, int &aHeight);
     /// The native handle while the window is visible, else null. Like IsVisible() and GetQWidget(), it builds the
     /// content of a window that was never shown.
+    /// @thread{GUI}
     HWND GetHandle() const;
+    /// Whether the window is on the screen.
+    /// @thread{GUI}
     bool IsVisible() const;
     /// The widget that carries the content; made when there is none yet. Owned by the window, unless the host puts it
     /// under a widget of its own. Showing the window in another way makes another widget.
+    /// @thread{GUI}
     QWidget *GetQWidget();
 
     /// UTF-8; empty at first.
+    /// @thread{GUI}
     LxString GetTitle() const;
+    /// UTF-8; the text of the title bar, at once or when the window is shown.
+    /// @thread{GUI}
     void SetTitle(const LxString &aTitle);
 
     /// Processes the pending events of Qt, for hosts that run a loop of their own.
+    /// @thread{GUI}
     static void DoEvents();
 
 protected:
     LxWnd();
     virtual ~LxWnd();
 
-    // Made and deleted by the derived class.
-    Wnd *mWnd = nullptr;
+    Wnd *mWnd = nullptr;  ///< Made and deleted by the derived class.
 };

@@ -22,4 +22,5 @@ enum class LxDeviceSerial : uint32_t
 };
 
 /// "Serial0", "Serial1", "Bulk0" to "Bulk7"; "Invalid" for every other value.
+/// @thread{any}
 LX_API LxString LxDeviceSerialToString(LxDeviceSerial aPort);

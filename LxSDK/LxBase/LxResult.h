@@ -52,15 +52,20 @@ enum class LxResultCode : uint32_t
 /// The outcome of an operation: a code, its name and a description.
 ///
 /// The only error channel of the SDK and of the windows: nothing is thrown to the caller. A value type.
+/// @thread{any; one object by one thread at a time}
 class LX_API LxResult
 {
 public:
     /// A result with this code and no description. 0 is success.
     LxResult(uint32_t aCode = 0) : mCode(aCode) {}
+    /// The same with a named code.
     LxResult(LxResultCode aCode) : mCode(static_cast<uint32_t>(aCode)) {}
+    /// A result with this code and a description, UTF-8.
     LxResult(uint32_t aCode, LxString aDescription);
+    /// The same with a named code.
     LxResult(LxResultCode aCode, LxString aDescription);
 
+    /// The number; one of LxResultCode where it has a name.
     uint32_t GetCode() const { return mCode; }
     /// True when the code is 0.
     bool IsOK() const { return mCode == 0; }
@@ -71,9 +76,13 @@ public:
     /// ("LxGenParameter.cpp:120 Timeout") and may hold '%' and line breaks.
     LxString GetDescription() const { return mDescription; }
 
+    /// Results are equal when their codes are; descriptions do not count.
     bool operator==(const LxResult &aOther) const { return mCode == aOther.mCode; }
+    /// The opposite.
     bool operator!=(const LxResult &aOther) const { return mCode != aOther.mCode; }
+    /// Whether this is the code.
     bool operator==(LxResultCode aCode) const { return mCode == static_cast<uint32_t>(aCode); }
+    /// The opposite.
     bool operator!=(LxResultCode aCode) const { return mCode != static_cast<uint32_t>(aCode); }
 
 private:

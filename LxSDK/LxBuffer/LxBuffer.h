@@ -31,31 +31,41 @@ enum class LxBufferStatus : uint32_t
 ///
 /// Movable, not copyable; not synchronised. Pointers that it hands out are valid until it is freed, detached, changed
 /// or destroyed. A buffer that was moved from has the payload type None and no payload.
+/// @thread{any; one object by one thread at a time}
 class LX_API LxBuffer
 {
 public:
+    /// An empty buffer for this payload; an image buffer has an empty image.
     explicit LxBuffer(LxPayloadType aPayloadType = LxPayloadType::None);
     ~LxBuffer();
+    /// Takes everything over.
     LxBuffer(LxBuffer &&aOther) noexcept;
+    /// Frees what was there and takes everything over.
     LxBuffer &operator=(LxBuffer &&aOther) noexcept;
 
+    /// As given to the constructor; whether the payload is there its operation below says.
     LxPayloadType GetPayloadType() const { return mPayloadType; }
 
     /// The image, if the payload is an image or the buffer was given one; otherwise null. An image buffer has an image
     /// from the start, empty until it is allocated or attached.
     LxImage *GetImage();
+    /// The same for reading only.
     const LxImage *GetImage() const;
+    /// The container, or null. Owned by the buffer.
     const ILxGenDCContainer *GetGenDC() const { return mGenDC.get(); }
+    /// The access unit, or null. Owned by the buffer.
     const ILxH264AccessUnit *GetH264AccessUnit() const { return mH264.get(); }
 
-    /// Gives the buffer a container or an access unit; null takes it away.
+    /// Gives the buffer a container; null takes it away.
     void SetGenDC(std::shared_ptr<const ILxGenDCContainer> aContainer);
+    /// Gives the buffer an access unit; null takes it away.
     void SetH264AccessUnit(std::shared_ptr<const ILxH264AccessUnit> aUnit);
     /// Gives a buffer of any payload type an (empty) image.
     void AddImage();
 
     /// The first byte of the image's memory; null when the buffer is empty.
     const void *GetDataPointer() const;
+    /// The same for writing.
     void *GetDataPointer();
     /// Drops memory of the buffer's own, the container and the access unit; the buffer is then empty (an image that it
     /// has stays, empty). The numbers and the status stay.
@@ -65,14 +75,19 @@ public:
 
     /// The number that the device gave the frame (GigE Vision block ID); 0 when unknown.
     uint64_t GetBlockID() const { return mBlockID; }
+    /// Sets what GetBlockID() gives.
     void SetBlockID(uint64_t aBlockID) { mBlockID = aBlockID; }
     /// The device's time of exposure, in nanoseconds; 0 when unknown.
     uint64_t GetTimestamp() const { return mTimestamp; }
+    /// Sets what GetTimestamp() gives.
     void SetTimestamp(uint64_t aTimestamp) { mTimestamp = aTimestamp; }
     /// The host's time of arrival, in nanoseconds of the system's monotonic clock; 0 when unknown.
     uint64_t GetReceptionTime() const { return mReceptionTime; }
+    /// Sets what GetReceptionTime() gives.
     void SetReceptionTime(uint64_t aTime) { mReceptionTime = aTime; }
+    /// What happened to the frame on its way; Complete for a buffer that was not received.
     LxBufferStatus GetStatus() const { return mStatus; }
+    /// Sets what GetStatus() gives.
     void SetStatus(LxBufferStatus aStatus) { mStatus = aStatus; }
 
 private:

@@ -11,7 +11,9 @@ class LX_API LxImage : public ILxImage
 public:
     LxImage();
     ~LxImage() override;
+    /// Takes the image over; the other one is empty then.
     LxImage(LxImage &&aOther) noexcept;
+    /// Frees what was there and takes the image over.
     LxImage &operator=(LxImage &&aOther) noexcept;
 
     /// Gets memory for an image of this geometry; the content is undefined, the offset 0. Memory of its own that is
@@ -40,6 +42,7 @@ public:
     uint32_t GetHeight() const override { return mHeight; }
     LxPixelType GetPixelType() const override { return mPixelType; }
     const void *GetDataPointer() const override { return mData; }
+    /// The same for writing.
     void *GetDataPointer() { return mData; }
     uint64_t GetDataSize() const override { return mDataSize; }
     uint32_t GetPaddingX() const override { return mPaddingX; }

@@ -18,4 +18,5 @@ struct LxPixelSamples
 /// @return InvalidArgument for a null or empty image; OutOfRange when the pixel is outside it; BufferTooSmall when the
 ///         data are shorter than the geometry; PixelFormatNotSupported for formats of floating point, three-dimensional
 ///         and other data, semiplanar formats and packed formats of several components of GigE Vision 1.x.
+/// @thread{any}
 LX_API LxResult LxReadPixelSamples(const ILxImage *aImage, uint32_t aX, uint32_t aY, LxPixelSamples &aSamples);

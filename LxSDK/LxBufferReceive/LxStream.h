@@ -35,6 +35,7 @@ struct LxStreamConfiguration
 ///
 /// Open, Start, take buffers, Stop. Stop() and the destructor may be called from any thread but a callback's. The
 /// device must outlive the stream or at least its last operation.
+/// @thread{any}
 class LX_API LxStream
 {
 public:
@@ -46,7 +47,9 @@ public:
     /// Binds the stream to a device. Errors: InvalidArgument (null), AlreadyOpen, NotSupported (the device streams
     /// nothing), NotConnected, AccessDenied (the device is connected read-only).
     LxResult Open(LxDevice *aDevice, const LxStreamConfiguration &aConfiguration = LxStreamConfiguration());
+    /// Stops, and forgets the device. Idempotent.
     LxResult Close();
+    /// Whether the stream is bound to a device.
     bool IsOpened() const;
 
     /// Locks the features that must not change while streaming, allocates the buffers and starts the acquisition.
@@ -54,6 +57,7 @@ public:
     LxResult Start();
     /// Stops the acquisition; RetrieveBuffer() that waits ends with Aborted. Idempotent.
     LxResult Stop();
+    /// Whether the acquisition runs, from Start() to Stop(), also while the device is lost.
     bool IsStarted() const;
 
     /// Takes the oldest received frame. The buffer belongs to the stream's pool and returns to it when the last
@@ -62,6 +66,7 @@ public:
     /// @return Timeout when no frame came, Aborted, InvalidState (not started), NotConnected (the device is lost).
     LxResult RetrieveBuffer(std::shared_ptr<const LxBuffer> &aBuffer, uint32_t aTimeout);
 
+    /// What was counted since the last Start(); zeros before the first.
     void GetStatistics(LxStreamStatistics &aStatistics) const;
 
 private:

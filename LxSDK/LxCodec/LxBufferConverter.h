@@ -18,6 +18,7 @@
 ///
 /// One conversion at a time per object; different objects are independent. What a conversion writes does not depend on
 /// the number of threads.
+/// @thread{any; one object by one thread at a time}
 class LX_API LxBufferConverter
 {
 public:

@@ -19,6 +19,7 @@
 ///
 /// Decodes on the caller's thread alone and starts no threads: threads would hold pictures back or hide errors. One
 /// call at a time per object; different objects are independent.
+/// @thread{any; one object by one thread at a time}
 class LX_API LxH264Decoder
 {
 public:

@@ -5,6 +5,7 @@
 class LxGenParameterArray;
 
 /// What serial ports and bridges need of a device.
+/// @thread{any}
 class LX_API ILxDeviceAdapter
 {
 public:

@@ -15,6 +15,7 @@ enum class LxDeviceAccess : uint32_t
 };
 
 /// Receives events of a device. Implemented by the application; called on a thread of the SDK with no lock held.
+/// @thread{called on a thread of the SDK}
 class LX_API LxDeviceEventSink
 {
 public:
@@ -31,6 +32,7 @@ public:
 /// A connected device. Made by LxSystem::Connect(); disconnected when destroyed.
 ///
 /// All operations may be called from any thread. Destroy streams, bridges and windows that use the device first.
+/// @thread{any}
 class LX_API LxDevice
 {
 public:
@@ -45,6 +47,7 @@ public:
     virtual bool IsConnected() const = 0;
     /// A text that identifies the device, as LxDeviceInfo::GetUniqueID() gives it.
     virtual LxString GetUniqueID() const = 0;
+    /// The access that the application asked for when it connected.
     virtual LxDeviceAccess GetAccess() const = 0;
     /// The features of the device; null after Disconnect().
     virtual LxGenParameterArray *GetParameters() = 0;

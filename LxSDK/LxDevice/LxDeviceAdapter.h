@@ -9,11 +9,13 @@ class LxDevice;
 class LX_API LxDeviceAdapter : public ILxDeviceAdapter
 {
 public:
+    /// Null is allowed.
     explicit LxDeviceAdapter(LxDevice *aDevice);
     ~LxDeviceAdapter() override;
 
     LxGenParameterArray *GetParameters() override;
     LxString GetUniqueID() const override;
+    /// The adapted device, or null.
     LxDevice *GetDevice() const { return mDevice; }
 
 private:

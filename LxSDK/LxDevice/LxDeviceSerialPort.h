@@ -11,6 +11,7 @@ class ILxDeviceAdapter;
 ///
 /// All operations may be called from any thread, also at the same time; bytes of two Write() calls at the same time may
 /// mix, and of two Read() calls each byte goes to one.
+/// @thread{any}
 class LX_API LxDeviceSerialPort
 {
 public:
@@ -28,6 +29,7 @@ public:
     LxResult Open(ILxDeviceAdapter *aAdapter, LxDeviceSerial aPort);
     /// Ends every Read() and Write() that waits; idempotent. Not to be called by the peer of a simulated port.
     LxResult Close();
+    /// Whether the port is open.
     bool IsOpened() const;
 
     /// Writes all bytes, blocking for as long as the port takes none. aWritten is how many were taken, also on failure.

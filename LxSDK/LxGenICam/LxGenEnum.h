@@ -13,9 +13,10 @@ public:
     virtual LxResult GetValue(int64_t &aValue) const = 0;
     /// The name of the current entry. NotFound when no entry has the current number.
     virtual LxResult GetValue(LxString &aName) const = 0;
-    /// Chooses an entry by its number or its name. Errors: NotWritable, NotFound (no such entry), NotAvailable (the
-    /// entry cannot be chosen now), the device's.
+    /// Chooses an entry by its number. Errors: NotWritable, NotFound (no such entry), NotAvailable (the entry cannot be
+    /// chosen now), the device's.
     virtual LxResult SetValue(int64_t aValue) = 0;
+    /// Chooses an entry by its name. Errors as above.
     virtual LxResult SetValue(const LxString &aName) = 0;
 
     /// All entries of the XML, in its order, whatever their availability and visibility.

@@ -5,6 +5,7 @@
 class LxGenParameter;
 
 /// Receives notifications of features. Implemented by the application.
+/// @thread{called on the thread that wrote or polled, or on one of the SDK}
 class LX_API LxGenEventSink
 {
 public:

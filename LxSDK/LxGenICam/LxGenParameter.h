@@ -13,34 +13,45 @@ class LxGenParameterList;
 /// ask for attributes (name, tool tip, description, visibility) never talk to the device; those that ask for access or
 /// values may, and then take as long as the device does. While the device does not answer they fail at once with
 /// Timeout or NotConnected.
+/// @thread{any}
 class LX_API LxGenParameter
 {
 public:
     virtual ~LxGenParameter();
 
+    /// The kind; the object can be cast (dynamic_cast) to the class of that kind.
     virtual LxResult GetType(LxGenType &aType) const = 0;
+    /// The name in the XML, unique in the array.
     virtual LxResult GetName(LxString &aName) const = 0;
     /// The name for people; the name when the XML gives none.
     virtual LxResult GetDisplayName(LxString &aDisplayName) const = 0;
+    /// A short text; empty when the XML gives none.
     virtual LxResult GetToolTip(LxString &aToolTip) const = 0;
+    /// A longer text; empty when the XML gives none.
     virtual LxResult GetDescription(LxString &aDescription) const = 0;
     /// The path of the category that lists the feature, from "Root" on, with backslashes: "Root\ImageFormatControl".
     virtual LxResult GetCategory(LxString &aCategory) const = 0;
+    /// Beginner when the XML gives none.
     virtual LxResult GetVisibility(LxGenVisibility &aVisibility) const = 0;
+    /// Custom when the XML gives none.
     virtual LxResult GetNameSpace(LxGenNameSpace &aNameSpace) const = 0;
 
     /// Whether the device has the feature at all.
     virtual LxResult IsImplemented(bool &aImplemented) const = 0;
     /// Whether the feature can be used now; an unimplemented one cannot.
     virtual LxResult IsAvailable(bool &aAvailable) const = 0;
+    /// Whether the feature can be read now: implemented, available, not write-only.
     virtual LxResult IsReadable(bool &aReadable) const = 0;
     /// Whether the feature can be written now: implemented, available, not locked, not read-only, and the application
     /// controls the device.
     virtual LxResult IsWritable(bool &aWritable) const = 0;
     /// The same with false for a failure.
     bool IsImplemented() const;
+    /// The same with false for a failure.
     bool IsAvailable() const;
+    /// The same with false for a failure.
     bool IsReadable() const;
+    /// The same with false for a failure.
     bool IsWritable() const;
     /// Whether a user interface of this level shows the feature.
     bool IsVisible(LxGenVisibility aLevel) const;

@@ -4,6 +4,7 @@
 #include "LxBase/LxStringList.h"
 
 /// Camera Link serial ports that are offered to other programs of this machine.
+/// @thread{any}
 class LX_API LxGenParameterArrayCL
 {
 public:

@@ -8,6 +8,7 @@ class LX_API LxGenString : public LxGenParameter
 public:
     ~LxGenString() override;
 
+    /// Errors: NotReadable and those of the device; the argument is then as it was.
     virtual LxResult GetValue(LxString &aValue) const = 0;
     /// Errors: NotWritable, TooLong (more bytes than GetMaxLength(); nothing is written), and those of the device.
     virtual LxResult SetValue(const LxString &aValue) = 0;

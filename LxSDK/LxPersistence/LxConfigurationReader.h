@@ -6,6 +6,7 @@
 #include "LxPersistence/LxPropertyList.h"
 
 /// Reads what an LxConfigurationWriter wrote. Not synchronised.
+/// @thread{any; one object by one thread at a time}
 class LX_API LxConfigurationReader
 {
 public:

@@ -6,12 +6,13 @@
 
 /// Collects named property lists and writes them as XML.
 ///
-/// The XML form is UTF-8: <LxConfiguration version="1"> holds one <PropertyList name="..."> for each list, which holds
-/// one <Property name="..." value="..."/> for each property, all in the order of storing. Texts that XML 1.0 cannot
-/// carry unchanged (control characters, bytes that are no UTF-8) are written with the attribute encoding="base64". The
-/// format is versioned: a reader refuses a version that it does not know.
+/// The XML form is UTF-8: `<LxConfiguration version="1">` holds one `<PropertyList name="...">` for each list, which
+/// holds one `<Property name="..." value="..."/>` for each property, all in the order of storing. Texts that XML 1.0
+/// cannot carry unchanged (control characters, bytes that are no UTF-8) are written with the attribute
+/// encoding="base64". The format is versioned: a reader refuses a version that it does not know.
 ///
 /// Not synchronised.
+/// @thread{any; one object by one thread at a time}
 class LX_API LxConfigurationWriter
 {
 public:

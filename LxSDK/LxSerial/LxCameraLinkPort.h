@@ -10,6 +10,7 @@
 /// clSerialRead, clSerialWrite, clGetSupportedBaudRates, clSetBaudRate). Closed by its destructor.
 ///
 /// All operations may be called from any thread, also at the same time.
+/// @thread{any}
 class LX_API LxCameraLinkPort
 {
 public:
@@ -24,10 +25,12 @@ public:
     LxResult Open(const LxString &aPortID);
     /// Idempotent. A Read() that waits goes on to its time-out.
     LxResult Close();
+    /// Whether the port is open; true also when the bridge has stopped.
     bool IsOpened() const;
 
-    /// As LxDeviceSerialPort::Write() and Read(); NotConnected when the bridge has stopped.
+    /// As LxDeviceSerialPort::Write(); NotConnected when the bridge has stopped.
     LxResult Write(const uint8_t *aData, uint32_t aCount, uint32_t &aWritten);
+    /// As LxDeviceSerialPort::Read(); NotConnected when the bridge has stopped.
     LxResult Read(uint8_t *aData, uint32_t aCapacity, uint32_t &aRead, uint32_t aTimeout);
 
     /// The rates that SetBaudRate() takes, in baud; none when the device tells none.

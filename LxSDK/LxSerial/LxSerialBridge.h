@@ -14,6 +14,7 @@ class LxStringList;
 ///
 /// The adapter and its device must stay until the bridge is stopped. The speed of the device's port is read and set
 /// through the device's features; to reach those of a bulk port the bridge sets "BulkSelector" for a moment.
+/// @thread{any}
 class LX_API LxSerialBridge
 {
 public:
@@ -68,9 +69,11 @@ public:
     /// the device's port has rates, but not this one; the device's errors.
     LxResult SetHardCodedBaudRate(uint32_t aBaudRate);
 
-    /// Since Start() or ResetStatistics().
+    /// Bytes since Start() or ResetStatistics().
     uint64_t GetBytesSentToDevice() const;
+    /// The same for the other direction.
     uint64_t GetBytesReceivedFromDevice() const;
+    /// Sets both counts to 0.
     void ResetStatistics();
 
 private:

@@ -13,12 +13,13 @@ enum class LxSerialParity : uint32_t
 };
 
 /// How a serial port is set: 9600 baud, no parity, 8 bits, 1 stop bit from the start. A value type.
+/// @thread{any; one object by one thread at a time}
 struct LX_API LxSerialPortConfiguration
 {
-    uint32_t mBaudRate = 9600;  ///< In baud; not 0.
-    LxSerialParity mParity = LxSerialParity::None;
-    uint32_t mByteSize = 8;  ///< Data bits, 5 to 8.
-    uint32_t mStopBits = 1;  ///< 1 or 2.
+    uint32_t mBaudRate = 9600;                      ///< In baud; not 0.
+    LxSerialParity mParity = LxSerialParity::None;  ///< One of LxSerialParity.
+    uint32_t mByteSize = 8;                         ///< Data bits, 5 to 8.
+    uint32_t mStopBits = 1;                         ///< 1 or 2.
 
     /// Whether every member is in its range.
     bool IsValid() const;

@@ -5,9 +5,13 @@
 /// What a simulated GenCP camera is.
 struct LxSimulatedGenCPValues
 {
+    /// Manufacturer name in the bootstrap registers.
     LxString mManufacturer = "LxGUI";
+    /// Model name in the bootstrap registers.
     LxString mModel = "Line Camera";
+    /// Device version in the bootstrap registers.
     LxString mVersion = "1.0.0";
+    /// Serial number in the bootstrap registers.
     LxString mSerialNumber = "GCP0001";
     /// Its GenICam XML; empty: one with the features Width, Height, PixelFormat, ExposureTime, Gain and some more.
     LxString mXML;
@@ -30,12 +34,15 @@ struct LxSimulatedGenCPFaults
 
 /// A camera that speaks GenCP (EMVA GenICam GenCP 1.3) over a serial line: bootstrap registers, manifest with the XML,
 /// switching of the speed, and the registers of its features, which are real. Thread-safe.
+/// @thread{any}
 class LX_API LxSimulatedGenCPCamera : public LxSimulatedSerialPeer
 {
 public:
+    /// A plugged camera with these values.
     explicit LxSimulatedGenCPCamera(const LxSimulatedGenCPValues &aValues = {});
     ~LxSimulatedGenCPCamera() override;
 
+    /// Replaces all faults, from the next command on.
     void SetFaults(const LxSimulatedGenCPFaults &aFaults);
     /// An unplugged camera hears nothing. It has been switched off: its speed is the first one again.
     void SetPlugged(bool aPlugged);

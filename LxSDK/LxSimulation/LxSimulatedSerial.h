@@ -33,7 +33,9 @@ struct LxSimulatedSerialConditions
     bool mStalled = false;
     /// How many bytes wait in each direction before the side that sends has to wait; not 0.
     uint32_t mCapacity = 65536;
+    /// What happens to bytes from the peer to the host.
     LxSimulatedSerialNoise mToHost;
+    /// What happens to bytes from the host to the peer.
     LxSimulatedSerialNoise mToPeer;
     LxResult mReadResult;   ///< Unless OK, every Read() fails with it at once.
     LxResult mWriteResult;  ///< Unless OK, every Write() fails with it at once.
@@ -41,6 +43,7 @@ struct LxSimulatedSerialConditions
 
 /// A serial port as what is connected to it sees it. All operations may be called from any thread. It stays usable for
 /// as long as a peer keeps it; when the device is gone, bytes vanish.
+/// @thread{any}
 class LX_API LxSimulatedSerialLine
 {
 public:
@@ -59,6 +62,7 @@ public:
 
 /// What is connected to a serial port of a simulated device: something that hears bytes and sends some. Implement it to
 /// put a camera of your own behind a frame grabber; see LxSimulation::SetSerialPeer.
+/// @thread{called on the port's own thread and on that of SetSerialPeer()}
 class LX_API LxSimulatedSerialPeer
 {
 public:
@@ -84,6 +88,7 @@ public:
 
 /// Answers texts with texts: as soon as what it has heard ends with a request, it sends the answer and forgets what it
 /// has heard. Thread-safe.
+/// @thread{any}
 class LX_API LxSimulatedSerialScript : public LxSimulatedSerialPeer
 {
 public:

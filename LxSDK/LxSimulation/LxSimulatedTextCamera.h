@@ -13,6 +13,7 @@
 ///   R ADDR COUNT    bytes of its registers: hexadecimal address, decimal count; hexadecimal digits
 ///   W ADDR BYTES    writes bytes, hexadecimal digits: "OK"
 /// Everything else is answered by "ERROR " and a reason.
+/// @thread{any}
 class LX_API LxSimulatedTextCamera : public LxSimulatedSerialPeer
 {
 public:

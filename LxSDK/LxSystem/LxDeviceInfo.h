@@ -17,6 +17,7 @@ enum LxDeviceInfoType : int
 
 /// What a search learned about a device. Owned by its LxSystem and valid as long as that, also when the device is no
 /// longer there; readable from any thread at any time, without traffic.
+/// @thread{any}
 class LX_API LxDeviceInfo
 {
 public:
@@ -31,11 +32,17 @@ public:
     virtual LxString GetUniqueID() const = 0;
     /// A line for people.
     virtual LxString GetDisplayID() const = 0;
+    /// The maker, as the device names it.
     virtual LxString GetVendorName() const = 0;
+    /// The model, as the device names it.
     virtual LxString GetModelName() const = 0;
+    /// The device's version, in its maker's form.
     virtual LxString GetVersion() const = 0;
+    /// What else the maker says; may be empty.
     virtual LxString GetManufacturerInfo() const = 0;
+    /// The serial number; may be empty.
     virtual LxString GetSerialNumber() const = 0;
+    /// The name that a user gave the device; may be empty.
     virtual LxString GetUserDefinedName() const = 0;
     /// What to pass to LxSystem::FindDevice(): the IP address of a network device, the unique ID of a USB one.
     virtual LxString GetConnectionID() const = 0;
@@ -45,5 +52,6 @@ public:
     virtual bool IsConfigurationValid() const = 0;
     /// Whether the application may receive images from it.
     virtual bool IsLicenseValid() const = 0;
+    /// IsLicenseValid() in words.
     virtual LxString GetLicenseMessage() const = 0;
 };

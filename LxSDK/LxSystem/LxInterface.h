@@ -15,6 +15,7 @@ enum LxInterfaceType : int
 
 /// An interface of the host at which devices can be found. Owned by its LxSystem and valid as long as that; readable
 /// from any thread at any time.
+/// @thread{any}
 class LX_API LxInterface
 {
 public:

@@ -16,6 +16,7 @@ class LxSystemEventSink;
 /// long as it does and may be read while a search runs. So that answers with ever new identities cannot fill the
 /// memory, a system tells at most 4096 network devices apart at each adapter, over its whole life: further ones are
 /// neither reported nor listed, those that are known still are.
+/// @thread{any}
 class LX_API LxSystem
 {
 public:
@@ -26,10 +27,12 @@ public:
 
     /// How long the next Find() listens, in milliseconds; 1000 by default.
     void SetDetectionTimeout(uint32_t aTimeout);
+    /// As it was set, in milliseconds.
     uint32_t GetDetectionTimeout() const;
     /// Whether the next Find() also sends to the broadcast address of each adapter's subnets. Off by default; the
     /// broadcast to 255.255.255.255 is always sent.
     void SetSubnetBroadcastEnabled(bool aEnabled);
+    /// As it was set.
     bool IsSubnetBroadcastEnabled() const;
 
     /// Searches on every interface for the detection time-out. Each answer is passed to the event sinks as it comes,
@@ -49,6 +52,7 @@ public:
     /// about the device too. The lists of devices stay as they are.
     LxResult FindDevice(const LxString &aAddress, const LxDeviceInfo **aFound);
 
+    /// The number of interfaces, from the last Find() or the construction.
     uint32_t GetInterfaceCount() const;
     /// The interface at an index of 0 to GetInterfaceCount() - 1, else null. The order is stable.
     const LxInterface *GetInterface(uint32_t aIndex) const;

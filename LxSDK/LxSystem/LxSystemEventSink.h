@@ -6,6 +6,7 @@ class LxDeviceInfo;
 class LxInterface;
 
 /// Receives what a search finds. Implemented by the application.
+/// @thread{called on the thread that searches}
 class LX_API LxSystemEventSink
 {
 public:

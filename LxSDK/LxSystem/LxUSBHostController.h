@@ -18,11 +18,13 @@ class LX_API LxUSBHostController : public LxInterface
 public:
     ~LxUSBHostController() override;
 
-    /// PCI numbers of the controller; 0 when it is no PCI device.
+    /// PCI number of the maker; 0 when it is no PCI device.
     virtual uint32_t GetVendorID() const = 0;
+    /// PCI number of the model; 0 when it is no PCI device.
     virtual uint32_t GetDeviceID() const = 0;
     /// Subsystem in the high, subsystem vendor in the low 16 bits.
     virtual uint32_t GetSubsystemID() const = 0;
+    /// PCI revision.
     virtual uint32_t GetRevision() const = 0;
     /// One of LxUSBSpeed.
     virtual uint32_t GetSpeed() const = 0;
