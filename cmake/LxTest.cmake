@@ -1,18 +1,24 @@
 # lx_add_test(NAME <name> LABELS <label>... SOURCES <file>...
 #             [PLATFORM none|offscreen|xcb] [NETNS] [SDK_ONLY] [LIBS <target>...]
-#             [TIMEOUT <seconds>] [MAIN <file>] [RESOURCE_LOCK <name>])
+#             [TIMEOUT <seconds>] [COST <seconds>] [BUSY] [MAIN <file>] [RESOURCE_LOCK <name>])
 #
 # Makes one test program from GoogleTest cases and registers it with ctest. The program is linked with the objects of
 # the libraries, so that internal classes can be tested. PLATFORM says which Qt platform it runs on: "offscreen" (the
 # default for a test of windows), "xcb" (a private Xvfb is started for it), or "none" (no Qt). NETNS runs it in a
 # network namespace of its own. Tests that use threads carry the label "concurrency" too and also run under the thread
-# sanitizer.
+# sanitizer. Most tests spend their time waiting, so more of them run at once than there are cores; a BUSY one counts
+# twice. COST says that it takes long and starts early.
 set(LXGUI_TEST_SUPPORT ${CMAKE_SOURCE_DIR}/tests/support)
 # All programs that the tests labelled "concurrency" run: what is built for the thread sanitizer.
 add_custom_target(concurrency_tests)
 
 # The precompiled headers of all tests, and their optimisation: most of a test's time is its compilation.
 set(LXGUI_TEST_OPTIONS -O0)
+# Files of a test that are compiled together, which shares the templates that they instantiate: few where people work.
+set(LXGUI_TEST_BATCH 4)
+if(LXGUI_SANITIZE)
+  set(LXGUI_TEST_BATCH 16)
+endif()
 function(lx_add_test_headers name)
   add_library(${name} STATIC ${LXGUI_TEST_SUPPORT}/PrecompiledHeaders.cpp)
   # as programs are compiled
@@ -22,7 +28,7 @@ function(lx_add_test_headers name)
 endfunction()
 
 function(lx_add_test)
-  cmake_parse_arguments(T "NETNS;SDK_ONLY" "NAME;PLATFORM;TIMEOUT;MAIN;RESOURCE_LOCK" "LABELS;SOURCES;LIBS;ARGS" ${ARGN})
+  cmake_parse_arguments(T "NETNS;SDK_ONLY;BUSY" "NAME;PLATFORM;TIMEOUT;COST;MAIN;RESOURCE_LOCK" "LABELS;SOURCES;LIBS;ARGS" ${ARGN})
   if(NOT T_TIMEOUT)
     set(T_TIMEOUT 120)
   endif()
@@ -34,7 +40,11 @@ function(lx_add_test)
   endif()
   add_executable(${T_NAME} ${T_SOURCES})
   target_link_libraries(${T_NAME} PRIVATE LxCompile TestSupport ${T_LIBS} GTest::gmock GTest::gtest)
-  target_compile_options(${T_NAME} PRIVATE ${LXGUI_TEST_OPTIONS})
+  if(NOT LXGUI_FOR_CLANG_TIDY)
+    set_target_properties(${T_NAME} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${LXGUI_TEST_BATCH})
+  endif()
+  # what is in a file's anonymous namespace is in no other file, also where files are compiled together
+  target_compile_options(${T_NAME} PRIVATE ${LXGUI_TEST_OPTIONS} -Wno-subobject-linkage)
   if(T_SDK_ONLY)
     target_link_libraries(${T_NAME} PRIVATE LxSDKInternal)
     target_precompile_headers(${T_NAME} REUSE_FROM TestHeaders)
@@ -84,6 +94,12 @@ function(lx_add_test)
     LABELS "${T_LABELS}" TIMEOUT ${T_TIMEOUT} SKIP_RETURN_CODE 77 ENVIRONMENT "${environment}")
   if("concurrency" IN_LIST T_LABELS)
     add_dependencies(concurrency_tests ${T_NAME})
+  endif()
+  if(T_BUSY)
+    set_tests_properties(${T_NAME} PROPERTIES PROCESSORS 2)
+  endif()
+  if(T_COST)
+    set_tests_properties(${T_NAME} PROPERTIES COST ${T_COST})
   endif()
   if(T_RESOURCE_LOCK)
     set_tests_properties(${T_NAME} PROPERTIES RESOURCE_LOCK ${T_RESOURCE_LOCK})

@@ -11,17 +11,10 @@
 #include <QtWidgets/QToolTip>
 
 #include "FinderTest.h"
+#include "IPConfigurationTexts.h"
 
 namespace
 {
-
-constexpr char sRange[] = "IP addresses in the 224.*.*.* to 255.*.*.* range cannot be assigned to a device.";
-constexpr char sOtherSubnet[] = "Device IP Address does not match Interface Subnet.";
-constexpr char sEnd[] = "IP addresses ending by 0 or 255 are invalid.";
-constexpr char sSameAddress[] = "The IP Address cannot be the same as the Interface!";
-constexpr char sOtherMask[] = "Device Subnet Mask should match Interface Subnet Mask.";
-constexpr char sInvalidMask[] = "Invalid subnet mask.";
-constexpr char sOtherGateway[] = "Device Gateway does not match Interface Subnet.";
 
 QComboBox *Combo(const QWidget *aDialog)
 {
@@ -283,8 +276,6 @@ struct MarkerCase
     const char *mMessage;
 };
 
-constexpr char sMask24[] = "255.255.255.0";
-
 }  // namespace
 
 class ForceIPDlgMarker : public ForceIPDlgTest, public testing::WithParamInterface<MarkerCase>
@@ -475,7 +466,7 @@ TEST_F(ForceIPDlgTest, CancelAndEscapeChangeNothing)
 namespace
 {
 
-struct BlockCase
+struct BlockingCase
 {
     const char *mName;
     const char *mAddress;
@@ -485,7 +476,7 @@ struct BlockCase
 
 }  // namespace
 
-class ForceIPDlgBlock : public ForceIPDlgTest, public testing::WithParamInterface<BlockCase>
+class ForceIPDlgBlock : public ForceIPDlgTest, public testing::WithParamInterface<BlockingCase>
 {
 };
 
@@ -507,14 +498,14 @@ TEST_P(ForceIPDlgBlock, KeepsTheDialogOpen)
 
 INSTANTIATE_TEST_SUITE_P(
     Table, ForceIPDlgBlock,
-    testing::Values(BlockCase{"AddressOfTheAdapter", "192.168.1.10", "255.255.255.0",
-                              "Cannot assign the same IP Address as the Interface!"},
-                    BlockCase{"Range", "224.1.2.3", "255.255.255.0", sRange},
-                    BlockCase{"Subnet", "192.168.1.0", "255.255.255.0",
-                              "Cannot assign the device IP Address to be the same as its subnet!"},
-                    BlockCase{"Incomplete", "192.168.1.", "255.255.255.0",
-                              "Cannot assign the device IP Address to be the same as its subnet!"},
-                    BlockCase{"Empty", "", "", "Cannot assign the device IP Address to be the same as its subnet!"}),
+    testing::Values(BlockingCase{"AddressOfTheAdapter", "192.168.1.10", "255.255.255.0",
+                                 "Cannot assign the same IP Address as the Interface!"},
+                    BlockingCase{"Range", "224.1.2.3", "255.255.255.0", sRange},
+                    BlockingCase{"Subnet", "192.168.1.0", "255.255.255.0",
+                                 "Cannot assign the device IP Address to be the same as its subnet!"},
+                    BlockingCase{"Incomplete", "192.168.1.", "255.255.255.0",
+                                 "Cannot assign the device IP Address to be the same as its subnet!"},
+                    BlockingCase{"Empty", "", "", "Cannot assign the device IP Address to be the same as its subnet!"}),
     [](const auto &aInfo) { return aInfo.param.mName; });
 
 TEST_F(ForceIPDlgTest, AsksAboutDoubtsAndAppliesAfterYes)

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "IPConfigurationTexts.h"
 #include "LxGUI/DeviceFinder/IPConfigurationRules.h"
 #include "LxGUI/DeviceFinder/IPv4.h"
 
@@ -128,14 +129,6 @@ TEST(IPv4, EveryPrefixLengthIsContiguousAndEveryMaskWithAHoleIsNot)
 namespace
 {
 
-constexpr char sRange[] = "IP addresses in the 224.*.*.* to 255.*.*.* range cannot be assigned to a device.";
-constexpr char sOtherSubnet[] = "Device IP Address does not match Interface Subnet.";
-constexpr char sEnd[] = "IP addresses ending by 0 or 255 are invalid.";
-constexpr char sSameAddress[] = "The IP Address cannot be the same as the Interface!";
-constexpr char sOtherMask[] = "Device Subnet Mask should match Interface Subnet Mask.";
-constexpr char sInvalidMask[] = "Invalid subnet mask.";
-constexpr char sOtherGateway[] = "Device Gateway does not match Interface Subnet.";
-
 IPConfiguration MakeConfiguration(const char *aAddress, const char *aMask, const char *aGateway)
 {
     return {IPv4::ToNumber(aAddress), IPv4::ToNumber(aMask), IPv4::ToNumber(aGateway)};
@@ -155,7 +148,6 @@ struct DoubtCase
 };
 
 constexpr char sNIC[] = "192.168.1.10";
-constexpr char sMask24[] = "255.255.255.0";
 
 }  // namespace
 

@@ -7,9 +7,6 @@
 namespace
 {
 
-constexpr auto sMin64 = std::numeric_limits<int64_t>::min();
-constexpr auto sMax64 = std::numeric_limits<int64_t>::max();
-
 // What the constructor reads
 
 TEST(TreeItem, AFeatureHasItsTexts)
@@ -309,8 +306,8 @@ TEST(TreeItem, AnIntegerIsWrittenInItsRepresentation)
 {
     FakeInteger feature("Address");
     feature.mRepresentation = LxGenRepresentationHexNumber;
-    feature.mMin = sMin64;
-    feature.mMax = sMax64;
+    feature.mMin = std::numeric_limits<int64_t>::min();
+    feature.mMax = std::numeric_limits<int64_t>::max();
     feature.mValue = 0xBEEF;
     feature.mUnit = "%2";
     EXPECT_EQ(Item(feature).ValueText(), "0xbeef %2");

@@ -23,8 +23,6 @@ using std::chrono::milliseconds;
 namespace
 {
 
-constexpr uint32_t loopbackAddress = 0x7F000001;
-constexpr uint64_t mac = 0x0011223344AB;
 constexpr char macText[] = "00:11:22:33:44:AB";
 
 using Control = NetworkTest;

@@ -19,9 +19,6 @@
 
 namespace Gvcp = LxDetail::Gvcp;
 
-constexpr uint32_t loopbackAddress = 0x7F000001;
-constexpr uint64_t mac = 0x0011223344AB;
-
 /// Keeps what searches report.
 class Recorder : public LxSystemEventSink
 {

@@ -10,6 +10,9 @@
 
 #include "GigEVision/GvcpPacket.h"
 
+constexpr uint32_t loopbackAddress = 0x7F000001;
+constexpr uint64_t mac = 0x0011223344AB;
+
 /// A command that a GvcpResponder received.
 struct ReceivedCommand
 {

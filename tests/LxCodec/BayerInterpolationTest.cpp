@@ -88,11 +88,6 @@ protected:
     OnVectorTarget mTarget{GetParam()};
 };
 
-std::string NameOf(const testing::TestParamInfo<int64_t> &aInfo)
-{
-    return aInfo.param == HWY_SCALAR ? "Scalar" : hwy::TargetName(aInfo.param);
-}
-
 }  // namespace
 
 INSTANTIATE_TEST_SUITE_P(OnEveryTarget, BayerInterpolation, testing::ValuesIn(GetVectorTargets()), NameOf);

@@ -172,11 +172,6 @@ private:
     size_t mHigh = 0;
 };
 
-std::string NameOf(const testing::TestParamInfo<int64_t> &aInfo)
-{
-    return aInfo.param == HWY_SCALAR ? "Scalar" : hwy::TargetName(aInfo.param);
-}
-
 }  // namespace
 
 INSTANTIATE_TEST_SUITE_P(OnEveryTarget, Kernels, testing::ValuesIn(GetVectorTargets()), NameOf);

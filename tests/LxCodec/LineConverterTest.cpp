@@ -65,11 +65,6 @@ protected:
     OnVectorTarget mTarget{GetParam()};
 };
 
-std::string NameOf(const testing::TestParamInfo<int64_t> &aInfo)
-{
-    return aInfo.param == HWY_SCALAR ? "Scalar" : hwy::TargetName(aInfo.param);
-}
-
 // Every width up to several vectors, and widths of one and more pieces.
 std::vector<uint32_t> Widths()
 {

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <gtest/gtest.h>
 #include <hwy/highway.h>
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 /// The kinds of vector units that this machine has, scalar code last.
@@ -17,6 +19,12 @@ inline std::vector<int64_t> GetVectorTargets()
     }
     targets.push_back(HWY_SCALAR);
     return targets;
+}
+
+/// The name of a parameterised test for one of them.
+inline std::string NameOf(const testing::TestParamInfo<int64_t> &aInfo)
+{
+    return aInfo.param == HWY_SCALAR ? "Scalar" : hwy::TargetName(aInfo.param);
 }
 
 /// Lets conversion use the kernels for one kind only, as long as the object lives. Not while a conversion runs.

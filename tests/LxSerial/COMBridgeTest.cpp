@@ -23,8 +23,6 @@ using namespace std::chrono_literals;
 namespace
 {
 
-constexpr auto Serial0 = LxDeviceSerial::Serial0;
-
 /// The rate of a speed constant of termios; 0 for others, as BOTHER.
 speed_t GetSpeed(int aDescriptor)
 {

@@ -14,8 +14,6 @@
 namespace
 {
 
-constexpr auto Serial0 = LxDeviceSerial::Serial0;
-
 std::string GetIDs()
 {
     LxStringList list;

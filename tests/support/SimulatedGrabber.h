@@ -11,6 +11,8 @@
 #include "LxSimulation/LxSimulation.h"
 #include "LxSystem/LxSystem.h"
 
+constexpr auto Serial0 = LxDeviceSerial::Serial0;
+
 /// A connected simulated frame grabber, alone on its host, for as long as the object lives. Its unique ID is ID; the
 /// ports are as the values say, with nothing connected to them.
 class SimulatedGrabber
