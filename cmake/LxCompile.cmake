@@ -61,3 +61,12 @@ function(lx_limit_exports library)
   target_link_options(${library} PRIVATE LINKER:--version-script=${map})
   set_property(TARGET ${library} APPEND PROPERTY LINK_DEPENDS ${map})
 endfunction()
+
+# Describes in the debug information of the development build what the public headers say, for script/abi: the types that
+# each of the files defines which have a header of their name, and those alone. Everything else stays as short as it is.
+set(LXGUI_ABI_FLAGS -g2 -femit-struct-debug-baseonly -fno-var-tracking)
+function(lx_describe_abi objects)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Debug" AND NOT LXGUI_SANITIZE)
+    set_property(SOURCE ${ARGN} TARGET_DIRECTORY ${objects} APPEND PROPERTY COMPILE_OPTIONS ${LXGUI_ABI_FLAGS})
+  endif()
+endfunction()

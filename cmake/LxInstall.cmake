@@ -1,5 +1,6 @@
-# What `cmake --install` puts where. Four components: Runtime (the libraries), Development (headers, package files),
-# Viewer (the programs), Documentation. Everything finds its parts relative to itself, so that the prefix can be chosen
+# What `cmake --install` puts where. Six components, each a Debian package (packaging/CMakeLists.txt): RuntimeSDK and
+# Runtime (the libraries, apart because the SDK needs no Qt), Development (headers, package files), Viewer, Emulator (the
+# programs), Documentation. Everything finds its parts relative to itself, so that the prefix can be chosen
 # at installation and moved afterwards.
 include(CMakePackageConfigHelpers)
 
@@ -9,8 +10,8 @@ set(LXGUI_INSTALL_PACKAGE ${CMAKE_INSTALL_LIBDIR}/cmake/LxGUI)
 
 set_target_properties(LxSDK LxGUI PROPERTIES INSTALL_RPATH "$ORIGIN")
 install(TARGETS LxSDK EXPORT LxSDKTargets
-  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT RuntimeSDK
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT RuntimeSDK NAMELINK_COMPONENT Development
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development
   FILE_SET HEADERS DESTINATION ${LXGUI_INSTALL_HEADERS} COMPONENT Development)
 install(TARGETS LxGUI EXPORT LxGUITargets
@@ -46,9 +47,11 @@ endforeach()
 if(LXGUI_BUILD_APPS)
   file(RELATIVE_PATH to_libraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
   set_target_properties(lxgui-viewer PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
-  install(TARGETS lxgui-viewer lxgui-camera-emulator
-    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Viewer)
+  install(TARGETS lxgui-viewer RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Viewer)
+  install(TARGETS lxgui-camera-emulator RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Emulator)
 endif()
 
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Documentation)
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Documentation)
+# the site, where script/docs has made it
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/build/docs/html DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Documentation OPTIONAL)

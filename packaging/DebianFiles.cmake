@@ -1,0 +1,35 @@
+# Adds to each package, before it is packed, what Debian wants and no other installation does.
+find_program(GZIP gzip REQUIRED)
+find_program(STRIP strip REQUIRED)
+
+function(lx_compress file)
+  # -n: neither name nor time, so that the same content gives the same package
+  execute_process(COMMAND ${GZIP} -9nf ${file} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+foreach(component ${CPACK_COMPONENTS_ALL})
+  string(TOUPPER ${component} upper)
+  set(package ${CPACK_DEBIAN_${upper}_PACKAGE_NAME})
+  set(root ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/${component}/usr)
+  file(MAKE_DIRECTORY ${root}/share/doc)
+  if(EXISTS ${root}/share/doc/LxGUI)
+    file(RENAME ${root}/share/doc/LxGUI ${root}/share/doc/${package})
+  endif()
+  file(COPY ${CPACK_LXGUI_PACKAGING}/copyright ${CPACK_LXGUI_PACKAGING}/changelog DESTINATION ${root}/share/doc/${package}
+    FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+  lx_compress(${root}/share/doc/${package}/changelog)
+  file(GLOB pages ${root}/share/man/man1/*.1)
+  foreach(page ${pages})
+    lx_compress(${page})
+  endforeach()
+  if(EXISTS ${CPACK_LXGUI_PACKAGING}/${package}.lintian-overrides)
+    configure_file(${CPACK_LXGUI_PACKAGING}/${package}.lintian-overrides ${root}/share/lintian/overrides/${package} COPYONLY)
+  endif()
+  file(GLOB binaries ${root}/bin/* ${root}/lib/*/*.so.*)
+  foreach(binary ${binaries})
+    if(NOT IS_SYMLINK ${binary})
+      file(RPATH_REMOVE FILE ${binary})  # the dynamic linker knows where packaged libraries are
+      execute_process(COMMAND ${STRIP} --strip-unneeded --remove-section=.comment ${binary} COMMAND_ERROR_IS_FATAL ANY)
+    endif()
+  endforeach()
+endforeach()
