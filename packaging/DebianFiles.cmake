@@ -14,6 +14,7 @@ foreach(component ${CPACK_COMPONENTS_ALL})
   file(MAKE_DIRECTORY ${root}/share/doc)
   if(EXISTS ${root}/share/doc/LxGUI)
     file(RENAME ${root}/share/doc/LxGUI ${root}/share/doc/${package})
+    file(COPY ${CPACK_LXGUI_SITE} DESTINATION ${root}/share/doc/${package})
   endif()
   file(COPY ${CPACK_LXGUI_PACKAGING}/copyright ${CPACK_LXGUI_PACKAGING}/changelog DESTINATION ${root}/share/doc/${package}
     FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
