@@ -1,0 +1,272 @@
+// The examples, built against the installed package, run with simulated cameras and worked from outside.
+
+#include <gmock/gmock.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
+#include <QtCore/QProcess>
+#include <QtCore/QSet>
+#include <QtCore/QTemporaryDir>
+
+#include "Screen.h"
+#include "WaitFor.h"
+
+namespace
+{
+
+// How many colours a window has at least that is not blank, and one with the picture of a camera, which no window
+// without one has.
+constexpr int cWindowColours = 40;
+constexpr int cPictureColours = 130;
+
+// A program that runs; its windows, what it prints and how it ends.
+class Examples : public testing::Test
+{
+protected:
+    void Start(const char *aName, const QStringList &aArguments = {})
+    {
+        mName = QLatin1String(aName);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("LXSDK_SIMULATION"), QStringLiteral("only"));
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), mRuntime.path());
+        mProgram.setProcessEnvironment(environment);
+        mProgram.setProcessChannelMode(QProcess::MergedChannels);
+        mProgram.start(QStringLiteral(LXGUI_EXAMPLES "/%1").arg(mName), aArguments);
+        ASSERT_TRUE(mProgram.waitForStarted()) << mProgram.errorString().toStdString();
+    }
+
+    void TearDown() override
+    {
+        if (mProgram.state() != QProcess::NotRunning) {
+            mProgram.kill();
+            mProgram.waitForFinished();
+        }
+    }
+
+    bool IsRunning()
+    {
+        mProgram.waitForFinished(0);
+        return mProgram.state() != QProcess::NotRunning;
+    }
+
+    const std::string &Output()
+    {
+        mProgram.waitForReadyRead(0);
+        mOutput += mProgram.readAll().toStdString();
+        return mOutput;
+    }
+
+    // The exit code; -1 when it does not end or crashes.
+    int End()
+    {
+        const bool ended = WaitFor([&] { return !IsRunning(); });
+        Output();
+        return ended && mProgram.exitStatus() == QProcess::NormalExit ? mProgram.exitCode() : -1;
+    }
+
+    xcb_window_t WaitForWindow(const char *aTitle)
+    {
+        xcb_window_t window = XCB_NONE;
+        EXPECT_TRUE(WaitFor([&] { return !IsRunning() || (window = mScreen.Find(aTitle)) != XCB_NONE; }));
+        EXPECT_NE(window, xcb_window_t{XCB_NONE}) << aTitle << " is not shown\n" << Output();
+        return window;
+    }
+
+    // Waits until a window, or a part of it, shows this many colours.
+    void ExpectContent(xcb_window_t aWindow, int aColours, const QRect &aPart = QRect())
+    {
+        int colours = 0;
+        EXPECT_TRUE(WaitFor([&] { return (colours = CountColours(mScreen.Picture(aWindow).copy(aPart))) >= aColours; }))
+            << colours << " colours";
+    }
+
+    void Save(const char *aWhat)
+    {
+        QDir().mkpath(QStringLiteral(LXGUI_PICTURES));
+        EXPECT_TRUE(
+            mScreen.Picture().save(QStringLiteral(LXGUI_PICTURES "/%1-%2.png").arg(mName, QLatin1String(aWhat))));
+    }
+
+    static int CountColours(const QImage &aPicture)
+    {
+        QSet<QRgb> colours;
+        for (int y = 0; y < aPicture.height(); ++y) {
+            for (int x = 0; x < aPicture.width(); ++x) {
+                colours.insert(aPicture.pixel(x, y));
+            }
+        }
+        return static_cast<int>(colours.size());
+    }
+
+    // Chooses the first device at the first interface of the finder as soon as it is there.
+    void ChooseFirstCamera()
+    {
+        const xcb_window_t finder = WaitForWindow("Choose a camera");
+        ExpectContent(finder, cWindowColours);
+        EXPECT_TRUE(WaitFor([&] {
+            if (mScreen.Find("Choose a camera") == XCB_NONE) {
+                return true;
+            }
+            const QImage before = mScreen.Picture(finder);
+            mScreen.Press(finder, Key::cHome);
+            mScreen.Press(finder, Key::cDown);
+            if (WaitFor([&] { return mScreen.Picture(finder) != before; }, std::chrono::milliseconds(100))) {
+                Save("finder");
+            }
+            mScreen.Press(finder, Key::cReturn);
+            return WaitFor([&] { return mScreen.Find("Choose a camera") == XCB_NONE; }, std::chrono::milliseconds(200));
+        }));
+    }
+
+    Screen mScreen;
+
+private:
+    const QTemporaryDir mRuntime;
+    QString mName;
+    QProcess mProgram;
+    std::string mOutput;
+};
+
+}  // namespace
+
+TEST_F(Examples, TheModalFinderPrintsTheChoice)
+{
+    Start("modal-finder");
+    ChooseFirstCamera();
+    EXPECT_EQ(End(), 0);
+    EXPECT_EQ(Output(), "LxGUI Simulated Camera at 192.168.10.21\n");
+}
+
+TEST_F(Examples, TheModalFinderSaysThatNothingWasChosen)
+{
+    Start("modal-finder");
+    mScreen.Press(WaitForWindow("Choose a camera"), Key::cEscape);
+    EXPECT_EQ(End(), 1);
+    EXPECT_EQ(Output(), "No camera was chosen.\n");
+}
+
+TEST_F(Examples, ModelessWindowsShowPictureAndFeatures)
+{
+    Start("modeless-windows");
+    ChooseFirstCamera();
+    const xcb_window_t picture = WaitForWindow("Picture");
+    const xcb_window_t features = WaitForWindow("Features");
+    ExpectContent(picture, cPictureColours);
+    ExpectContent(features, cWindowColours);
+    Save("windows");
+    mScreen.Close(features);
+    EXPECT_TRUE(WaitFor([&] { return mScreen.Find("Features") == XCB_NONE; }));
+    ExpectContent(picture, cPictureColours);
+    EXPECT_TRUE(IsRunning());
+    mScreen.Close(picture);
+    EXPECT_EQ(End(), 0);
+    EXPECT_EQ(Output(), "");
+}
+
+TEST_F(Examples, OwnWidgetsShowPictureAndFeatures)
+{
+    Start("own-widgets");
+    ChooseFirstCamera();
+    const xcb_window_t window = WaitForWindow("Inspection");
+    ExpectContent(window, cPictureColours, QRect(0, 0, 550, 550));
+    ExpectContent(window, cWindowColours, QRect(620, 0, 480, 550));
+    Save("window");
+    mScreen.Close(window);
+    EXPECT_EQ(End(), 0);
+    EXPECT_EQ(Output(), "");
+}
+
+TEST_F(Examples, TheX11HostShowsThePictureAndGetsItsMessages)
+{
+    Start("x11-host", {QStringLiteral("192.168.10.21")});
+    const xcb_window_t window = WaitForWindow("A window of X11");
+    ExpectContent(window, cPictureColours);
+    EXPECT_TRUE(WaitFor([&] { return Output() == "The picture has 640 x 480 pixels.\n"; })) << Output();
+
+    mScreen.Resize(window, 500, 300);
+    EXPECT_TRUE(WaitFor([&] { return mScreen.Picture(window).size() == QSize(500, 300); }));
+    ExpectContent(window, cPictureColours);
+
+    const xcb_window_t browser = WaitForWindow("Features");
+    ExpectContent(browser, cWindowColours);
+    Save("windows");
+    EXPECT_TRUE(WaitFor([&] {
+        mScreen.Click(browser, 150, 200);  // into the tree
+        mScreen.Press(browser, Key::cHome);
+        mScreen.Type(browser, "devicereset");  // finds the feature
+        mScreen.Press(browser, Key::cF2);
+        mScreen.Press(browser, Key::cSpace);
+        return WaitFor([&] { return Output().find("restarts") != std::string::npos; }, std::chrono::milliseconds(1000));
+    }));
+    Save("reset");
+    mScreen.Close(window);
+    EXPECT_EQ(End(), 0);
+    EXPECT_EQ(Output(), "The picture has 640 x 480 pixels.\nThe camera restarts.\n");
+}
+
+TEST_F(Examples, TheX11HostSaysThatThereIsNoCamera)
+{
+    Start("x11-host", {QStringLiteral("192.168.10.99")});
+    EXPECT_EQ(End(), 1);
+    EXPECT_THAT(Output(), testing::StartsWith("192.168.10.99: "));
+}
+
+TEST_F(Examples, AConsoleProgramGoesOnWithTheChosenCamera)
+{
+    Start("console-finder");
+    ChooseFirstCamera();
+    EXPECT_EQ(End(), 0);
+    EXPECT_THAT(Output(), testing::MatchesRegex("Choose a camera.\nDeviceModelName = Simulated Camera\nWidth = [0-9]+\n"
+                                                "Height = [0-9]+\nPixelFormat = [A-Za-z0-9]+\nExposureTime = .*\n"));
+}
+
+TEST_F(Examples, FiltersListOneModelAndFewFeatures)
+{
+    Start("filters", {QStringLiteral("Simulated Frame Grabber")});
+    ChooseFirstCamera();
+    const xcb_window_t window = WaitForWindow("Picture settings");
+    ExpectContent(window, cWindowColours);
+    Save("features");
+    mScreen.Close(window);
+    EXPECT_EQ(End(), 0);
+    EXPECT_EQ(Output(), "02:00:00:00:01:05\n");
+}
+
+TEST_F(Examples, AnApplicationsOwnTestsRunWithoutACamera)
+{
+    Start("unit-test");
+    EXPECT_EQ(End(), 0);
+    EXPECT_THAT(Output(), testing::HasSubstr("[  PASSED  ] 6 tests."));
+}
+
+TEST_F(Examples, TheProgramOfTheReadmeShowsThePicture)
+{
+    Start("first-window");
+    std::vector<xcb_window_t> windows;
+    ASSERT_TRUE(WaitFor([&] { return (windows = mScreen.Windows()).size() == 1; }));
+    const xcb_window_t finder = windows[0];
+    ExpectContent(finder, cWindowColours);
+    ASSERT_TRUE(WaitFor([&] {
+        mScreen.Press(finder, Key::cHome);
+        mScreen.Press(finder, Key::cDown);
+        mScreen.Press(finder, Key::cReturn);
+        const auto isNext = [&] {
+            windows = mScreen.Windows();
+            return windows.size() == 1 && windows[0] != finder;
+        };
+        return WaitFor(isNext, std::chrono::milliseconds(300));
+    }));
+    ExpectContent(windows[0], cPictureColours);
+    Save("picture");
+    mScreen.Close(windows[0]);
+    EXPECT_EQ(End(), 0);
+    EXPECT_EQ(Output(), "");
+}
+
+int main(int argc, char **argv)
+{
+    testing::InitGoogleMock(&argc, argv);
+    const QCoreApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
