@@ -17,13 +17,24 @@ typedef struct HWND__ *HWND;
 ///
 /// The first window that a program without a QApplication creates also creates one, and deletes it again when it is
 /// destroyed (or, if that happens inside its event loop, when the loop has ended); such a program calls DoEvents()
-/// regularly while modeless windows are shown. All operations must be called on the thread that runs the QApplication,
-/// the program's GUI thread. Nothing is thrown. Where a window cannot be made because the program has only a
-/// QCoreApplication, or no application any more, the show operations return InvalidArgument (0x4001).
+/// regularly while modeless windows are shown. A program that makes a QApplication of its own makes it before the first
+/// window. Nothing is thrown. Where a window cannot be made because the program has only a QCoreApplication, or no
+/// application any more, the show operations return InvalidArgument (0x4001).
+///
+/// All operations must be called on the thread that runs the QApplication, the program's GUI thread, unless they say
+/// otherwise; this holds for the constructor and the destructor too. On another thread they warn (Qt's message handler),
+/// do nothing and return InvalidArgument where they return a result; a window that is constructed there stays without
+/// content for good, and one that is destroyed there waits until the GUI thread, which must not wait for the caller, has
+/// destroyed it.
 ///
 /// A window may be shown again and in another way at any time; its content then moves along. A dialog that the user
 /// closes ends the window's work as Close() does, and so does the end of a host's widget or of a dialog's parent.
 /// Destroying the window also takes its dialog, or its content in a host's widget, from the screen.
+///
+/// Devices and other objects that a window is given are not owned and are taken from it (by null) before they end. Where
+/// a host forgets that, the window notices the end of a device, an adapter or an array of features of the SDK, gives it
+/// up in time and warns. When the object ends on another thread, that thread waits for the GUI thread meanwhile, two
+/// seconds at most.
 ///
 /// A host that overrides virtual operations of a derived class calls Close() before it destroys the window.
 /// @thread{GUI}
@@ -97,6 +108,11 @@ public:
     /// UTF-8; the text of the title bar, at once or when the window is shown.
     /// @thread{GUI}
     void SetTitle(const LxString &aTitle);
+
+    /// The version of the library that runs, like "1.2.3"; LXGUI_VERSION_STRING is the one that the program was compiled
+    /// with.
+    /// @thread{any}
+    static LxString GetVersion();
 
     /// Processes the pending events of Qt, for hosts that run a loop of their own.
     /// @thread{GUI}

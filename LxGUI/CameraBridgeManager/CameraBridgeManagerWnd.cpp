@@ -52,6 +52,7 @@ void CameraBridgeManagerWnd::SetDevice(LxDevice *aDevice)
 {
     CallOnApplicationThread([this, aDevice] {
         mDevice = aDevice;
+        mWatch.Set(this, "a device", {aDevice}, [this] { SetDevice(nullptr); });
         const QPointer<CameraBridgeManagerWnd> self(this);
         Browse(nullptr);
         if (self && mDevice == aDevice) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "LxGUI/CameraBridgeManager/CameraBridge.h"
+#include "LxGUI/Frame/ObjectWatch.h"
 #include "LxGUI/Frame/Wnd.h"
 
 class LxConfigurationReader;
@@ -100,6 +101,7 @@ private:
     void ChooseMode(CameraBridge::Mode aMode);
 
     LxDevice *mDevice = nullptr;
+    ObjectWatch mWatch;  // of the above
     LxStream *mStream = nullptr;
     std::vector<Entry> mBridges;  // in the order of their ports
     std::unique_ptr<LxGenBrowserWnd> mBrowser;

@@ -1,11 +1,12 @@
 #include "LxGUI/LxCameraBridgeManagerWnd.h"
 
 #include "LxGUI/CameraBridgeManager/CameraBridgeManagerWnd.h"
+#include "LxGUI/Frame/InternalWindow.h"
 
 namespace
 {
 
-CameraBridgeManagerWnd *Internal(Wnd *aWnd)
+CameraBridgeManagerWnd *Bridges(Wnd *aWnd)
 {
     return static_cast<CameraBridgeManagerWnd *>(aWnd);
 }
@@ -14,19 +15,18 @@ CameraBridgeManagerWnd *Internal(Wnd *aWnd)
 
 LxCameraBridgeManagerWnd::LxCameraBridgeManagerWnd()
 {
-    mWnd = new CameraBridgeManagerWnd;
+    mWnd = MakeInternal<CameraBridgeManagerWnd>("LxCameraBridgeManagerWnd");
 }
 
 LxCameraBridgeManagerWnd::~LxCameraBridgeManagerWnd()
 {
-    delete mWnd;
-    mWnd = nullptr;
+    DeleteInternal("~LxCameraBridgeManagerWnd", mWnd);
 }
 
 LxResult LxCameraBridgeManagerWnd::SetDevice(LxDevice *aDevice)
 {
     if (mWnd) {
-        Internal(mWnd)->SetDevice(aDevice);
+        Bridges(mWnd)->SetDevice(aDevice);
     }
     return LxResultCode::OK;
 }
@@ -34,37 +34,38 @@ LxResult LxCameraBridgeManagerWnd::SetDevice(LxDevice *aDevice)
 LxResult LxCameraBridgeManagerWnd::SetStream(LxStream *aStream)
 {
     if (mWnd) {
-        Internal(mWnd)->SetStream(aStream);
+        Bridges(mWnd)->SetStream(aStream);
     }
     return LxResultCode::OK;
 }
 
 int LxCameraBridgeManagerWnd::GetBridgeCount() const
 {
-    return mWnd ? Internal(mWnd)->GetBridgeCount() : 0;
+    return mWnd ? Bridges(mWnd)->GetBridgeCount() : 0;
 }
 
 LxCameraBridge *LxCameraBridgeManagerWnd::GetBridge(int aIndex)
 {
-    return mWnd ? Internal(mWnd)->GetBridge(aIndex) : nullptr;
+    return mWnd ? Bridges(mWnd)->GetBridge(aIndex) : nullptr;
 }
 
 LxDeviceSerial LxCameraBridgeManagerWnd::GetBridgePort(int aIndex)
 {
-    return mWnd ? Internal(mWnd)->GetBridgePort(aIndex) : LxDeviceSerial::Invalid;
+    return mWnd ? Bridges(mWnd)->GetBridgePort(aIndex) : LxDeviceSerial::Invalid;
 }
 
 LxResult LxCameraBridgeManagerWnd::Save(LxConfigurationWriter &aWriter)
 {
     if (mWnd) {
-        Internal(mWnd)->Save(aWriter);
+        Bridges(mWnd)->Save(aWriter);
     }
     return LxResultCode::OK;
 }
 
 LxResult LxCameraBridgeManagerWnd::Load(LxConfigurationReader &aReader, LxStringList &aErrors)
 {
-    return mWnd ? Internal(mWnd)->Load(aReader, aErrors) : LxResult();
+    auto *const wnd = Internal<CameraBridgeManagerWnd>(mWnd, "LxCameraBridgeManagerWnd::Load()");
+    return wnd ? wnd->Load(aReader, aErrors) : LxResult();
 }
 
 LxResult LxCameraBridgeManagerWnd::Recover()
@@ -74,21 +75,21 @@ LxResult LxCameraBridgeManagerWnd::Recover()
 
 void LxCameraBridgeManagerWnd::ShowKCF()
 {
-    if (mWnd) {
-        Internal(mWnd)->ShowKCF();
+    if (auto *const wnd = Internal<CameraBridgeManagerWnd>(mWnd, "LxCameraBridgeManagerWnd::ShowKCF()")) {
+        wnd->ShowKCF();
     }
 }
 
 void LxCameraBridgeManagerWnd::HideKCF()
 {
-    if (mWnd) {
-        Internal(mWnd)->HideKCF();
+    if (auto *const wnd = Internal<CameraBridgeManagerWnd>(mWnd, "LxCameraBridgeManagerWnd::HideKCF()")) {
+        wnd->HideKCF();
     }
 }
 
 bool LxCameraBridgeManagerWnd::IsKCFVisible() const
 {
-    return mWnd && Internal(mWnd)->IsKCFVisible();
+    return mWnd && Bridges(mWnd)->IsKCFVisible();
 }
 
 void LxCameraBridgeManagerWnd::DeleteLater()

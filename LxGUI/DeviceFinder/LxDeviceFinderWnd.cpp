@@ -1,6 +1,7 @@
 #include "LxGUI/LxDeviceFinderWnd.h"
 
 #include "LxGUI/DeviceFinder/DeviceFinderWndSink.h"
+#include "LxGUI/Frame/InternalWindow.h"
 
 namespace
 {
@@ -14,13 +15,12 @@ DeviceFinderWnd *Window(Wnd *aWnd)
 
 LxDeviceFinderWnd::LxDeviceFinderWnd()
 {
-    mWnd = new DeviceFinderWndSink(this);
+    mWnd = MakeInternal<DeviceFinderWndSink>("LxDeviceFinderWnd", this);
 }
 
 LxDeviceFinderWnd::~LxDeviceFinderWnd()
 {
-    delete mWnd;
-    mWnd = nullptr;
+    DeleteInternal("~LxDeviceFinderWnd", mWnd);
 }
 
 bool LxDeviceFinderWnd::OnFound(const LxDeviceInfo * /*aInfo*/)
@@ -30,35 +30,56 @@ bool LxDeviceFinderWnd::OnFound(const LxDeviceInfo * /*aInfo*/)
 
 const LxDeviceInfo *LxDeviceFinderWnd::GetSelected() const
 {
-    return Window(mWnd)->GetSelected();
+    return mWnd ? Window(mWnd)->GetSelected() : nullptr;
 }
 
 void LxDeviceFinderWnd::SetGEVEnabled(bool aEnabled, bool aVisible)
 {
-    Window(mWnd)->SetGEVEnabled(aEnabled, aVisible);
+    if (mWnd) {
+        Window(mWnd)->SetGEVEnabled(aEnabled, aVisible);
+    }
 }
 
 void LxDeviceFinderWnd::GetGEVEnabled(bool &aEnabled, bool &aVisible) const
 {
-    Window(mWnd)->GetGEVEnabled(aEnabled, aVisible);
+    if (mWnd) {
+        Window(mWnd)->GetGEVEnabled(aEnabled, aVisible);
+    }
+    else {
+        aEnabled = aVisible = false;
+    }
 }
 
 void LxDeviceFinderWnd::SetU3VEnabled(bool aEnabled, bool aVisible)
 {
-    Window(mWnd)->SetU3VEnabled(aEnabled, aVisible);
+    if (mWnd) {
+        Window(mWnd)->SetU3VEnabled(aEnabled, aVisible);
+    }
 }
 
 void LxDeviceFinderWnd::GetU3VEnabled(bool &aEnabled, bool &aVisible) const
 {
-    Window(mWnd)->GetU3VEnabled(aEnabled, aVisible);
+    if (mWnd) {
+        Window(mWnd)->GetU3VEnabled(aEnabled, aVisible);
+    }
+    else {
+        aEnabled = aVisible = false;
+    }
 }
 
 void LxDeviceFinderWnd::SetKelvraProtocolEnabled(bool aEnabled, bool aVisible)
 {
-    Window(mWnd)->SetKelvraProtocolEnabled(aEnabled, aVisible);
+    if (mWnd) {
+        Window(mWnd)->SetKelvraProtocolEnabled(aEnabled, aVisible);
+    }
 }
 
 void LxDeviceFinderWnd::GetKelvraProtocolEnabled(bool &aEnabled, bool &aVisible) const
 {
-    Window(mWnd)->GetKelvraProtocolEnabled(aEnabled, aVisible);
+    if (mWnd) {
+        Window(mWnd)->GetKelvraProtocolEnabled(aEnabled, aVisible);
+    }
+    else {
+        aEnabled = aVisible = false;
+    }
 }

@@ -2,14 +2,21 @@
 
 #include "LxGUI/Display/DisplayWnd.h"
 #include "LxGUI/Display/RendererInfo.h"
+#include "LxGUI/Frame/InternalWindow.h"
 #include "LxGUI/Frame/Text.h"
 
 namespace
 {
 
-DisplayWnd &Internal(Wnd *aWnd)
+// For what any thread may call, and for plain values.
+DisplayWnd *DisplayOf(Wnd *aWnd)
 {
-    return *static_cast<DisplayWnd *>(aWnd);
+    return static_cast<DisplayWnd *>(aWnd);
+}
+
+LxResult NoWindow()
+{
+    return LxResultCode::InvalidArgument;
 }
 
 LxRendererMode ToPublicMode(int aMode)
@@ -22,58 +29,64 @@ LxRendererMode ToPublicMode(int aMode)
 
 LxDisplayWnd::LxDisplayWnd(int)
 {
-    mWnd = new DisplayWnd;
+    mWnd = MakeInternal<DisplayWnd>("LxDisplayWnd");
 }
 
 LxDisplayWnd::~LxDisplayWnd()
 {
-    delete mWnd;
-    mWnd = nullptr;
+    DeleteInternal("~LxDisplayWnd", mWnd);
 }
 
 LxResult LxDisplayWnd::Display(const LxBuffer &aBuffer, bool aVSync)
 {
-    return Internal(mWnd).Display(aBuffer, aVSync);
+    return mWnd ? DisplayOf(mWnd)->Display(aBuffer, aVSync) : NoWindow();
 }
 
 LxResult LxDisplayWnd::Display(const ILxImage *aImage, bool aVSync)
 {
-    return Internal(mWnd).Display(aImage, aVSync);
+    return mWnd ? DisplayOf(mWnd)->Display(aImage, aVSync) : NoWindow();
 }
 
 LxResult LxDisplayWnd::Display(const ILxGenDCImage *aImage, bool aVSync)
 {
-    return Internal(mWnd).Display(aImage, aVSync);
+    return mWnd ? DisplayOf(mWnd)->Display(aImage, aVSync) : NoWindow();
 }
 
 void LxDisplayWnd::Clear()
 {
-    Internal(mWnd).Clear();
+    if (mWnd) {
+        DisplayOf(mWnd)->Clear();
+    }
 }
 
 void LxDisplayWnd::Refresh()
 {
-    Internal(mWnd).Refresh();
+    if (mWnd) {
+        DisplayOf(mWnd)->Refresh();
+    }
 }
 
 LxBufferConverter &LxDisplayWnd::GetConverter()
 {
-    return Internal(mWnd).GetConverter();
+    static LxBufferConverter sNone;  // of a window that was made on a wrong thread
+    return mWnd ? DisplayOf(mWnd)->GetConverter() : sNone;
 }
 
 LxBuffer &LxDisplayWnd::GetInternalBuffer()
 {
-    return Internal(mWnd).GetInternalBuffer();
+    static LxBuffer sNone(LxPayloadType::Image);  // of a window that was made on a wrong thread
+    return mWnd ? DisplayOf(mWnd)->GetInternalBuffer() : sNone;
 }
 
 LxResult LxDisplayWnd::SetBackgroundColor(unsigned char aRed, unsigned char aGreen, unsigned char aBlue)
 {
-    return Internal(mWnd).SetBackgroundColor(QColor(aRed, aGreen, aBlue));
+    auto *const wnd = Internal<DisplayWnd>(mWnd, "LxDisplayWnd::SetBackgroundColor()");
+    return wnd ? wnd->SetBackgroundColor(QColor(aRed, aGreen, aBlue)) : NoWindow();
 }
 
 void LxDisplayWnd::GetBackgroundColor(unsigned char &aRed, unsigned char &aGreen, unsigned char &aBlue)
 {
-    const QColor color = Internal(mWnd).GetBackgroundColor();
+    const QColor color = mWnd ? DisplayOf(mWnd)->GetBackgroundColor() : QColor();
     aRed = static_cast<unsigned char>(color.red());
     aGreen = static_cast<unsigned char>(color.green());
     aBlue = static_cast<unsigned char>(color.blue());
@@ -81,43 +94,51 @@ void LxDisplayWnd::GetBackgroundColor(unsigned char &aRed, unsigned char &aGreen
 
 void LxDisplayWnd::SetTextOverlay(const LxString &aText)
 {
-    Internal(mWnd).SetTextOverlay(ToQString(aText));
+    if (mWnd) {
+        DisplayOf(mWnd)->SetTextOverlay(ToQString(aText));
+    }
 }
 
 LxString LxDisplayWnd::GetTextOverlay()
 {
-    return ToLxString(Internal(mWnd).GetTextOverlay());
+    return mWnd ? ToLxString(DisplayOf(mWnd)->GetTextOverlay()) : LxString();
 }
 
 LxResult LxDisplayWnd::SetTextOverlaySize(int aSize)
 {
-    Internal(mWnd).SetTextOverlaySize(aSize);
+    if (mWnd) {
+        DisplayOf(mWnd)->SetTextOverlaySize(aSize);
+    }
     return LxResult();
 }
 
 int LxDisplayWnd::GetTextOverlaySize()
 {
-    return Internal(mWnd).GetTextOverlaySize();
+    return mWnd ? DisplayOf(mWnd)->GetTextOverlaySize() : 0;
 }
 
 void LxDisplayWnd::SetTextOverlayOffsetX(unsigned int aOffset)
 {
-    Internal(mWnd).SetTextOverlayOffsetX(aOffset);
+    if (mWnd) {
+        DisplayOf(mWnd)->SetTextOverlayOffsetX(aOffset);
+    }
 }
 
 void LxDisplayWnd::SetTextOverlayOffsetY(unsigned int aOffset)
 {
-    Internal(mWnd).SetTextOverlayOffsetY(aOffset);
+    if (mWnd) {
+        DisplayOf(mWnd)->SetTextOverlayOffsetY(aOffset);
+    }
 }
 
 int LxDisplayWnd::GetTextOverlayOffsetX()
 {
-    return Internal(mWnd).GetTextOverlayOffsetX();
+    return mWnd ? DisplayOf(mWnd)->GetTextOverlayOffsetX() : 0;
 }
 
 int LxDisplayWnd::GetTextOverlayOffsetY()
 {
-    return Internal(mWnd).GetTextOverlayOffsetY();
+    return mWnd ? DisplayOf(mWnd)->GetTextOverlayOffsetY() : 0;
 }
 
 void LxDisplayWnd::SetTextOverlayColor(unsigned char, unsigned char, unsigned char) {}
@@ -126,27 +147,36 @@ void LxDisplayWnd::GetTextOverlayColor(unsigned char &, unsigned char &, unsigne
 
 void LxDisplayWnd::Zoom1To1()
 {
-    Internal(mWnd).OnMainZoom1To1();
+    if (auto *const wnd = Internal<DisplayWnd>(mWnd, "LxDisplayWnd::Zoom1To1()")) {
+        wnd->OnMainZoom1To1();
+    }
 }
 
 void LxDisplayWnd::ZoomFit()
 {
-    Internal(mWnd).OnMainZoomFit();
+    if (auto *const wnd = Internal<DisplayWnd>(mWnd, "LxDisplayWnd::ZoomFit()")) {
+        wnd->OnMainZoomFit();
+    }
 }
 
 void LxDisplayWnd::ZoomIn()
 {
-    Internal(mWnd).OnMainZoomIn();
+    if (auto *const wnd = Internal<DisplayWnd>(mWnd, "LxDisplayWnd::ZoomIn()")) {
+        wnd->OnMainZoomIn();
+    }
 }
 
 void LxDisplayWnd::ZoomOut()
 {
-    Internal(mWnd).OnMainZoomOut();
+    if (auto *const wnd = Internal<DisplayWnd>(mWnd, "LxDisplayWnd::ZoomOut()")) {
+        wnd->OnMainZoomOut();
+    }
 }
 
 bool LxDisplayWnd::PictureAt(int aX, int aY, unsigned int &aPictureX, unsigned int &aPictureY)
 {
-    const QPoint pixel = Internal(mWnd).PictureAt(QPoint(aX, aY));
+    auto *const wnd = Internal<DisplayWnd>(mWnd, "LxDisplayWnd::PictureAt()");
+    const QPoint pixel = wnd ? wnd->PictureAt(QPoint(aX, aY)) : QPoint(-1, -1);
     if (pixel.x() < 0) {
         return false;
     }
@@ -157,12 +187,12 @@ bool LxDisplayWnd::PictureAt(int aX, int aY, unsigned int &aPictureX, unsigned i
 
 LxRendererMode LxDisplayWnd::GetRendererMode()
 {
-    return ToPublicMode(Internal(mWnd).GetRendererMode());
+    return mWnd ? ToPublicMode(DisplayOf(mWnd)->GetRendererMode()) : LxRendererModeSoftware;
 }
 
 LxResult LxDisplayWnd::SetRendererMode(LxRendererMode aMode)
 {
-    return Internal(mWnd).SetRendererMode(aMode);
+    return mWnd ? DisplayOf(mWnd)->SetRendererMode(aMode) : NoWindow();
 }
 
 LxString LxDisplayWnd::GetRenderer()

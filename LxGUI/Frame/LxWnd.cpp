@@ -1,6 +1,7 @@
 #include "LxGUI/LxWnd.h"
 
-#include "LxGUI/Frame/Wnd.h"
+#include "LxGUI/Frame/InternalWindow.h"
+#include "LxGUIVersion.h"
 
 namespace
 {
@@ -18,55 +19,64 @@ LxWnd::~LxWnd() = default;
 
 LxResult LxWnd::Create(HWND aParent, int aReserved)
 {
-    return mWnd ? mWnd->Create(aParent, aReserved) : NoWindow();
+    Wnd *const wnd = Internal(mWnd, "Create()");
+    return wnd ? wnd->Create(aParent, aReserved) : NoWindow();
 }
 
 LxResult LxWnd::Create(QWidget *aHost)
 {
-    return mWnd ? mWnd->Create(aHost) : NoWindow();
+    Wnd *const wnd = Internal(mWnd, "Create()");
+    return wnd ? wnd->Create(aHost) : NoWindow();
 }
 
 LxResult LxWnd::ShowModal()
 {
-    return mWnd ? mWnd->ShowModal(nullptr) : NoWindow();
+    return ShowModal(nullptr);
 }
 
 LxResult LxWnd::ShowModal(QWidget *aParent)
 {
-    return mWnd ? mWnd->ShowModal(aParent) : NoWindow();
+    Wnd *const wnd = Internal(mWnd, "ShowModal()");
+    return wnd ? wnd->ShowModal(aParent) : NoWindow();
 }
 
 LxResult LxWnd::ShowModeless()
 {
-    return mWnd ? mWnd->ShowModeless(static_cast<QWidget *>(nullptr)) : NoWindow();
+    return ShowModeless(static_cast<QWidget *>(nullptr));
 }
 
 LxResult LxWnd::ShowModeless(QWidget *aParent)
 {
-    return mWnd ? mWnd->ShowModeless(aParent) : NoWindow();
+    Wnd *const wnd = Internal(mWnd, "ShowModeless()");
+    return wnd ? wnd->ShowModeless(aParent) : NoWindow();
 }
 
 LxResult LxWnd::ShowModeless(HWND aParent)
 {
-    return mWnd ? mWnd->ShowModeless(aParent) : NoWindow();
+    Wnd *const wnd = Internal(mWnd, "ShowModeless()");
+    return wnd ? wnd->ShowModeless(aParent) : NoWindow();
 }
 
 LxResult LxWnd::Close()
 {
-    return mWnd ? mWnd->Close() : LxResult();
+    if (!mWnd) {
+        return LxResult();
+    }
+    Wnd *const wnd = Internal(mWnd, "Close()");
+    return wnd ? wnd->Close() : NoWindow();
 }
 
 void LxWnd::SetPosition(int aX, int aY, int aWidth, int aHeight)
 {
-    if (mWnd) {
-        mWnd->SetPosition(aX, aY, aWidth, aHeight);
+    if (Wnd *const wnd = Internal(mWnd, "SetPosition()")) {
+        wnd->SetPosition(aX, aY, aWidth, aHeight);
     }
 }
 
 void LxWnd::GetPosition(int &aX, int &aY, int &aWidth, int &aHeight)
 {
-    if (mWnd) {
-        mWnd->GetPosition(aX, aY, aWidth, aHeight);
+    if (Wnd *const wnd = Internal(mWnd, "GetPosition()")) {
+        wnd->GetPosition(aX, aY, aWidth, aHeight);
     }
     else {
         aX = aY = aWidth = aHeight = -1;
@@ -75,32 +85,43 @@ void LxWnd::GetPosition(int &aX, int &aY, int &aWidth, int &aHeight)
 
 HWND LxWnd::GetHandle() const
 {
-    return mWnd ? mWnd->GetHandle() : nullptr;
+    Wnd *const wnd = Internal(mWnd, "GetHandle()");
+    return wnd ? wnd->GetHandle() : nullptr;
 }
 
 bool LxWnd::IsVisible() const
 {
-    return mWnd && mWnd->IsVisible();
+    Wnd *const wnd = Internal(mWnd, "IsVisible()");
+    return wnd && wnd->IsVisible();
 }
 
 QWidget *LxWnd::GetQWidget()
 {
-    return mWnd ? mWnd->GetQWidget() : nullptr;
+    Wnd *const wnd = Internal(mWnd, "GetQWidget()");
+    return wnd ? wnd->GetQWidget() : nullptr;
 }
 
 LxString LxWnd::GetTitle() const
 {
-    return mWnd ? mWnd->GetTitle() : LxString();
+    Wnd *const wnd = Internal(mWnd, "GetTitle()");
+    return wnd ? wnd->GetTitle() : LxString();
 }
 
 void LxWnd::SetTitle(const LxString &aTitle)
 {
-    if (mWnd) {
-        mWnd->SetTitle(aTitle);
+    if (Wnd *const wnd = Internal(mWnd, "SetTitle()")) {
+        wnd->SetTitle(aTitle);
     }
+}
+
+LxString LxWnd::GetVersion()
+{
+    return LXGUI_VERSION_STRING;
 }
 
 void LxWnd::DoEvents()
 {
-    Wnd::DoEvents();
+    if (IsOnApplicationThread("DoEvents()")) {
+        Wnd::DoEvents();
+    }
 }

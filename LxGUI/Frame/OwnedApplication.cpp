@@ -1,7 +1,9 @@
 #include "LxGUI/Frame/OwnedApplication.h"
 
+#include <QtCore/QDebug>
 #include <QtCore/QThread>
 #include <cstdlib>
+#include <vector>
 
 namespace
 {
@@ -14,13 +16,36 @@ char *sArguments[] = {nullptr};
 // unloaded.
 std::unique_ptr<QApplication> sReleased;
 
+// The one that Ensure() made last and that has not ended.
+QApplication *sOwned = nullptr;
+
 int sPumpDepth = 0;
 
 // Set when the program ends: from then on what Qt needs itself goes away piece by piece.
 bool sExiting = false;
 
+// Whether the program has made an application of its own though there was ours. Only one of the two can be used, and
+// deleting the other would take from Qt what both share.
+bool IsReplaced()
+{
+    return sOwned && QCoreApplication::instance() != sOwned;
+}
+
+// Qt goes on with the program's application; ours stays as it is, for good.
+void Abandon(std::unique_ptr<QApplication> aApplication)
+{
+    static std::vector<QApplication *> sAbandoned;  // not lost, only given up
+    sAbandoned.push_back(aApplication.release());
+    sOwned = nullptr;
+}
+
 void End(std::unique_ptr<QApplication> aApplication)
 {
+    if (IsReplaced()) {
+        Abandon(std::move(aApplication));
+        return;
+    }
+    sOwned = nullptr;
     // Deferred deletions never come in a program without an event loop, and widgets cannot outlive the application.
     // What goes may take more along: the native parent of an embedded window.
     for (int round = 0; round < 2; ++round) {
@@ -52,7 +77,9 @@ std::unique_ptr<QApplication> OwnedApplication::Ensure()
     if (QCoreApplication::instance()) {
         return nullptr;
     }
-    return std::make_unique<QApplication>(sArgumentCount, sArguments);
+    auto application = std::make_unique<QApplication>(sArgumentCount, sArguments);
+    sOwned = application.get();
+    return application;
 }
 
 void OwnedApplication::Release(std::unique_ptr<QApplication> aApplication)
@@ -76,6 +103,13 @@ void OwnedApplication::Release(std::unique_ptr<QApplication> aApplication)
 
 bool OwnedApplication::CanMakeWidgets()
 {
+    static QApplication *sWarnedOf = nullptr;
+    if (IsReplaced() && QCoreApplication::instance() && sOwned != sWarnedOf) {
+        sWarnedOf = sOwned;
+        qWarning(
+            "LxGUI: the program has made a QApplication after its first window, which had made one already. Make "
+            "the QApplication before the first window.");
+    }
     return !sExiting && qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr;
 }
 

@@ -202,7 +202,7 @@ HWND Wnd::GetHandle()
 bool Wnd::IsVisible()
 {
     EnsureWidget();
-    return mWidget && mWidget->isVisible();
+    return mWidget && OwnedApplication::CanMakeWidgets() && mWidget->isVisible();
 }
 
 QWidget *Wnd::GetQWidget()

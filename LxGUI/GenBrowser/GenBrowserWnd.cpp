@@ -342,6 +342,7 @@ void GenBrowserWnd::SpareTree()
 void GenBrowserWnd::SetGenParameterArray(LxGenParameterArray *aParameters)
 {
     mParameters = aParameters;
+    mWatch.Set(this, "an array of features", {aParameters}, [this] { SetGenParameterArray(nullptr); });
     Rebuild();
 }
 

@@ -5,6 +5,7 @@
 #include <QtWidgets/QTextEdit>
 #include <memory>
 
+#include "LxGUI/Frame/ObjectWatch.h"
 #include "LxGUI/Frame/Wnd.h"
 #include "LxGUI/GenBrowser/GenBrowserOptionsDlg.h"
 #include "LxGUI/GenBrowser/GenBrowserSearchBar.h"
@@ -82,6 +83,7 @@ private:
 
     LxGenBrowserWnd *const mPublic;
     LxGenParameterArray *mParameters = nullptr;
+    ObjectWatch mWatch;  // of the above
     LxGenVisibility mVisibility = LxGenVisibilityBeginner;
     GenBrowserOptions mOptions;
     bool mHasChanged = false;

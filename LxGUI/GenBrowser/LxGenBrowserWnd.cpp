@@ -1,80 +1,95 @@
 #include "LxGUI/LxGenBrowserWnd.h"
 
+#include "LxGUI/Frame/InternalWindow.h"
 #include "LxGUI/GenBrowser/GenBrowserWnd.h"
 
 namespace
 {
 
-GenBrowserWnd &Internal(Wnd *aWnd)
+// For the options, which need no window; the defaults when there is none.
+GenBrowserWnd *Options(Wnd *aWnd)
 {
-    return *static_cast<GenBrowserWnd *>(aWnd);
+    return static_cast<GenBrowserWnd *>(aWnd);
 }
 
 }  // namespace
 
 LxGenBrowserWnd::LxGenBrowserWnd()
 {
-    mWnd = new GenBrowserWnd(this);
+    mWnd = MakeInternal<GenBrowserWnd>("LxGenBrowserWnd", this);
 }
 
 LxGenBrowserWnd::~LxGenBrowserWnd()
 {
-    delete mWnd;
-    mWnd = nullptr;
+    DeleteInternal("~LxGenBrowserWnd", mWnd);
 }
 
 void LxGenBrowserWnd::SetGenParameterArray(LxGenParameterArray *aParameters)
 {
-    Internal(mWnd).SetGenParameterArray(aParameters);
+    if (auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::SetGenParameterArray()")) {
+        wnd->SetGenParameterArray(aParameters);
+    }
 }
 
 LxResult LxGenBrowserWnd::SetVisibility(LxGenVisibility aVisibility)
 {
-    Internal(mWnd).SetVisibility(aVisibility);
+    if (auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::SetVisibility()")) {
+        wnd->SetVisibility(aVisibility);
+    }
     return LxResultCode::OK;
 }
 
 LxGenVisibility LxGenBrowserWnd::GetVisibility()
 {
-    return Internal(mWnd).GetVisibility();
+    return mWnd ? Options(mWnd)->GetVisibility() : LxGenVisibilityBeginner;
 }
 
 LxResult LxGenBrowserWnd::SetRefreshMode(LxGenRefresh aMode)
 {
-    Internal(mWnd).SetRefreshMode(aMode);
+    if (auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::SetRefreshMode()")) {
+        wnd->SetRefreshMode(aMode);
+    }
     return LxResultCode::OK;
 }
 
 LxGenRefresh LxGenBrowserWnd::GetRefreshMode()
 {
-    return Internal(mWnd).GetRefreshMode();
+    return mWnd ? Options(mWnd)->GetRefreshMode() : LxGenRefreshAutomatic;
 }
 
 void LxGenBrowserWnd::Refresh()
 {
-    Internal(mWnd).Refresh();
+    if (auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::Refresh()")) {
+        wnd->Refresh();
+    }
 }
 
 LxResult LxGenBrowserWnd::Save(LxPropertyList &aList)
 {
-    Internal(mWnd).Save(aList);
+    if (mWnd) {
+        Options(mWnd)->Save(aList);
+    }
     return LxResultCode::OK;
 }
 
 LxResult LxGenBrowserWnd::Load(LxPropertyList &aList)
 {
-    Internal(mWnd).Load(aList);
+    if (auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::Load()")) {
+        wnd->Load(aList);
+    }
     return LxResultCode::OK;
 }
 
 bool LxGenBrowserWnd::HasChanged()
 {
-    return Internal(mWnd).HasChanged();
+    return mWnd && Options(mWnd)->HasChanged();
 }
 
 void LxGenBrowserWnd::ResetChanged()
 {
-    Internal(mWnd).ResetChanged();
+    if (mWnd) {
+        Options(mWnd)->ResetChanged();
+    }
 }
 
 bool LxGenBrowserWnd::IsParameterDisplayed(LxGenParameter * /*aParameter*/)

@@ -1,20 +1,24 @@
 #include "LxGUI/LxRegisterInterfaceWnd.h"
 
+#include "LxGUI/Frame/InternalWindow.h"
 #include "LxGUI/RegisterInterface/RegisterInterfaceWnd.h"
 
 LxRegisterInterfaceWnd::LxRegisterInterfaceWnd()
 {
-    mWnd = new RegisterInterfaceWnd;
+    mWnd = MakeInternal<RegisterInterfaceWnd>("LxRegisterInterfaceWnd");
 }
 
 LxRegisterInterfaceWnd::~LxRegisterInterfaceWnd()
 {
-    delete mWnd;
-    mWnd = nullptr;
+    DeleteInternal("~LxRegisterInterfaceWnd", mWnd);
 }
 
 LxResult LxRegisterInterfaceWnd::SetDevice(LxDeviceGEV *aDevice)
 {
-    static_cast<RegisterInterfaceWnd *>(mWnd)->SetDevice(aDevice);
+    auto *const wnd = Internal<RegisterInterfaceWnd>(mWnd, "LxRegisterInterfaceWnd::SetDevice()");
+    if (!wnd) {
+        return LxResultCode::InvalidArgument;
+    }
+    wnd->SetDevice(aDevice);
     return LxResultCode::OK;
 }

@@ -91,6 +91,12 @@ RegisterInterfaceWnd::RegisterInterfaceWnd()
 
 RegisterInterfaceWnd::~RegisterInterfaceWnd() = default;
 
+void RegisterInterfaceWnd::SetDevice(LxDeviceGEV *aDevice)
+{
+    mDevice = aDevice;
+    mWatch.Set(this, "a device", {static_cast<LxDevice *>(aDevice)}, [this] { SetDevice(nullptr); });
+}
+
 bool RegisterInterfaceWnd::eventFilter(QObject *aObject, QEvent *aEvent)
 {
     return QObject::eventFilter(aObject, aEvent);

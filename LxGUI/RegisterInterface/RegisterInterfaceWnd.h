@@ -4,6 +4,7 @@
 #include <QtWidgets/QGroupBox>
 #include <QtWidgets/QLineEdit>
 
+#include "LxGUI/Frame/ObjectWatch.h"
 #include "LxGUI/Frame/Wnd.h"
 
 class LxDeviceGEV;
@@ -18,7 +19,7 @@ public:
     ~RegisterInterfaceWnd() override;
 
     /// Not owned; null is allowed.
-    void SetDevice(LxDeviceGEV *aDevice) { mDevice = aDevice; }
+    void SetDevice(LxDeviceGEV *aDevice);
 
     bool eventFilter(QObject *aObject, QEvent *aEvent) override;
 
@@ -48,6 +49,7 @@ private:
     bool ParseField(const QLineEdit *aEdit, const char *aWarning, uint32_t &aValue);
 
     LxDeviceGEV *mDevice = nullptr;
+    ObjectWatch mWatch;  // of the above
     QPointer<QLineEdit> mReadAddressEdit;
     OutputField mReadValue;
     OutputField mReadResult;

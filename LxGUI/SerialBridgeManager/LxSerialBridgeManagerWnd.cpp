@@ -1,11 +1,12 @@
 #include "LxGUI/LxSerialBridgeManagerWnd.h"
 
+#include "LxGUI/Frame/InternalWindow.h"
 #include "LxGUI/SerialBridgeManager/SerialBridgeManagerWnd.h"
 
 namespace
 {
 
-SerialBridgeManagerWnd *Internal(Wnd *aWnd)
+SerialBridgeManagerWnd *Bridges(Wnd *aWnd)
 {
     return static_cast<SerialBridgeManagerWnd *>(aWnd);
 }
@@ -14,19 +15,18 @@ SerialBridgeManagerWnd *Internal(Wnd *aWnd)
 
 LxSerialBridgeManagerWnd::LxSerialBridgeManagerWnd()
 {
-    mWnd = new SerialBridgeManagerWnd;
+    mWnd = MakeInternal<SerialBridgeManagerWnd>("LxSerialBridgeManagerWnd");
 }
 
 LxSerialBridgeManagerWnd::~LxSerialBridgeManagerWnd()
 {
-    delete mWnd;
-    mWnd = nullptr;
+    DeleteInternal("~LxSerialBridgeManagerWnd", mWnd);
 }
 
 LxResult LxSerialBridgeManagerWnd::SetDevice(ILxDeviceAdapter *aAdapter)
 {
     if (mWnd) {
-        Internal(mWnd)->SetDevice(aAdapter);
+        Bridges(mWnd)->SetDevice(aAdapter);
     }
     return LxResultCode::OK;
 }
@@ -34,15 +34,15 @@ LxResult LxSerialBridgeManagerWnd::SetDevice(ILxDeviceAdapter *aAdapter)
 LxResult LxSerialBridgeManagerWnd::Save(LxPropertyList &aList)
 {
     if (mWnd) {
-        Internal(mWnd)->Save(aList);
+        Bridges(mWnd)->Save(aList);
     }
     return LxResultCode::OK;
 }
 
 LxResult LxSerialBridgeManagerWnd::Load(LxPropertyList &aList, LxStringList &aMessages)
 {
-    if (mWnd) {
-        Internal(mWnd)->Load(aList, aMessages);
+    if (auto *const wnd = Internal<SerialBridgeManagerWnd>(mWnd, "LxSerialBridgeManagerWnd::Load()")) {
+        wnd->Load(aList, aMessages);
     }
     return LxResultCode::OK;
 }

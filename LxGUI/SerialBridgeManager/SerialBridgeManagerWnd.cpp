@@ -79,6 +79,7 @@ void SerialBridgeManagerWnd::ChangeDevice(ILxDeviceAdapter *aAdapter)
 {
     mEntries.clear();  // while the old device is there
     mAdapter = aAdapter;
+    mWatch.SetAdapter(this, aAdapter, [this] { ChangeDevice(nullptr); });
     BuildEntries();
     RegisterCameraLinkPorts();
     FillCombos();

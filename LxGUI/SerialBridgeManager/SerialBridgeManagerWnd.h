@@ -12,6 +12,7 @@
 #include <memory>
 #include <vector>
 
+#include "LxGUI/Frame/ObjectWatch.h"
 #include "LxGUI/Frame/Wnd.h"
 #include "LxGUI/SerialBridgeManager/SerialBridgeEntry.h"
 
@@ -74,6 +75,7 @@ private:
     void ShowSummary(const QString &aText, bool aEnabled);
 
     ILxDeviceAdapter *mAdapter = nullptr;
+    ObjectWatch mWatch;                                        // of the above
     std::vector<std::unique_ptr<SerialBridgeEntry>> mEntries;  // by port
     std::function<QStringList()> mPortLister;
     QTimer mTimer;

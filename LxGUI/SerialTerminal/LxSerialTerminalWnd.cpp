@@ -1,29 +1,31 @@
 #include "LxGUI/LxSerialTerminalWnd.h"
 
+#include "LxGUI/Frame/InternalWindow.h"
 #include "LxGUI/SerialTerminal/SerialTerminalWnd.h"
 
 LxSerialTerminalWnd::LxSerialTerminalWnd()
 {
-    mWnd = new SerialTerminalWnd;
+    mWnd = MakeInternal<SerialTerminalWnd>("LxSerialTerminalWnd");
 }
 
 LxSerialTerminalWnd::~LxSerialTerminalWnd()
 {
-    delete mWnd;
-    mWnd = nullptr;
+    DeleteInternal("~LxSerialTerminalWnd", mWnd);
 }
 
 LxResult LxSerialTerminalWnd::SetDevice(ILxDeviceAdapter *aAdapter)
 {
-    return static_cast<SerialTerminalWnd *>(mWnd)->SetDevice(aAdapter);
+    auto *const wnd = Internal<SerialTerminalWnd>(mWnd, "LxSerialTerminalWnd::SetDevice()");
+    return wnd ? wnd->SetDevice(aAdapter) : LxResult(LxResultCode::InvalidArgument);
 }
 
 LxResult LxSerialTerminalWnd::SetSerialPort(LxDeviceSerial aPort)
 {
-    return static_cast<SerialTerminalWnd *>(mWnd)->SetSerialPort(aPort);
+    auto *const wnd = Internal<SerialTerminalWnd>(mWnd, "LxSerialTerminalWnd::SetSerialPort()");
+    return wnd ? wnd->SetSerialPort(aPort) : LxResult(LxResultCode::InvalidArgument);
 }
 
 LxDeviceSerial LxSerialTerminalWnd::GetSerialPort() const
 {
-    return static_cast<const SerialTerminalWnd *>(mWnd)->GetSerialPort();
+    return mWnd ? static_cast<const SerialTerminalWnd *>(mWnd)->GetSerialPort() : LxDeviceSerial::Invalid;
 }

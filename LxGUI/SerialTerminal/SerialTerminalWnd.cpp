@@ -48,6 +48,7 @@ SerialTerminalWnd::~SerialTerminalWnd()
 LxResult SerialTerminalWnd::SetDevice(ILxDeviceAdapter *aAdapter)
 {
     mAdapter = aAdapter;
+    mWatch.SetAdapter(this, aAdapter, [this] { SetDevice(nullptr); });
     FillPorts();
     if (IsOpen()) {
         Reopen();  // The port of the device that it had must not outlive it.

@@ -15,6 +15,7 @@
 #include <mutex>
 
 #include "LxDevice/LxDeviceSerialPort.h"
+#include "LxGUI/Frame/ObjectWatch.h"
 #include "LxGUI/Frame/Wnd.h"
 #include "LxGUI/SerialTerminal/LoopbackRecord.h"
 #include "LxGUI/SerialTerminal/TranscriptFormatter.h"
@@ -104,6 +105,7 @@ private:
     void SetCursor(Qt::CursorShape aShape);
 
     ILxDeviceAdapter *mAdapter = nullptr;
+    ObjectWatch mWatch;  // of the above
     LxDeviceSerial mSelected = LxDeviceSerial::Serial0;
     LxDeviceSerialPort mPort;
     LoopbackRecord mLoopback;

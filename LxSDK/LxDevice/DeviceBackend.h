@@ -88,6 +88,8 @@ public:
 
 /// Makes the backends of real devices; defined beside the backends.
 std::vector<std::shared_ptr<DeviceBackend>> CreateRealDeviceBackends();
+/// The name and version, at run time, of the library below the backends of real devices; defined beside them.
+std::string GetTransportLibrary();
 /// Adds the simulation when an environment variable asks for it; defined beside it. Called once, before the backends
 /// are looked at for the first time.
 void EnableBackendsByEnvironment();

@@ -1,3 +1,8 @@
 #include "LxDevice/ILxDeviceAdapter.h"
 
-ILxDeviceAdapter::~ILxDeviceAdapter() = default;
+#include "LxBase/LxLifetime.h"
+
+ILxDeviceAdapter::~ILxDeviceAdapter()
+{
+    LxLifetime::End(this);
+}

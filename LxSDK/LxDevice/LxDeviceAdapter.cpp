@@ -1,10 +1,14 @@
 #include "LxDevice/LxDeviceAdapter.h"
 
+#include "LxBase/LxLifetime.h"
 #include "LxDevice/LxDevice.h"
 
 LxDeviceAdapter::LxDeviceAdapter(LxDevice *aDevice) : mDevice(aDevice) {}
 
-LxDeviceAdapter::~LxDeviceAdapter() = default;
+LxDeviceAdapter::~LxDeviceAdapter()
+{
+    LxLifetime::End(static_cast<ILxDeviceAdapter *>(this));
+}
 
 LxGenParameterArray *LxDeviceAdapter::GetParameters()
 {

@@ -9,6 +9,7 @@
 
 #include "LxBase/SinkList.h"
 #include "LxDevice/DeviceBackend.h"
+#include "LxSDKVersion.h"
 #include "LxSystem/LxDeviceInfo.h"
 #include "LxSystem/LxSystemEventSink.h"
 #include "LxSystem/Search.h"
@@ -335,4 +336,14 @@ LxResult LxSystem::Connect(const LxDeviceInfo *aInfo, LxDeviceAccess aAccess, st
         }
         return LxResult(LxResultCode::NotSupported, "There is no way to connect to this kind of device.");
     });
+}
+
+LxString LxSystem::GetVersion()
+{
+    return LXSDK_VERSION_STRING;
+}
+
+LxString LxSystem::GetTransportLibrary()
+{
+    return LxString(LxDetail::GetTransportLibrary().c_str());
 }

@@ -69,6 +69,12 @@ public:
     ///         let it be reached), NotSupported (no way to connect to this kind). The description says what to do.
     static LxResult Connect(const LxDeviceInfo *aInfo, LxDeviceAccess aAccess, std::unique_ptr<LxDevice> &aDevice);
 
+    /// The version of the SDK that runs, like "1.2.3"; LXSDK_VERSION_STRING is the one that the program was compiled
+    /// with.
+    static LxString GetVersion();
+    /// The name and version, at run time, of the library that reaches real devices, like "libaravis 0.8.26".
+    static LxString GetTransportLibrary();
+
 private:
     class Data;
     std::unique_ptr<Data> mData;

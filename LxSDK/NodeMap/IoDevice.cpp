@@ -2,6 +2,8 @@
 
 #include <arv.h>
 
+#include <string>
+
 namespace
 {
 
@@ -70,10 +72,20 @@ void InitClass(gpointer aClass, gpointer)
     deviceClass->write_register = WriteRegister;
 }
 
+GType RegisterIoDeviceType()
+{
+    // the name is the process's, where another copy of this library may have it already
+    std::string name = "LxIoDevice";
+    while (g_type_from_name(name.c_str()) != 0) {
+        name += '_';
+    }
+    return g_type_register_static_simple(ARV_TYPE_DEVICE, name.c_str(), sizeof(LxIoDeviceClass), InitClass,
+                                         sizeof(LxIoDevice), nullptr, GTypeFlags(0));
+}
+
 GType GetIoDeviceType()
 {
-    static const GType type = g_type_register_static_simple(ARV_TYPE_DEVICE, "LxIoDevice", sizeof(LxIoDeviceClass),
-                                                            InitClass, sizeof(LxIoDevice), nullptr, GTypeFlags(0));
+    static const GType type = RegisterIoDeviceType();
     return type;
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "LxBase/LxLifetime.h"
 #include "LxGenICam/LxGenCategory.h"
 #include "NodeMap/Feature.h"
 #include "NodeMap/NodeEngine.h"
@@ -234,7 +235,10 @@ LxResult NodeMap::Create(std::shared_ptr<RegisterPort> aPort, const std::string 
 
 NodeMap::NodeMap(std::unique_ptr<Data> aData) : mData(std::move(aData)) {}
 
-NodeMap::~NodeMap() = default;
+NodeMap::~NodeMap()
+{
+    LxLifetime::End(GetParameters());
+}
 
 LxGenParameterArray *NodeMap::GetParameters()
 {

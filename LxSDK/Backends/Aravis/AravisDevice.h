@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Backends/Aravis/AravisDeviceCore.h"
+#include "LxBase/LxLifetime.h"
 #include "LxDevice/LxDeviceGEV.h"
 #include "LxDevice/LxDeviceU3V.h"
 
@@ -18,7 +19,12 @@ class AravisDevice : public Base, public StreamSource
 {
 public:
     explicit AravisDevice(std::unique_ptr<AravisDeviceCore> aCore) : mCore(std::move(aCore)) { mCore->Start(this); }
-    ~AravisDevice() override { mCore->End(); }
+    ~AravisDevice() override
+    {
+        LxLifetime::End(GetParameters());
+        LxLifetime::End(static_cast<LxDevice *>(this));
+        mCore->End();
+    }
 
     LxResult Disconnect() override
     {

@@ -10,6 +10,7 @@
 
 #include "Backends/Simulation/SimulatedUnit.h"
 #include "Backends/Simulation/SimulationLog.h"
+#include "LxBase/LxLifetime.h"
 #include "LxBase/SinkList.h"
 #include "LxBufferReceive/StreamSource.h"
 #include "LxDevice/LxDevice.h"
@@ -112,6 +113,8 @@ public:
     }
     ~SimulatedDeviceOf() override
     {
+        LxLifetime::End(mConnection->GetNodeMap()->GetParameters());
+        LxLifetime::End(static_cast<LxDevice *>(this));
         mConnection->SetDevice(nullptr);
         mConnection->Disconnect();
     }
