@@ -5,8 +5,10 @@
 #include <functional>
 #include <memory>
 
+#include "CameraIdentity.h"
 #include "LiveStream.h"
 #include "LxDevice/LxDevice.h"
+#include "LxGenICam/LxGenParameterArray.h"
 #include "LxSystem/LxSystem.h"
 #include "Worker.h"
 
@@ -28,6 +30,8 @@ public:
     void Connect(const LxDeviceInfo *aInfo);
     /// Finds the device at an address and connects to it.
     void ConnectAddress(const QString &aAddress);
+    /// Connects to a camera of an earlier time, where it was then or wherever it is now.
+    void ConnectAgain(const CameraIdentity &aCamera);
     /// Gives up the camera or the attempt to connect; the camera is told later. Whatever uses the device ends before.
     void Disconnect();
     /// Disconnects and waits until the camera was told.
@@ -38,7 +42,13 @@ public:
     bool IsConnected() const { return mDevice != nullptr; }
     /// Null when not connected.
     LxDevice *Device() const { return mDevice.get(); }
-    QString CameraName() const { return mName; }
+    QString CameraName() const { return mCamera.mName; }
+    /// Of the connected camera.
+    const CameraIdentity &Camera() const { return mCamera; }
+
+    /// Does something with the features of the connected camera on the worker, after what was begun before. The answer
+    /// is called on the GUI thread, unless the camera has been given up by then.
+    void Ask(std::function<void(LxGenParameterArray &)> aWork, std::function<void()> aAnswer = {});
 
     void StartLive();
     void StopLive();
@@ -61,19 +71,19 @@ private:
     {
         LxResult mResult;
         std::unique_ptr<LxDevice> mDevice;
-        QString mName;
+        CameraIdentity mCamera;
     };
 
     void OnLinkDisconnected(LxDevice *aDevice) override;
     void OnLinkReconnected(LxDevice *aDevice) override;
-    void Run(std::function<void(Attempt &)> aConnect);
+    void Run(const QString &aName, std::function<void(Attempt &)> aConnect);
     void Finish(const std::shared_ptr<Attempt> &aAttempt);
 
     const LiveStream::FrameHandler mHandler;
     int mAttempts = 0;
     std::shared_ptr<Attempt> mAttempt;  // its fields belong to the worker until Finish()
     std::shared_ptr<LxDevice> mDevice;
-    QString mName;
+    CameraIdentity mCamera;
     std::shared_ptr<LiveStream> mLive;
     Worker mWorker;  // the first to go, as what it does uses the rest
 };

@@ -56,6 +56,18 @@ ConnectAdvice AdviseOnConnect(const LxResult &aResult, const QString &aCamera)
     }
 }
 
+ExitCode FailureOf(const LxResult &aResult)
+{
+    switch (static_cast<LxResultCode>(aResult.GetCode())) {
+        case LxResultCode::Timeout:
+        case LxResultCode::NotConnected:
+        case LxResultCode::NotFound:
+            return ExitCode::NotFound;
+        default:
+            return ExitCode::ConnectFailed;
+    }
+}
+
 ConnectAdvice AdviseOnStream(const LxResult &aResult, const QString &aCamera)
 {
     return {Text("%1 is connected but sends no pictures.").arg(aCamera),

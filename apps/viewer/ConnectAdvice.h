@@ -2,6 +2,7 @@
 
 #include <QtCore/QString>
 
+#include "ExitCode.h"
 #include "LxBase/LxResult.h"
 
 /// Why a camera could not be connected or streamed, in words, and what the user can do about it.
@@ -13,4 +14,6 @@ struct ConnectAdvice
 };
 
 ConnectAdvice AdviseOnConnect(const LxResult &aResult, const QString &aCamera);
+/// The exit code for a camera that could not be connected.
+ExitCode FailureOf(const LxResult &aResult);
 ConnectAdvice AdviseOnStream(const LxResult &aResult, const QString &aCamera);

@@ -24,8 +24,6 @@
 namespace
 {
 
-constexpr int StepTimeout = 20000;
-
 // Of the viewer's window: enough to show everything, small enough for documents.
 constexpr int PictureWidth = 1000;
 constexpr int PictureHeight = 640;
@@ -46,32 +44,38 @@ QTreeWidgetItem *FindDevice(const QTreeWidget &aTree, const QString &aAddress)
 
 }  // namespace
 
-HeadlessTour::HeadlessTour(ViewerWindow &aWindow, const QString &aFolder, const QString &aAddress)
-    : mWindow(aWindow), mFolder(aFolder), mAddress(aAddress)
+HeadlessTour::HeadlessTour(ViewerWindow &aWindow, const QString &aFolder, const QString &aAddress, int aPatience)
+    : mWindow(aWindow), mFolder(aFolder), mAddress(aAddress), mPatience(aPatience)
 {
 }
 
-bool HeadlessTour::Run()
+ExitCode HeadlessTour::Run()
 {
     if (!mFolder.mkpath(QStringLiteral("."))) {
         std::fprintf(stderr, "cannot make the folder %s\n", qPrintable(mFolder.path()));
-        return false;
+        return ExitCode::CannotWrite;
     }
     mWindow.resize(PictureWidth, PictureHeight);
     QTimer boxes;
     QObject::connect(&boxes, &QTimer::timeout, &mWindow, [this] { EndMessageBox(); });
     boxes.start(50);
-    const bool done = Shoot(&mWindow, QStringLiteral("viewer-start")) && TourFinder() && TourPicture() &&
-                      FeatureTour(*this, mWindow).Run() && TourRegisters() && FinderTour(*this).Run() &&
-                      TerminalTour(*this).Run() && BridgeTour(*this).Run();
+    const bool done = TourWindows();
     mWindow.close();
-    return done;
+    return done ? ExitCode::OK : mFailure;
+}
+
+bool HeadlessTour::TourWindows()
+{
+    return Shoot(&mWindow, QStringLiteral("viewer-start")) && TourFinder() && TourPicture() &&
+           FeatureTour(*this, mWindow).Run() && TourRegisters() && FinderTour(*this).Run() &&
+           TerminalTour(*this).Run() && BridgeTour(*this).Run();
 }
 
 bool HeadlessTour::TourFinder()
 {
     // the finder is modal: this runs inside its loop
     bool done = false;
+    mFailure = ExitCode::NotFound;
     QTimer::singleShot(0, &mWindow, [&] {
         QDialog *dialog = nullptr;
         QTreeWidget *tree = nullptr;
@@ -83,6 +87,7 @@ bool HeadlessTour::TourFinder()
             return device != nullptr;
         });
         if (found) {
+            mFailure = ExitCode::ConnectFailed;
             tree->setCurrentItem(device);
             QAbstractButton *ok = FindButton(dialog, QStringLiteral("OK"));
             done = WaitUntil(QStringLiteral("the OK button of the finder"), [&] { return ok && ok->isEnabled(); }) &&
@@ -102,11 +107,14 @@ bool HeadlessTour::TourFinder()
 
 bool HeadlessTour::TourPicture()
 {
-    if (!WaitUntil(QStringLiteral("the connection"), [&] { return !mWindow.Session().IsConnecting(); }) ||
-        !WaitUntil(QStringLiteral("live pictures"), [&] { return mWindow.Session().Statistics().mDelivered > 30; }))
-    {
+    if (!WaitUntil(QStringLiteral("the connection"), [&] { return !mWindow.Session().IsConnecting(); })) {
         return false;
     }
+    mFailure = mWindow.Session().IsConnected() ? ExitCode::NoPictures : ExitCode::ConnectFailed;
+    if (!WaitUntil(QStringLiteral("live pictures"), [&] { return mWindow.Session().Statistics().mDelivered > 30; })) {
+        return false;
+    }
+    mFailure = ExitCode::Failed;
     // the figures in the status bar follow within half a second
     const bool figures = WaitUntil(QStringLiteral("the frame rate"), [&] {
         return mWindow.Session().Statistics().mFrameRate > 1.0 &&
@@ -186,7 +194,7 @@ bool HeadlessTour::WaitUntil(const QString &aWhat, const std::function<bool()> &
         if (mFailed) {
             return false;
         }
-        if (clock.elapsed() > StepTimeout) {
+        if (clock.elapsed() > mPatience) {
             std::fprintf(stderr, "the tour waited in vain for %s\n", qPrintable(aWhat));
             return false;
         }
@@ -212,6 +220,7 @@ bool HeadlessTour::Save(const QPixmap &aPicture, const QString &aName)
     const QString file = mFolder.filePath(aName + QStringLiteral(".png"));
     if (!aPicture.save(file)) {
         std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
+        mFailure = ExitCode::CannotWrite;
         return false;
     }
     std::printf("%s\n", qPrintable(file));

@@ -5,6 +5,8 @@
 #include <QtGui/QPixmap>
 #include <functional>
 
+#include "ExitCode.h"
+
 class QAbstractButton;
 class QDialog;
 class QWidget;
@@ -16,10 +18,11 @@ class HeadlessTour
 {
 public:
     /// With an address the finder chooses the camera of that address; otherwise the first that can be used.
-    HeadlessTour(ViewerWindow &aWindow, const QString &aFolder, const QString &aAddress);
+    /// @param aPatience how long it waits for each step, in milliseconds.
+    HeadlessTour(ViewerWindow &aWindow, const QString &aFolder, const QString &aAddress, int aPatience = 20000);
 
-    /// False, with the reason on the error output, when a step did not come about.
-    bool Run();
+    /// When a step did not come about, the reason is on the error output.
+    ExitCode Run();
 
     // For the parts of the tour.
 
@@ -37,6 +40,7 @@ public:
                        const std::function<void(QDialog *)> &aPrepare = {});
 
 private:
+    bool TourWindows();
     bool TourFinder();
     bool TourPicture();
     bool ProbePicture();
@@ -47,5 +51,7 @@ private:
     ViewerWindow &mWindow;
     QDir mFolder;
     QString mAddress;
+    int mPatience;
     bool mFailed = false;
+    ExitCode mFailure = ExitCode::Failed;  // what a step that does not come about would mean
 };

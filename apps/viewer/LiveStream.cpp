@@ -3,6 +3,8 @@
 #include <chrono>
 #include <utility>
 
+#include "ViewerLog.h"
+
 LiveStream::LiveStream(std::shared_ptr<LxDevice> aDevice, FrameHandler aHandler)
     : mDevice(std::move(aDevice)), mHandler(std::move(aHandler))
 {
@@ -38,6 +40,11 @@ void LiveStream::Stop()
     if (mStream) {
         mStream->Stop();
         mAcquisition.join();
+        LxStreamStatistics counted;
+        mStream->GetStatistics(counted);
+        qCInfo(LogStream) << "the stream ends:" << counted.mDelivered << "frames came," << counted.mMissed
+                          << "never came," << counted.mIncomplete << "came with gaps," << counted.mDropped
+                          << "were dropped," << counted.mResentPackets << "packets were sent again";
         mStream->Close();
         mStream.reset();
     }

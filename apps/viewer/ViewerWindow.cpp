@@ -1,5 +1,6 @@
 #include "ViewerWindow.h"
 
+#include <QtCore/QFileInfo>
 #include <QtCore/QSettings>
 #include <QtGui/QAction>
 #include <QtGui/QCloseEvent>
@@ -15,14 +16,17 @@
 #include <QtWidgets/QVBoxLayout>
 
 #include "Banner.h"
+#include "CameraSettings.h"
 #include "ConnectAdvice.h"
 #include "FeatureDock.h"
+#include "KeptBridges.h"
 #include "LxDevice/LxDeviceGEV.h"
-#include "LxPersistence/LxConfigurationReader.h"
-#include "LxPersistence/LxConfigurationWriter.h"
 #include "PixelProbe.h"
+#include "RecentCameras.h"
 #include "RendererChoice.h"
 #include "Snapshot.h"
+#include "StreamFigures.h"
+#include "ViewerLog.h"
 
 namespace
 {
@@ -34,7 +38,6 @@ constexpr const char *WindowOptions = "Viewer";
 constexpr const char *FeaturesOption = "Features";
 constexpr const char *GeometryOption = "Geometry";
 constexpr const char *LayoutOption = "Layout";
-constexpr const char *BridgeOptions = "CameraBridges";  // of each frame grabber, by its unique ID
 
 }  // namespace
 
@@ -48,13 +51,10 @@ ViewerWindow::ViewerWindow(const QString &aConfigurationFile)
       mWelcome(new QLabel(this)),
       mFindButton(new QPushButton(tr("&Find Camera..."), this)),
       mCamera(new QLabel(this)),
-      mFrameRate(new QLabel(this)),
-      mBandwidth(new QLabel(this)),
-      mLost(new QLabel(this)),
-      mDropped(new QLabel(this)),
-      mLate(new QLabel(this)),
       mProbe(new QLabel(this)),
-      mFeatureDock(new FeatureDock(this))
+      mFeatureDock(new FeatureDock(this)),
+      mSettings(new CameraSettings(mSession, mConfiguration,
+                                   QFileInfo(aConfigurationFile).path() + QStringLiteral("/cameras"), *this))
 {
     setObjectName(QStringLiteral("viewer"));
     resize(1200, 800);
@@ -103,6 +103,7 @@ ViewerWindow::ViewerWindow(const QString &aConfigurationFile)
 ViewerWindow::~ViewerWindow()
 {
     mRegisters.Close();
+    mRegisters.SetDevice(nullptr);
     mTerminal.Close();
     mTerminal.SetDevice(nullptr);
     mSerialBridges.SetDevice(nullptr, mConfiguration);
@@ -128,19 +129,26 @@ void ViewerWindow::MakeActions()
     mSnapshotAction = add(file, tr("&Save Snapshot..."), QKeySequence::Save, "snapshotAction");
     connect(mSnapshotAction, &QAction::triggered, this, &ViewerWindow::SaveSnapshot);
     file->addSeparator();
+    QMenu *camera = menuBar()->addMenu(tr("&Camera"));
+    camera->setToolTipsVisible(true);
+    mSettings->AddActions(*file, *camera);
+    QAction *const keep = camera->actions().constLast();
+    file->addSeparator();
     connect(add(file, tr("&Quit"), QKeySequence(tr("Ctrl+Q")), "quitAction"), &QAction::triggered, this,
             &QWidget::close);
 
-    QMenu *camera = menuBar()->addMenu(tr("&Camera"));
     mFindAction = add(camera, tr("&Find Camera..."), QKeySequence(tr("Ctrl+F")), "findAction");
     connect(mFindAction, &QAction::triggered, this, &ViewerWindow::FindCamera);
     mAddressAction = add(camera, tr("Connect to &Address..."), QKeySequence(tr("Ctrl+L")), "addressAction");
     connect(mAddressAction, &QAction::triggered, this, &ViewerWindow::ConnectToAddress);
+    mRecent = new RecentCameras(*camera, this);
+    connect(mRecent, &RecentCameras::Chosen, this, &ViewerWindow::ConnectAgain);
     mDisconnectAction = add(camera, tr("&Disconnect"), QKeySequence(tr("Ctrl+D")), "disconnectAction");
     connect(mDisconnectAction, &QAction::triggered, this, &ViewerWindow::Disconnect);
     camera->addSeparator();
     mLiveAction = add(camera, tr("&Live"), QKeySequence(Qt::Key_F5), "liveAction");
     mLiveAction->setCheckable(true);
+    camera->addAction(keep);  // moves it to the end
     connect(mLiveAction, &QAction::triggered, this, &ViewerWindow::ToggleLive);
 
     QMenu *view = menuBar()->addMenu(tr("&View"));
@@ -181,7 +189,7 @@ void ViewerWindow::MakeActions()
     connect(mBridgesAction, &QAction::triggered, this, &ViewerWindow::ShowBridges);
 
     QMenu *help = menuBar()->addMenu(tr("&Help"));
-    connect(help->addAction(tr("&About")), &QAction::triggered, this, [this] {
+    connect(add(help, tr("&About"), QKeySequence::HelpContents, "aboutAction"), &QAction::triggered, this, [this] {
         QMessageBox::about(this, tr("About the viewer"),
                            tr("<b>LxGUI viewer %1</b><p>A camera application on the windows of LxGUI.</p>")
                                .arg(QApplication::applicationVersion()));
@@ -197,19 +205,7 @@ void ViewerWindow::MakeStatusBar()
         tr("The pixel under the mouse: where it is, what the camera sent, what is shown (red, green, "
            "blue)"));
     statusBar()->addWidget(mProbe, 2);
-    const std::pair<QLabel *, const char *> figures[] = {{mFrameRate, "frameRateStatus"},
-                                                         {mBandwidth, "bandwidthStatus"},
-                                                         {mLost, "lostStatus"},
-                                                         {mDropped, "droppedStatus"},
-                                                         {mLate, "lateStatus"}};
-    for (const auto &[label, name] : figures) {
-        label->setObjectName(QLatin1String(name));
-        statusBar()->addPermanentWidget(label);
-    }
-    mFrameRate->setToolTip(tr("Frames shown per second"));
-    mBandwidth->setToolTip(tr("Picture data received per second"));
-    mDropped->setToolTip(tr("Frames that arrived whole and were not shown because the display was too slow"));
-    mLate->setToolTip(tr("Frames that were shown more than a tenth of a second after they had arrived"));
+    mFigures = new StreamFigures(*statusBar(), this);
 }
 
 void ViewerWindow::MakeFeatures()
@@ -258,10 +254,18 @@ void ViewerWindow::Connect(const QString &aAddress)
     UpdateState();
 }
 
+void ViewerWindow::ConnectAgain(const CameraIdentity &aCamera)
+{
+    Disconnect();
+    mSession.ConnectAgain(aCamera);
+    UpdateState();
+}
+
 void ViewerWindow::Disconnect()
 {
     mRegisters.Close();
     mRegisters.SetDevice(nullptr);
+    mSettings->OnDisconnecting(mLinkLost);
     mSerialBridges.Close();
     mSerialBridges.Save(mConfiguration);
     mSerialBridges.SetDevice(nullptr, mConfiguration);
@@ -271,7 +275,7 @@ void ViewerWindow::Disconnect()
     mTerminal.Close();
     mTerminal.SetDevice(nullptr);
     mHasSerialPorts = false;
-    SaveBridges();
+    KeepBridges();
     mBridges.Close();
     mBridges.SetDevice(nullptr);
     mAdapter.reset();
@@ -285,12 +289,17 @@ void ViewerWindow::Disconnect()
 
 void ViewerWindow::OnConnected()
 {
+    mEverConnected = true;
+    mRecent->Add(mSession.Camera());
     mRegisters.SetDevice(dynamic_cast<LxDeviceGEV *>(mSession.Device()));
     mAdapter = std::make_unique<LxDeviceAdapter>(mSession.Device());
     mHasSerialPorts = mTerminal.SetDevice(mAdapter.get()).IsOK();
     ShowBridgeMessages(this, mSerialBridges.SetDevice(mAdapter.get(), mConfiguration));
     mBridges.SetDevice(mSession.Device());
-    LoadBridges();
+    if (const QString error = RestoreBridges(mBridges, mAdapter->GetUniqueID(), mConfiguration); !error.isEmpty()) {
+        statusBar()->showMessage(error);
+    }
+    mSettings->OnConnected();
     mLiveAction->setChecked(true);
     ToggleLive(true);
     mPicture->setFocus();
@@ -301,6 +310,7 @@ void ViewerWindow::OnConnected()
 
 void ViewerWindow::OnFailed(const LxResult &aResult)
 {
+    mFailure = FailureOf(aResult);
     UpdateState();
     const ConnectAdvice advice = AdviseOnConnect(aResult, mSession.CameraName());
     QMessageBox box(QMessageBox::Warning, tr("No connection"), advice.mHeadline, QMessageBox::Close, this);
@@ -409,12 +419,19 @@ void ViewerWindow::LoadConfiguration()
     UpdateFeatures();
 }
 
+void ViewerWindow::KeepBridges()
+{
+    if (mAdapter) {
+        ::KeepBridges(mBridges, mAdapter->GetUniqueID(), mConfiguration);
+    }
+}
+
 void ViewerWindow::SaveConfiguration()
 {
     mSerialBridges.Save(mConfiguration);
     mFeatureDock->Browser().Save(mConfiguration);
     mFeatureWindow.Save(mConfiguration);
-    SaveBridges();
+    KeepBridges();
     LxPropertyList list;
     list.Add(LxProperty(FeaturesOption, mFeaturesAction->isChecked() ? "Shown" : "Hidden"));
     list.Add(LxProperty(GeometryOption, saveGeometry().toBase64().constData()));
@@ -422,41 +439,6 @@ void ViewerWindow::SaveConfiguration()
     mConfiguration.Set(WindowOptions, list);
     if (const QString error = mConfiguration.Save(); !error.isEmpty()) {
         QMessageBox::warning(this, tr("Options not saved"), error);
-    }
-}
-
-void ViewerWindow::SaveBridges()
-{
-    if (mBridges.GetBridgeCount() == 0) {
-        return;
-    }
-    LxConfigurationWriter writer;
-    mBridges.Save(writer);
-    const LxString grabber = mAdapter->GetUniqueID();
-    LxPropertyList list = mConfiguration.Get(BridgeOptions);
-    if (LxProperty *bridges = list.GetProperty(grabber)) {
-        bridges->SetValue(writer.SaveToString());
-    }
-    else {
-        list.Add(LxProperty(grabber, writer.SaveToString()));
-    }
-    mConfiguration.Set(BridgeOptions, list);
-}
-
-void ViewerWindow::LoadBridges()
-{
-    LxPropertyList list = mConfiguration.Get(BridgeOptions);
-    const LxProperty *bridges = list.GetProperty(mAdapter->GetUniqueID());
-    LxConfigurationReader reader;
-    if (mBridges.GetBridgeCount() == 0 || !bridges || !reader.LoadFromString(bridges->GetValue()).IsOK()) {
-        return;
-    }
-    LxStringList errors;
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    mBridges.Load(reader, errors);
-    QApplication::restoreOverrideCursor();
-    if (errors.GetSize() > 0) {
-        statusBar()->showMessage(QString::fromUtf8(errors.GetItem(0).GetAscii()));
     }
 }
 
@@ -515,6 +497,7 @@ void ViewerWindow::UpdateState()
     mFindAction->setEnabled(!attempting);
     mAddressAction->setEnabled(!attempting);
     mFindButton->setEnabled(!attempting);
+    mRecent->SetEnabled(!attempting);
     mDisconnectAction->setEnabled(connected || connecting);
     mLiveAction->setEnabled(connected);
     mLiveAction->setChecked(mSession.IsLive());
@@ -523,6 +506,7 @@ void ViewerWindow::UpdateState()
     mSerialBridgesAction->setEnabled(connected && mSerialBridges.HasPorts());
     mBridgesAction->setEnabled(connected && mBridges.GetBridgeCount() > 0);
     UpdateZoomActions();
+    mSettings->UpdateActions();
     mFeatureWindowAction->setEnabled(connected);
     mPages->setCurrentIndex(connected ? 1 : 0);
     mWelcome->setText(connecting ? tr("Connecting to %1...").arg(mSession.CameraName())
@@ -550,15 +534,7 @@ void ViewerWindow::UpdateState()
 
 void ViewerWindow::UpdateStatistics()
 {
-    const LxStreamStatistics statistics = mSession.Statistics();
-    mFrameRate->setText(tr("%1 fps").arg(statistics.mFrameRate, 0, 'f', 1));
-    mBandwidth->setText(tr("%1 MB/s").arg(statistics.mBandwidth / 1e6, 0, 'f', 1));
-    mLost->setText(tr("%1 lost").arg(statistics.mIncomplete + statistics.mMissed));
-    mLost->setToolTip(tr("Frames lost on the wire: %1 never came, %2 came with gaps")
-                          .arg(statistics.mMissed)
-                          .arg(statistics.mIncomplete));
-    mDropped->setText(tr("%1 dropped").arg(statistics.mDropped));
-    mLate->setText(tr("%1 late").arg(mShownFrame.LateCount()));
+    mFigures->Show(mSession.Statistics(), mShownFrame.LateCount());
     mSnapshotAction->setEnabled(mShownFrame.Frame() != nullptr);
 }
 

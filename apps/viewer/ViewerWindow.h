@@ -4,6 +4,7 @@
 #include <QtWidgets/QMainWindow>
 
 #include "CameraSession.h"
+#include "ExitCode.h"
 #include "FeatureBrowser.h"
 #include "LxDevice/LxDeviceAdapter.h"
 #include "LxGUI/LxCameraBridgeManagerWnd.h"
@@ -16,12 +17,15 @@
 #include "ViewerConfiguration.h"
 
 class Banner;
+class CameraSettings;
 class FeatureDock;
 class QAction;
 class QLabel;
 class QPushButton;
 class QStackedWidget;
+class RecentCameras;
 class RendererChoice;
+class StreamFigures;
 
 /// The viewer's main window: finds a camera, shows its live picture and opens the other windows on it.
 class ViewerWindow : public QMainWindow
@@ -42,9 +46,13 @@ public:
     LxSerialTerminalWnd &Terminal() { return mTerminal; }
     LxCameraBridgeManagerWnd &Bridges() { return mBridges; }
     CameraSession &Session() { return mSession; }
+    CameraSettings &Settings() { return *mSettings; }
+    RecentCameras &Recent() { return *mRecent; }
     QString BannerText() const;
     /// What went wrong when the options were read; empty when nothing did.
     QString ConfigurationError() const { return mConfigurationError; }
+    /// OK, or why no camera was ever connected though it was tried.
+    ExitCode Outcome() const { return mEverConnected ? ExitCode::OK : mFailure; }
 
 public slots:
     /// Lets the user choose a camera and connects to it. Not while a connection attempt runs: it works on what the
@@ -52,6 +60,7 @@ public slots:
     void FindCamera();
     void ConnectToAddress();
     void Connect(const QString &aAddress);
+    void ConnectAgain(const CameraIdentity &aCamera);
     void Disconnect();
     void ToggleLive(bool aLive);
     void ShowRegisters();
@@ -85,9 +94,7 @@ private:
     void UpdateFeatures();
     void LoadConfiguration();
     void SaveConfiguration();
-    /// Keep the bridges of the connected frame grabber in the configuration, and connect them again.
-    void SaveBridges();
-    void LoadBridges();
+    void KeepBridges();
 
     CameraSession mSession;
     LxDeviceFinderWnd mFinder;
@@ -109,14 +116,12 @@ private:
     QLabel *mWelcome;
     QPushButton *mFindButton;
     QLabel *mCamera;
-    QLabel *mFrameRate;
-    QLabel *mBandwidth;
-    QLabel *mLost;
-    QLabel *mDropped;
-    QLabel *mLate;
     QLabel *mProbe;
     FeatureDock *mFeatureDock;
+    CameraSettings *mSettings;
+    StreamFigures *mFigures = nullptr;
     RendererChoice *mRenderer = nullptr;
+    RecentCameras *mRecent = nullptr;
     QAction *mFindAction = nullptr;
     QAction *mAddressAction = nullptr;
     QAction *mDisconnectAction = nullptr;
@@ -132,4 +137,6 @@ private:
     QList<QAction *> mZoomActions;
     QTimer mStatisticsTimer;
     bool mLinkLost = false;
+    bool mEverConnected = false;
+    ExitCode mFailure = ExitCode::OK;  // of the last attempt to connect that failed
 };

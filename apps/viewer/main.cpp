@@ -1,72 +1,131 @@
-#include <QtCore/QCommandLineParser>
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
+#include <cstdio>
 
+#include "CommandLine.h"
 #include "HeadlessTour.h"
 #include "LxGUIVersion.h"
 #include "LxSimulation/LxSimulation.h"
+#include "LxSystem/LxSystem.h"
+#include "SelfCheck.h"
+#include "ViewerLog.h"
 #include "ViewerWindow.h"
+
+namespace
+{
+
+bool HasDisplay()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+/// What can be done without a display is; the platform must be chosen before the application exists.
+/// @return whether windows would have nobody to look at them.
+bool ChoosePlatform(int aCount, char **aArguments)
+{
+    if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        return false;
+    }
+    for (int i = 1; i < aCount; ++i) {
+        if (qstrcmp(aArguments[i], "-platform") == 0 || qstrcmp(aArguments[i], "--platform") == 0) {
+            return false;
+        }
+    }
+    if (CommandLine::NeedsNoDisplay(aCount, aArguments)) {
+        // the self-check reports the renderer of the display, where there is one
+        const bool isSelfCheck = std::any_of(aArguments, aArguments + aCount,
+                                             [](const char *aText) { return qstrcmp(aText, "--self-check") == 0; });
+        qputenv("QT_QPA_PLATFORM", isSelfCheck && HasDisplay() ? "xcb;wayland;offscreen" : "offscreen");
+        return false;
+    }
+    if (!HasDisplay()) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        return true;
+    }
+    return false;
+}
+
+int Say(ExitCode aCode, const QString &aText)
+{
+    std::fputs(aText.toLocal8Bit().constData(), aCode == ExitCode::OK ? stdout : stderr);
+    return static_cast<int>(aCode);
+}
+
+ExitCode Tour(const CommandLine &aLine)
+{
+    ExitCode outcome = ExitCode::OK;
+    {
+        const QTemporaryDir folder;  // the tour neither shows nor changes what a user has set
+        ViewerWindow window(folder.filePath(QStringLiteral("viewer.xml")));
+        window.show();
+        HeadlessTour tour(window, aLine.mPictures, aLine.mCamera);
+        outcome = tour.Run();
+    }
+    // what was to be deleted later: no event loop runs any more
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return outcome;
+}
+
+ExitCode ShowViewer(const CommandLine &aLine)
+{
+    ViewerWindow window;
+    window.show();
+    QTimer::singleShot(0, &window, [&] {
+        if (const QString error = window.ConfigurationError(); !error.isEmpty()) {
+            QMessageBox::warning(&window, QCoreApplication::translate("main", "Options not read"), error);
+        }
+        if (aLine.mCamera.isEmpty()) {
+            window.FindCamera();
+        }
+        else {
+            window.Connect(aLine.mCamera);
+        }
+    });
+    const int code = QApplication::exec();
+    return code != 0 ? ExitCode::Failed : aLine.mCamera.isEmpty() ? ExitCode::OK : window.Outcome();
+}
+
+}  // namespace
 
 int main(int argc, char **argv)
 {
-    // the tour needs no display; the platform must be chosen before the application exists
-    for (int i = 1; i < argc; ++i) {
-        if (qstrncmp(argv[i], "--headless", 10) == 0 && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-            qputenv("QT_QPA_PLATFORM", "offscreen");
-        }
-    }
+    const bool isBlind = ChoosePlatform(argc, argv);
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("LxGUI"));
     QApplication::setApplicationName(QStringLiteral("lxgui-viewer"));
     QApplication::setApplicationVersion(QStringLiteral(LXGUI_VERSION_STRING));
 
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Finds a camera and shows its live picture."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.addOptions({
-        {QStringLiteral("simulate"), QStringLiteral("Also offer simulated cameras, without any hardware.")},
-        {QStringLiteral("camera"), QStringLiteral("Connect to the camera at <address> instead of opening the finder."),
-         QStringLiteral("address")},
-        {QStringLiteral("headless"),
-         QStringLiteral("Show every window without a display, write a picture of each into <folder>, and end."),
-         QStringLiteral("folder")},
-    });
-    parser.process(application);
-
-    if (parser.isSet(QStringLiteral("simulate"))) {
+    const CommandLine line = CommandLine::Parse(QCoreApplication::arguments());
+    if (line.mEnds) {
+        return Say(line.mExitCode, line.mText);
+    }
+    if (isBlind) {
+        return Say(ExitCode::NoDisplay, QStringLiteral("lxgui-viewer: there is no display; --headless and --self-check "
+                                                       "need none (see --help)\n"));
+    }
+    if (!line.mLogFile.isEmpty()) {
+        if (const QString error = ViewerLog::Open(line.mLogFile, line.mLogFilter); !error.isEmpty()) {
+            return Say(ExitCode::CannotWrite, QStringLiteral("lxgui-viewer: %1\n").arg(error));
+        }
+    }
+    qCInfo(LogApp).noquote() << "viewer" << QCoreApplication::applicationVersion() << "LxGUI"
+                             << LxWnd::GetVersion().GetAscii() << "LxSDK" << LxSystem::GetVersion().GetAscii()
+                             << LxSystem::GetTransportLibrary().GetAscii() << "Qt" << qVersion() << "platform"
+                             << QGuiApplication::platformName();
+    if (line.mSimulate) {
         LxSimulation::AddDefaultHost();
         LxSimulation::Enable();
     }
-
-    if (parser.isSet(QStringLiteral("headless"))) {
-        bool toured = false;
-        {
-            const QTemporaryDir folder;  // the tour neither shows nor changes what a user has set
-            ViewerWindow window(folder.filePath(QStringLiteral("viewer.xml")));
-            window.show();
-            HeadlessTour tour(window, parser.value(QStringLiteral("headless")), parser.value(QStringLiteral("camera")));
-            toured = tour.Run();
-        }
-        // what was to be deleted later: no event loop runs any more
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        return toured ? 0 : 1;
+    ExitCode outcome = ExitCode::OK;
+    if (line.mSelfCheck) {
+        Say(outcome, SelfCheckReport());
     }
-    ViewerWindow window;
-    window.show();
-    const QString address = parser.value(QStringLiteral("camera"));
-    QTimer::singleShot(0, &window, [&] {
-        if (const QString error = window.ConfigurationError(); !error.isEmpty()) {
-            QMessageBox::warning(&window, QCoreApplication::translate("main", "Options not read"), error);
-        }
-        if (address.isEmpty()) {
-            window.FindCamera();
-        }
-        else {
-            window.Connect(address);
-        }
-    });
-    return QApplication::exec();
+    else {
+        outcome = line.mPictures.isEmpty() ? ShowViewer(line) : Tour(line);
+    }
+    qCInfo(LogApp) << "the viewer ends with" << static_cast<int>(outcome);
+    ViewerLog::Close();
+    return static_cast<int>(outcome);
 }

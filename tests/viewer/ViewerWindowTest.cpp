@@ -138,7 +138,7 @@ TEST_F(Viewer, ATourThatCannotConnectEnds)
     ASSERT_TRUE(LxSystem::Connect(info, LxDeviceAccess::Control, other).IsOK());
     const QTemporaryDir folder;
     testing::internal::CaptureStderr();
-    EXPECT_FALSE(HeadlessTour(*mWindow, folder.path(), Address).Run());
+    EXPECT_EQ(HeadlessTour(*mWindow, folder.path(), Address).Run(), ExitCode::ConnectFailed);
     const std::string said = testing::internal::GetCapturedStderr();
     EXPECT_NE(said.find("is controlled by another application."), std::string::npos) << said;
 }
