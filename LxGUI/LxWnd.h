@@ -22,19 +22,19 @@ typedef struct HWND__ *HWND;
 /// application any more, the show operations return InvalidArgument (0x4001).
 ///
 /// All operations must be called on the thread that runs the QApplication, the program's GUI thread, unless they say
-/// otherwise; this holds for the constructor and the destructor too. On another thread they warn (Qt's message handler),
-/// do nothing and return InvalidArgument where they return a result; a window that is constructed there stays without
-/// content for good, and one that is destroyed there waits until the GUI thread, which must not wait for the caller, has
-/// destroyed it.
+/// otherwise; this holds for the constructor and the destructor too. On another thread they warn (Qt's message
+/// handler), do nothing and return InvalidArgument where they return a result; a window that is constructed there stays
+/// without content for good, and one that is destroyed there waits until the GUI thread, which must not wait for the
+/// caller, has destroyed it.
 ///
 /// A window may be shown again and in another way at any time; its content then moves along. A dialog that the user
 /// closes ends the window's work as Close() does, and so does the end of a host's widget or of a dialog's parent.
 /// Destroying the window also takes its dialog, or its content in a host's widget, from the screen.
 ///
-/// Devices and other objects that a window is given are not owned and are taken from it (by null) before they end. Where
-/// a host forgets that, the window notices the end of a device, an adapter or an array of features of the SDK, gives it
-/// up in time and warns. When the object ends on another thread, that thread waits for the GUI thread meanwhile, two
-/// seconds at most.
+/// Devices and other objects that a window is given are not owned and are taken from it (by null) before they end.
+/// Where a host forgets that, the window notices the end of a device, an adapter or an array of features of the SDK,
+/// gives it up in time and warns. When the object ends on another thread, that thread waits for the GUI thread
+/// meanwhile, two seconds at most.
 ///
 /// A host that overrides virtual operations of a derived class calls Close() before it destroys the window.
 /// @thread{GUI}
@@ -109,8 +109,8 @@ public:
     /// @thread{GUI}
     void SetTitle(const LxString &aTitle);
 
-    /// The version of the library that runs, like "1.2.3"; LXGUI_VERSION_STRING is the one that the program was compiled
-    /// with.
+    /// The version of the library that runs, like "1.2.3"; LXGUI_VERSION_STRING is the one that the program was
+    /// compiled with.
     /// @thread{any}
     static LxString GetVersion();
 
