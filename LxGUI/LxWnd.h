@@ -65,13 +65,13 @@ public:
     ///         destruction; AlreadyShown (28) when the window is visible already.
     /// @thread{GUI}
     LxResult ShowModal();
-    /// The same above a window of the host, which is blocked meanwhile.
+    /// The same above a window of the host, which is blocked meanwhile. Results as above.
     /// @thread{GUI}
     LxResult ShowModal(QWidget *aParent);
     /// Shows the window as a modeless dialog; a visible one is brought to the front. Returns OK.
     /// @thread{GUI}
     LxResult ShowModeless();
-    /// The same above a window of the host.
+    /// The same above a window of the host. Results as above.
     /// @thread{GUI}
     LxResult ShowModeless(QWidget *aParent);
     /// The same with a native parent, which also receives the window's notifications. A null pointer must be cast

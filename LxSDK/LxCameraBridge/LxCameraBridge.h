@@ -42,6 +42,7 @@ public:
     /// family. NotFound when no driver is installed.
     static LxResult GetCLProtocolTemplates(LxStringList &aTemplates);
     /// Asks for the camera behind the port with a template: its ID and the XML descriptions that fit.
+    /// Errors: NotFound (no such template), those of the serial port and of the camera.
     LxResult ProbeCLProtocol(const LxString &aTemplate, LxString &aCameraID, LxStringList &aXMLIDs);
     /// @param aTemplate a template, or a camera ID, which begins with one.
     /// @param aXMLID one of those that ProbeCLProtocol() gave. Errors: NotFound, AlreadyOpen, GenICamError, those of
@@ -51,6 +52,7 @@ public:
 
     /// Asks a GenCP camera for its XML descriptions, the best first. An ID is a text of the form
     /// "SCHEMA#XML VERSION#MANUFACTURER MODEL", for example "1.1#XML 1.0.0#LxGUI Line Camera"; no standard defines one.
+    /// Errors: those of the serial port and of the camera, Timeout when it is silent.
     LxResult GetGenCPXMLIDs(LxStringList &aXMLIDs);
     /// May be repeated while connected by GenCP; when that fails the bridge stays connected as it was. Errors: NotFound
     /// (no such XML), AlreadyOpen (connected otherwise), Timeout, GenICamError, those of the serial port and of the
@@ -71,7 +73,7 @@ public:
     /// The camera's features; null when not connected.
     LxGenParameterArray *GetParameters();
 
-    /// Saves how the bridge is connected and its settings under a name; fails when it is not connected.
+    /// Saves how the bridge is connected and its settings under a name. NotConnected when it is not.
     LxResult Save(const LxString &aName, LxConfigurationWriter &aWriter);
     /// Connects as it was saved. What could not be restored is added to the errors.
     LxResult Load(const LxString &aName, LxConfigurationReader &aReader, LxStringList &aErrors);

@@ -60,10 +60,10 @@ public:
     /// Writes bytes; on failure some may have been written. Errors: as above, and WriteProtected.
     virtual LxResult WriteMemory(int64_t aAddress, const uint8_t *aData, uint64_t aLength) = 0;
 
-    /// Adds a sink; it is never called from within this call.
+    /// Adds a sink, which the application owns; it is never called from within this call. InvalidArgument for null.
     virtual LxResult RegisterEventSink(LxDeviceEventSink *aSink) = 0;
     /// Removes a sink. When this returns no call of it runs on another thread, and none will come. May be called from
-    /// within the sink's own callback.
+    /// within the sink's own callback. NotFound when it is not registered.
     virtual LxResult UnregisterEventSink(LxDeviceEventSink *aSink) = 0;
 
 protected:

@@ -3,7 +3,8 @@
 #include "LxBase/LxResult.h"
 #include "LxGenICam/LxGenTypes.h"
 
-/// A category of features (GenApi ICategory). Owned by its LxGenParameterArray; usable from any thread.
+/// A category of features (GenApi ICategory). Owned by its LxGenParameterArray; usable from any thread. What asks for
+/// texts, visibility and name space always succeeds.
 /// @thread{any}
 class LX_API LxGenCategory
 {
@@ -22,7 +23,8 @@ public:
     virtual LxResult GetVisibility(LxGenVisibility &aVisibility) const = 0;
     /// Custom when the XML gives none.
     virtual LxResult GetNameSpace(LxGenNameSpace &aNameSpace) const = 0;
-    /// Whether the device has what the category is for; the only question here that may go to the device.
+    /// Whether the device has what the category is for; the only question here that may go to the device,
+    /// and fail with what that reports.
     virtual LxResult IsImplemented(bool &aImplemented) const = 0;
     /// The same with false for a failure.
     bool IsImplemented() const;

@@ -9,7 +9,7 @@ class LX_API LxGenEnum : public LxGenParameter
 public:
     ~LxGenEnum() override;
 
-    /// The number of the current entry.
+    /// The number of the current entry. Errors: NotReadable and those of the device.
     virtual LxResult GetValue(int64_t &aValue) const = 0;
     /// The name of the current entry. NotFound when no entry has the current number.
     virtual LxResult GetValue(LxString &aName) const = 0;
@@ -19,7 +19,7 @@ public:
     /// Chooses an entry by its name. Errors as above.
     virtual LxResult SetValue(const LxString &aName) = 0;
 
-    /// All entries of the XML, in its order, whatever their availability and visibility.
+    /// All entries of the XML, in its order, whatever their availability and visibility. Always OK.
     virtual LxResult GetEntriesCount(int64_t &aCount) const = 0;
     /// An index of 0 to count - 1. OutOfRange, and the pointer set to null, beyond that. A success may carry null.
     virtual LxResult GetEntryByIndex(int64_t aIndex, const LxGenEnumEntry **aEntry) const = 0;

@@ -10,9 +10,9 @@ class LxGenParameterList;
 /// A feature of a device, as its GenICam XML describes it (GenApi standard).
 ///
 /// Handed out by an LxGenParameterArray, which owns it. All operations may be called from any thread. Operations that
-/// ask for attributes (name, tool tip, description, visibility) never talk to the device; those that ask for access or
-/// values may, and then take as long as the device does. While the device does not answer they fail at once with
-/// Timeout or NotConnected.
+/// ask for attributes (name, tool tip, description, visibility) never talk to the device and always succeed; those that
+/// ask for access, limits or values may, and then take as long as the device does. They fail with what the device
+/// reports, and at once with Timeout or NotConnected while it does not answer; the argument is then as it was.
 /// @thread{any}
 class LX_API LxGenParameter
 {
@@ -68,7 +68,8 @@ public:
     /// InvalidParameter when the text is no such value, NotSupported for commands and registers.
     virtual LxResult FromString(const LxString &aText) = 0;
 
-    /// Adds a sink; it is never called from within this call. Adding the same sink again changes nothing.
+    /// Adds a sink, which the application owns; it is never called from within this call. Adding the same sink again
+    /// changes nothing. InvalidArgument for null.
     virtual LxResult RegisterEventSink(LxGenEventSink *aSink) = 0;
     /// Removes a sink. When this returns no call of the sink for this feature runs on another thread, and none will
     /// come. May be called from within the sink's own callback. NotFound when it was not registered.

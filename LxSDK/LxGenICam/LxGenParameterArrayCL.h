@@ -9,5 +9,6 @@ class LX_API LxGenParameterArrayCL
 {
 public:
     /// Replaces the list by the IDs of the ports that started serial bridges registered with the Camera Link interface.
+    /// Always OK.
     static LxResult GetPortIDs(LxStringList &aIDs);
 };

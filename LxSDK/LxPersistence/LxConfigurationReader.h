@@ -18,7 +18,7 @@ public:
     /// Reads a file. FileError when it cannot be opened or read or exceeds 64 MiB; InvalidDataFormat, with the reason
     /// and the place, when it is no configuration. On failure what was loaded before stays.
     LxResult Load(const LxString &aPath);
-    /// The same from text in memory.
+    /// The same from text in memory. InvalidDataFormat as above.
     LxResult LoadFromString(const LxString &aText);
 
     /// Replaces the content of the list by the properties stored under the name. NotFound, and the list untouched,

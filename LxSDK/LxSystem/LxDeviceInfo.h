@@ -26,6 +26,7 @@ public:
     /// One of LxDeviceInfoType.
     virtual int GetType() const = 0;
     /// The interface at which this object's device was found; a device found at two interfaces has two objects.
+    /// Owned by the system.
     virtual const LxInterface *GetInterface() const = 0;
 
     /// Identifies the device, the same at every interface: the MAC address of a network device, the GUID of a USB one.
