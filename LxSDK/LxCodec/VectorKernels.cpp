@@ -309,15 +309,57 @@ HWY_INLINE IntVector SpreadPairsOverBlocks(IntVector aPairs)
 using Shorts = hn::ScalableTag<int16_t>;
 using ShortVector = hn::Vec<Shorts>;
 
-// Luma of two pixels in the halves of each word with their chroma, where a step of luma is a step of colour.
-HWY_INLINE ShortVector AddChroma(ShortVector aY, IntVector aChroma)
+// The byte of each 32-bit word that begins at a bit, in both halves of the word.
+template <int kBit>
+HWY_INLINE ShortVector SpreadByte(IntVector aWords)
+{
+    constexpr uint8_t kFirst = kBit / 8;
+    alignas(16) static constexpr uint8_t kOrder[16] = {kFirst,      0x80, kFirst,      0x80, kFirst + 4, 0x80,
+                                                       kFirst + 4,  0x80, kFirst + 8,  0x80, kFirst + 8, 0x80,
+                                                       kFirst + 12, 0x80, kFirst + 12, 0x80};
+    const Bytes bytes;
+    return hn::BitCast(Shorts(), hn::TableLookupBytesOr0(hn::BitCast(bytes, aWords), hn::LoadDup128(bytes, kOrder)));
+}
+
+// The luma samples of two pixels, which begin at a bit and 16 bits later.
+template <int kBit>
+HWY_INLINE ShortVector GetLuma(IntVector aWords)
 {
     const Shorts shorts;
-    const Ints ints;
-    const auto chroma = hn::ShiftRight<kYuvFractionBits>(aChroma);
-    const auto both = hn::Or(hn::And(chroma, hn::Set(ints, 0xFFFF)), hn::ShiftLeft<16>(chroma));
-    const auto sum = hn::Add(aY, hn::BitCast(shorts, both));
-    return hn::Min(hn::Max(sum, hn::Zero(shorts)), hn::Set(shorts, 255));
+    const hn::ScalableTag<uint16_t> unsignedShorts;
+    if constexpr (kBit == 0) {
+        return hn::And(hn::BitCast(shorts, aWords), hn::Set(shorts, 255));
+    }
+    else {
+        return hn::BitCast(shorts, hn::ShiftRight<8>(hn::BitCast(unsignedShorts, aWords)));
+    }
+}
+
+// The lower half of each 32-bit word in both halves.
+HWY_INLINE ShortVector SpreadLowerHalf(IntVector aWords)
+{
+    alignas(16) static constexpr uint8_t kOrder[16] = {0, 1, 0, 1, 4, 5, 4, 5, 8, 9, 8, 9, 12, 13, 12, 13};
+    const Bytes bytes;
+    return hn::BitCast(Shorts(), hn::TableLookupBytes(hn::BitCast(bytes, aWords), hn::LoadDup128(bytes, kOrder)));
+}
+
+// A chroma sample by a factor between 1 and 2 with 15 bits behind its point, of which aFraction is what exceeds 1. For
+// the factors of full-range pictures this rounds every sample as the longer fraction of a YuvMatrix does.
+HWY_INLINE ShortVector ScaleChroma(ShortVector aSample, ShortVector aFraction)
+{
+    return hn::Add(aSample, hn::MulFixedPoint15(aSample, aFraction));
+}
+
+HWY_INLINE ShortVector ClampToByte(ShortVector aColour)
+{
+    const Shorts shorts;
+    return hn::Min(hn::Max(aColour, hn::Zero(shorts)), hn::Set(shorts, 255));
+}
+
+inline int16_t FractionAboveOne(int32_t aFactor)
+{
+    constexpr int kDropped = kYuvFractionBits - 15;
+    return static_cast<int16_t>((aFactor - (1 << kYuvFractionBits) + (1 << (kDropped - 1))) >> kDropped);
 }
 
 // A 32-bit word holds two pixels: kU and kY are the first bits of U and of the first luma sample, V and the second luma
@@ -329,24 +371,33 @@ void YuvPairsToBgra(const uint8_t *aSamples, const YuvMatrix &aMatrix, uint8_t *
     const Ints ints;
     const Shorts shorts;
     const bool isUnitLuma = aMatrix.mBlack == 0 && aMatrix.mY == 1 << kYuvFractionBits;
+    const int16_t redFraction = FractionAboveOne(aMatrix.mRedV);
+    const int16_t blueFraction = FractionAboveOne(aMatrix.mBlueU);
+    const int32_t greenOffset = (1 << (kYuvFractionBits - 1)) - 128 * (aMatrix.mGreenU + aMatrix.mGreenV);
     const size_t step = 2 * hn::Lanes(ints);
     size_t i = 0;
     for (; i + step <= aWidth; i += step) {
         const auto pairs = SpreadPairsOverBlocks(hn::BitCast(ints, hn::LoadU(bytes, aSamples + 2 * i)));
-        const Chroma chroma = GetChroma(GetByte<kU>(pairs), GetByte<kU + 16>(pairs), aMatrix);
         ByteVector lower;
         ByteVector upper;
         if (isUnitLuma) {
-            const auto y = hn::BitCast(shorts, hn::And(hn::ShiftRight<kY>(pairs), hn::Set(ints, 0x00FF00FF)));
-            const auto red = AddChroma(y, chroma.mRed);
-            const auto green = AddChroma(y, chroma.mGreen);
-            const auto blue = AddChroma(y, chroma.mBlue);
+            // red and blue of two pixels at once in 16 bits; green needs the longer sum
+            const auto y = GetLuma<kY>(pairs);
+            const auto u = hn::Sub(SpreadByte<kU>(pairs), hn::Set(shorts, 128));
+            const auto v = hn::Sub(SpreadByte<kU + 16>(pairs), hn::Set(shorts, 128));
+            const auto greenChroma = hn::Add(hn::Add(hn::Mul(GetByte<kU>(pairs), hn::Set(ints, aMatrix.mGreenU)),
+                                                     hn::Mul(GetByte<kU + 16>(pairs), hn::Set(ints, aMatrix.mGreenV))),
+                                             hn::Set(ints, greenOffset));
+            const auto red = ClampToByte(hn::Add(y, ScaleChroma(v, hn::Set(shorts, redFraction))));
+            const auto green = ClampToByte(hn::Add(y, SpreadLowerHalf(hn::ShiftRight<kYuvFractionBits>(greenChroma))));
+            const auto blue = ClampToByte(hn::Add(y, ScaleChroma(u, hn::Set(shorts, blueFraction))));
             const auto redAlpha = hn::Or(red, hn::Set(shorts, static_cast<int16_t>(0xFF00)));
             const auto blueGreen = hn::Or(blue, hn::ShiftLeft<8>(green));
             lower = hn::BitCast(bytes, hn::InterleaveLower(shorts, blueGreen, redAlpha));
             upper = hn::BitCast(bytes, hn::InterleaveUpper(shorts, blueGreen, redAlpha));
         }
         else {
+            const Chroma chroma = GetChroma(GetByte<kU>(pairs), GetByte<kU + 16>(pairs), aMatrix);
             const auto even = GetPixels(GetByte<kY>(pairs), chroma, aMatrix);
             const auto odd = GetPixels(GetByte<kY + 16>(pairs), chroma, aMatrix);
             lower = hn::BitCast(bytes, hn::InterleaveLower(ints, even, odd));

@@ -303,7 +303,7 @@ TEST_P(Kernels, ConvertEveryChromaPairLikeTheScalarOnes)
                     y[i] = static_cast<uint8_t>(luma + i % 2);
                     u[i] = static_cast<uint8_t>(first);
                     v[i] = static_cast<uint8_t>(i);
-                    pairs[2 * i] = i % 2 == 0 ? u[i] : static_cast<uint8_t>(i / 2 * 2);
+                    pairs[2 * i] = i % 2 == 0 ? u[i] : static_cast<uint8_t>(i / 2 * 2 + luma % 2);
                     pairs[2 * i + 1] = y[i];
                 }
                 mScalar.mYuv(y.data(), u.data(), v.data(), *matrix, expected.data(), kLine);
