@@ -110,10 +110,12 @@ std::vector<LxString> ValuesOf(LxGenParameter &aSelector)
         int64_t most = 0;
         int64_t step = 1;
         if (index->GetMin(least).IsOK() && index->GetMax(most).IsOK() && index->GetIncrement(step).IsOK() && step > 0 &&
-            most >= least && static_cast<uint64_t>(most - least) / static_cast<uint64_t>(step) < MostCombinations)
+            most >= least)
         {
-            for (int64_t value = least; value <= most; value += step) {
-                values.push_back(LxString(std::to_string(value).c_str()));
+            const uint64_t steps =
+                (static_cast<uint64_t>(most) - static_cast<uint64_t>(least)) / static_cast<uint64_t>(step);
+            for (uint64_t i = 0; steps < MostCombinations && i <= steps; ++i) {
+                values.push_back(LxString(std::to_string(least + static_cast<int64_t>(i) * step).c_str()));
             }
         }
     }
