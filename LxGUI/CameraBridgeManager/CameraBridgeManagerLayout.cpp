@@ -3,6 +3,7 @@
 #include <QtWidgets/QVBoxLayout>
 
 #include "LxGUI/CameraBridgeManager/CameraBridgeManagerWnd.h"
+#include "LxGUI/Frame/EnterKey.h"
 #include "LxGUI/Frame/MessageBoxes.h"
 #include "LxGUI/Frame/Named.h"
 #include "LxGUI/LxGenBrowserWnd.h"
@@ -31,6 +32,14 @@ QComboBox *MakeCombo(QWidget *aParent, const char *aName, const QString &aAccess
     combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);  // long identifiers do not widen it
     combo->setMinimumWidth(FieldWidth);
     return combo;
+}
+
+QPushButton *MakeButton(QWidget *aParent, const char *aName, const QString &aText, const QString &aAccessibleName)
+{
+    auto *button = Named(new QPushButton(aText, aParent), aName, aAccessibleName);
+    button->setAutoDefault(false);
+    PressOnEnter(button);
+    return button;
 }
 
 QLabel *MakeLabel(QWidget *aParent, const QString &aText, QWidget *aBuddy)
@@ -151,13 +160,9 @@ void CameraBridgeManagerWnd::AddCameraFileBlock(QBoxLayout *aLayout, QWidget *aP
     mKCFPathEdit = Named(new QLineEdit(aParent), "KCFPathEdit", QStringLiteral("Path of the Kelvra camera file"));
     mKCFPathEdit->setMinimumWidth(FieldWidth);
     mKCFLabel = MakeLabel(aParent, QStringLiteral("Path"), mKCFPathEdit);
-    mKCFPathButton =
-        Named(new QPushButton(QStringLiteral("..."), aParent), "KCFPathButton", QStringLiteral("Choose the file"));
-    mKCFPathButton->setAutoDefault(false);
+    mKCFPathButton = MakeButton(aParent, "KCFPathButton", QStringLiteral("..."), QStringLiteral("Choose the file"));
     AddRow(block, mKCFLabel, mKCFPathEdit, mKCFPathButton);
-    mKCFLoadButton =
-        Named(new QPushButton(QStringLiteral("Load"), aParent), "KCFLoadButton", QStringLiteral("Load the file"));
-    mKCFLoadButton->setAutoDefault(false);
+    mKCFLoadButton = MakeButton(aParent, "KCFLoadButton", QStringLiteral("Load"), QStringLiteral("Load the file"));
     auto *row = new QHBoxLayout;
     row->addStretch();
     row->addWidget(mKCFLoadButton);
@@ -172,16 +177,14 @@ void CameraBridgeManagerWnd::AddCLProtocolBlock(QBoxLayout *aLayout, QWidget *aP
     mCLPTemplateCombo = MakeCombo(aParent, "CLPTemplateCombo", QStringLiteral("CL Protocol template"));
     mCLPTemplateLabel = MakeLabel(aParent, QStringLiteral("Template"), mCLPTemplateCombo);
     mCLPProbeButton =
-        Named(new QPushButton(QStringLiteral("Probe"), aParent), "CLPProbeButton", QStringLiteral("Probe the camera"));
-    mCLPProbeButton->setAutoDefault(false);
+        MakeButton(aParent, "CLPProbeButton", QStringLiteral("Probe"), QStringLiteral("Probe the camera"));
     AddRow(block, mCLPTemplateLabel, mCLPTemplateCombo, mCLPProbeButton);
     mCLPCameraID = MakeStatus(aParent, "CLPCameraID", QStringLiteral("Not found"), false);
     block->addWidget(mCLPCameraID);
     mCLPXMLCombo = MakeCombo(aParent, "CLPXMLCombo", QStringLiteral("CL Protocol XML"));
     mCLPXMLLabel = MakeLabel(aParent, QStringLiteral("XML"), mCLPXMLCombo);
-    mCLPConnectButton = Named(new QPushButton(QStringLiteral("Connect"), aParent), "CLPConnectButton",
-                              QStringLiteral("Connect by the CL Protocol"));
-    mCLPConnectButton->setAutoDefault(false);
+    mCLPConnectButton = MakeButton(aParent, "CLPConnectButton", QStringLiteral("Connect"),
+                                   QStringLiteral("Connect by the CL Protocol"));
     AddRow(block, mCLPXMLLabel, mCLPXMLCombo, mCLPConnectButton);
     mCLPStatus = MakeStatus(aParent, "CLPStatus", QStringLiteral("Not initialized"), false);
     block->addWidget(mCLPStatus);
@@ -192,9 +195,8 @@ void CameraBridgeManagerWnd::AddGenCPBlock(QBoxLayout *aLayout, QWidget *aParent
     QBoxLayout *block = AddBlock(aLayout);
     mGenCPXMLCombo = MakeCombo(aParent, "GenCPXMLCombo", QStringLiteral("GenCP XML"));
     mGenCPLabel = MakeLabel(aParent, QStringLiteral("XML"), mGenCPXMLCombo);
-    mGenCPConnectButton = Named(new QPushButton(QStringLiteral("Connect"), aParent), "GenCPConnectButton",
-                                QStringLiteral("Connect by GenCP"));
-    mGenCPConnectButton->setAutoDefault(false);
+    mGenCPConnectButton =
+        MakeButton(aParent, "GenCPConnectButton", QStringLiteral("Connect"), QStringLiteral("Connect by GenCP"));
     AddRow(block, mGenCPLabel, mGenCPXMLCombo, mGenCPConnectButton);
     mGenCPStatus = MakeStatus(aParent, "GenCPStatus", QStringLiteral("Not initialized"), false);
     block->addWidget(mGenCPStatus);
@@ -208,9 +210,7 @@ QGroupBox *CameraBridgeManagerWnd::CreateStatisticsGroup(QWidget *aParent)
     mReceivedLabel->setObjectName(QStringLiteral("ReceivedLabel"));
     mSentLabel = new QLabel(QStringLiteral("Bytes sent: 0"), group);
     mSentLabel->setObjectName(QStringLiteral("SentLabel"));
-    mResetButton =
-        Named(new QPushButton(QStringLiteral("Reset"), group), "ResetButton", QStringLiteral("Reset the statistics"));
-    mResetButton->setAutoDefault(false);
+    mResetButton = MakeButton(group, "ResetButton", QStringLiteral("Reset"), QStringLiteral("Reset the statistics"));
     mResetButton->setFixedSize(ResetButtonSize);
     layout->addWidget(mReceivedLabel);
     layout->addWidget(mSentLabel);

@@ -3,7 +3,6 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QMutexLocker>
 #include <QtCore/QScopedValueRollback>
-#include <QtGui/QCursor>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
 
@@ -505,7 +504,7 @@ void DeviceFinderWnd::OnContextMenu(QPoint aPoint)
     menu->setAttribute(Qt::WA_DeleteOnClose);
     mSetIPAction = menu->addAction(QStringLiteral("Set IP Address..."));
     connect(mSetIPAction, SIGNAL(triggered()), this, SLOT(OnBnClickedForceipButton()));
-    menu->popup(QCursor::pos());
+    menu->popup(mTree->viewport()->mapToGlobal(aPoint));  // also where the keyboard asked for it
 }
 
 void DeviceFinderWnd::OnBnClickedForceipButton()

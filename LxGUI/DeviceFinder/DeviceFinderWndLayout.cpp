@@ -8,6 +8,7 @@
 
 #include "LxGUI/DeviceFinder/DeviceFinderWnd.h"
 #include "LxGUI/DeviceFinder/InfoTable.h"
+#include "LxGUI/Frame/EnterKey.h"
 
 namespace
 {
@@ -113,6 +114,7 @@ QLayout *DeviceFinderWnd::CreateButtons(QWidget *aParent)
     for (QPushButton *button : {mSetIPButton.data(), mSelectFromIPButton.data()}) {
         button->setMinimumWidth(sButtonWidth);
         button->setAutoDefault(false);
+        PressOnEnter(button);  // not OK, which Enter presses elsewhere
     }
     mSetIPButton->setEnabled(false);
     mOKButton->setDefault(true);

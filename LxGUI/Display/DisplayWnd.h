@@ -55,6 +55,8 @@ public:
 
     /// The pixel of the shown picture at a point of the widget; (-1, -1) where there is none.
     QPoint PictureAt(const QPoint &aPoint);
+    /// Of the picture that is shown; empty when there is none.
+    QSize PictureSize();
     const DisplayGeometry::Zoom &GetZoom() const { return mZoom; }
     int GetRendererMode() const { return mRendererMode.load(); }
     LxResult SetRendererMode(int aMode);
@@ -103,13 +105,14 @@ private:
     bool IsOpenGL() const { return mRendererMode == LxRendererModeOpenGL; }
     LxResult ChangeRendererMode(int aMode);
     void MakeGLDisplay();
-    QSize PictureSize();
+    QSize ScrolledSize();
     void ApplyBackground();
     void ChangeZoom(DisplayGeometry::ZoomMode aMode, double aFactor);
     void ApplyZoom();
     void UpdateScrollBars(const QSize &aPicture);
     void PlaceChildren(const QSize &aSize);
     bool OnKeyPress(int aKey);
+    void ScrollByKey(int aKey);
     void OnContextMenu(const QContextMenuEvent &aEvent);
     void RepaintOpenGL();
     void Paint();

@@ -12,6 +12,7 @@
 
 #include "LxGUI/Display/DisplayWnd.h"
 #include "LxGUI/Display/GLDisplay.h"
+#include "LxGUI/Display/PictureAccessible.h"
 
 using namespace DisplayGeometry;
 
@@ -66,6 +67,10 @@ void DisplayWnd::CreateLayout()
 
     widget->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::MinimumExpanding);
     widget->setFocusPolicy(Qt::StrongFocus);
+    if (widget->accessibleName().isEmpty()) {
+        widget->setAccessibleName(Title().isEmpty() ? tr("Picture") : Title());
+    }
+    MakePictureAccessible(widget, this);
     ApplyBackground();
     if (IsOpenGL()) {
         MakeGLDisplay();
@@ -95,6 +100,12 @@ void DisplayWnd::OnOpen() {}
 void DisplayWnd::OnClose() {}
 
 QSize DisplayWnd::PictureSize()
+{
+    return mGLDisplay ? mGLDisplay->FrameSize() : ScrolledSize();
+}
+
+// The picture as far as zoom and scroll bars go by it.
+QSize DisplayWnd::ScrolledSize()
 {
     if (IsOpenGL()) {
         return {};  // a frame left over from the other renderer does not count
@@ -136,7 +147,7 @@ void DisplayWnd::ChangeZoom(ZoomMode aMode, double aFactor)
 
 void DisplayWnd::ApplyZoom()
 {
-    const QSize picture = PictureSize();
+    const QSize picture = ScrolledSize();
     if (!Content() || Content()->size().isEmpty() || picture.isEmpty()) {
         return;
     }
@@ -169,7 +180,7 @@ void DisplayWnd::UpdateScrollBars(const QSize &aPicture)
 
 void DisplayWnd::OnMainCenterHere()
 {
-    if (!Content() || !mHorizontalBar || !mVerticalBar || PictureSize().isEmpty() || mZoom.mMode == ZoomFit) {
+    if (!Content() || !mHorizontalBar || !mVerticalBar || ScrolledSize().isEmpty() || mZoom.mMode == ZoomFit) {
         return;
     }
     const bool horizontal = !mHorizontalBar->isHidden();
@@ -220,7 +231,39 @@ bool DisplayWnd::OnKeyPress(int aKey)
             ChangeZoom(ZoomFree, mZoom.mFactor / KeyZoomStep);
             return true;
         default:
-            return false;
+            ScrollByKey(aKey);
+            return false;  // these keys are the host's too
+    }
+}
+
+void DisplayWnd::ScrollByKey(int aKey)
+{
+    const auto act = [](QScrollBar *aBar, QAbstractSlider::SliderAction aAction) {
+        if (aBar && !aBar->isHidden()) {
+            aBar->triggerAction(aAction);
+        }
+    };
+    switch (aKey) {
+        case Qt::Key_Left:
+            return act(mHorizontalBar, QAbstractSlider::SliderSingleStepSub);
+        case Qt::Key_Right:
+            return act(mHorizontalBar, QAbstractSlider::SliderSingleStepAdd);
+        case Qt::Key_Up:
+            return act(mVerticalBar, QAbstractSlider::SliderSingleStepSub);
+        case Qt::Key_Down:
+            return act(mVerticalBar, QAbstractSlider::SliderSingleStepAdd);
+        case Qt::Key_PageUp:
+            return act(mVerticalBar, QAbstractSlider::SliderPageStepSub);
+        case Qt::Key_PageDown:
+            return act(mVerticalBar, QAbstractSlider::SliderPageStepAdd);
+        case Qt::Key_Home:
+            act(mHorizontalBar, QAbstractSlider::SliderToMinimum);
+            return act(mVerticalBar, QAbstractSlider::SliderToMinimum);
+        case Qt::Key_End:
+            act(mHorizontalBar, QAbstractSlider::SliderToMaximum);
+            return act(mVerticalBar, QAbstractSlider::SliderToMaximum);
+        default:
+            return;
     }
 }
 
@@ -301,7 +344,7 @@ QPoint DisplayWnd::PictureAt(const QPoint &aPoint)
     }
     const QSize view = ViewSize(Content()->size(), mHorizontalBar && !mHorizontalBar->isHidden(),
                                 mVerticalBar && !mVerticalBar->isHidden());
-    const QSize picture = mGLDisplay ? mGLDisplay->FrameSize() : PictureSize();
+    const QSize picture = PictureSize();
     if (view.isEmpty() || picture.isEmpty() || !QRect({}, view).contains(aPoint)) {
         return none;
     }

@@ -4,6 +4,7 @@
 #include <QtWidgets/QMainWindow>
 #include <utility>
 
+#include "LxGUI/Frame/ContextMenuKey.h"
 #include "LxGUI/Frame/FixedSizeDialog.h"
 #include "LxGUI/Frame/NativeEmbedding.h"
 #include "LxGUI/Frame/OwnedApplication.h"
@@ -265,6 +266,7 @@ void Wnd::BuildContent()
 {
     mOthers = mWidget->children();
     CreateLayout();
+    ContextMenuKey::Install(mContent ? mContent : mWidget);
     for (QObject *child : mWidget->children()) {
         if (!mOthers.contains(child)) {
             mParts.append(child);

@@ -146,6 +146,11 @@ void GenBrowserItemDelegate::closeEditor(QWidget *aEditor, QAbstractItemDelegate
     if (mModel && !isOther) {
         mModel->ClearEditIndex();
     }
+    // Under a message box the editor has lost the focus, and the view does not take it from there: once the box has
+    // gone, the keyboard goes on in the tree.
+    if (aEditor && !aEditor->hasFocus() && aEditor->window()->focusWidget() == aEditor) {
+        aEditor->parentWidget()->parentWidget()->setFocus();
+    }
 }
 
 void GenBrowserItemDelegate::destroyEditor(QWidget *aEditor, const QModelIndex &aIndex) const

@@ -7,6 +7,7 @@
 #include <QtGui/QPalette>
 #include <utility>
 
+#include "LxGUI/GenBrowser/FeatureTreeAccessible.h"
 #include "LxGUI/GenBrowser/GenBrowserTreeItem.h"
 #include "LxGUI/GenBrowser/GenBrowserTreeModel.h"
 
@@ -21,6 +22,7 @@ constexpr int DrawingDelay = 20;
 
 GenBrowserTree::GenBrowserTree(QWidget *aParent) : QTreeView(aParent)
 {
+    InstallFeatureTreeAccessibility();
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::SingleSelection);
     // All rows are one line; with that known, finding a row's place does not mean to measure all rows before it.

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "LxGUI/Frame/BusyCursor.h"
+#include "LxGUI/Frame/EnterKey.h"
 #include "LxGUI/GenBrowser/GenBrowserItemDelegate.h"
 #include "LxGUI/GenBrowser/GenBrowserPersistence.h"
 #include "LxGUI/GenBrowser/GenBrowserThread.h"
@@ -45,6 +46,7 @@ QToolButton *MakeButton(QWidget *aParent, const char *aName, const QString &aTex
     button->setAccessibleName(aAccessibleName);
     button->setToolTip(aAccessibleName);
     button->setFocusPolicy(Qt::StrongFocus);
+    PressOnEnter(button);
     return button;
 }
 

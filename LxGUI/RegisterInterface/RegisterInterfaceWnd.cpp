@@ -6,6 +6,7 @@
 #include <QtWidgets/QVBoxLayout>
 
 #include "LxDevice/LxDeviceGEV.h"
+#include "LxGUI/Frame/EnterKey.h"
 #include "LxGUI/Frame/MessageBoxes.h"
 #include "LxGUI/Frame/OutputEdit.h"
 #include "LxGUI/Frame/Text.h"
@@ -39,6 +40,8 @@ QPushButton *CreateButton(QWidget *aParent, const char *aName, const QString &aT
     auto *button = new QPushButton(aText, aParent);
     button->setObjectName(QLatin1String(aName));
     button->setAccessibleName(aAccessibleName);
+    button->setAutoDefault(false);  // Enter in a field presses the button of its own group
+    PressOnEnter(button);
     return button;
 }
 
@@ -147,6 +150,7 @@ QGroupBox *RegisterInterfaceWnd::CreateReadGroup(QWidget *aParent)
     mReadValue.Show();
     mReadResult.Show();
     connect(button, SIGNAL(clicked()), this, SLOT(OnReadButtonClicked()));
+    connect(mReadAddressEdit, SIGNAL(returnPressed()), button, SLOT(click()));
     return group;
 }
 
@@ -165,6 +169,9 @@ QGroupBox *RegisterInterfaceWnd::CreateWriteGroup(QWidget *aParent)
     layout.AddRow("Result", mWriteResult.mEdit, false);
     mWriteResult.Show();
     connect(button, SIGNAL(clicked()), this, SLOT(OnWriteButtonClicked()));
+    for (QLineEdit *edit : {mWriteAddressEdit.data(), mWriteValueEdit.data()}) {
+        connect(edit, SIGNAL(returnPressed()), button, SLOT(click()));
+    }
     return group;
 }
 

@@ -6,8 +6,22 @@
 #include <QtWidgets/QRadioButton>
 #include <QtWidgets/QVBoxLayout>
 
+#include "LxGUI/Frame/EnterKey.h"
 #include "LxGUI/Frame/Named.h"
 #include "LxGUI/SerialBridgeManager/SerialBridgeManagerWnd.h"
+
+namespace
+{
+
+QPushButton *MakeButton(QWidget *aParent, const QString &aText, const char *aName, const QString &aAccessibleName)
+{
+    auto *button = Named(new QPushButton(aText, aParent), aName, aAccessibleName);
+    button->setAutoDefault(false);  // else Enter would press it from anywhere in the window
+    PressOnEnter(button);
+    return button;
+}
+
+}  // namespace
 
 void SerialBridgeManagerWnd::CreateLayout()
 {
@@ -56,18 +70,19 @@ QGroupBox *SerialBridgeManagerWnd::CreateBridgeGroup(QWidget *aParent)
         mTypeButtons->addButton(button, aId);
         layout->addWidget(button, aRow, 0, 1, 3);
     };
+    // In this order the arrow keys come to a COM port without starting a Camera Link bridge on the way.
     add(SerialBridgeEntry::Inactive, tr("None"), "InactiveRadio", 0);
-    add(SerialBridgeEntry::CameraLinkDLL, tr("Camera Link DLL"), "CameraLinkRadio", 1);
+    add(SerialBridgeEntry::COMPortLink, tr("Serial COM Port Link"), "COMPortRadio", 1);
+    mPortCombo = Named(new QComboBox(group), "PortCombo", tr("COM port"));
+    layout->addWidget(mPortCombo, 2, 1);
+    mConfigureButton = MakeButton(group, tr("Configure..."), "ConfigureButton", tr("Configure the COM port"));
+    layout->addWidget(mConfigureButton, 2, 2);
+    mSummaryLabel = Named(new QLabel(group), "SummaryLabel");
+    layout->addWidget(mSummaryLabel, 3, 1, 1, 2);
+    add(SerialBridgeEntry::CameraLinkDLL, tr("Camera Link DLL"), "CameraLinkRadio", 4);
     mNameLabel = Named(new QLabel(group), "NameLabel");
     mNameLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    layout->addWidget(mNameLabel, 2, 1, 1, 2);
-    add(SerialBridgeEntry::COMPortLink, tr("Serial COM Port Link"), "COMPortRadio", 3);
-    mPortCombo = Named(new QComboBox(group), "PortCombo", tr("COM port"));
-    layout->addWidget(mPortCombo, 4, 1);
-    mConfigureButton = Named(new QPushButton(tr("Configure..."), group), "ConfigureButton");
-    layout->addWidget(mConfigureButton, 4, 2);
-    mSummaryLabel = Named(new QLabel(group), "SummaryLabel");
-    layout->addWidget(mSummaryLabel, 5, 1, 1, 2);
+    layout->addWidget(mNameLabel, 5, 1, 1, 2);
     // The longest summary fits, so that the window keeps its width.
     mSummaryLabel->setMinimumWidth(
         mSummaryLabel->fontMetrics().horizontalAdvance(FormatSummary({4000000, static_cast<LxSerialParity>(3), 8, 2})));
@@ -93,7 +108,7 @@ QGroupBox *SerialBridgeManagerWnd::CreateStatisticsGroup(QWidget *aParent)
     auto *layout = new QGridLayout(group);
     mSentLabel = Named(new QLabel(group), "SentLabel");
     mReceivedLabel = Named(new QLabel(group), "ReceivedLabel");
-    auto *reset = Named(new QPushButton(tr("Reset"), group), "ResetButton", tr("Reset the statistics"));
+    QPushButton *reset = MakeButton(group, tr("Reset"), "ResetButton", tr("Reset the statistics"));
     layout->addWidget(mSentLabel, 0, 0);
     layout->addWidget(mReceivedLabel, 1, 0);
     layout->addWidget(reset, 0, 1, 2, 1);

@@ -164,6 +164,9 @@ void SerialTerminalWnd::OnLoopbackChange(bool aChecked)
 void SerialTerminalWnd::OnOpen()
 {
     Reopen();
+    if (IsDialog() && mDataEdit) {
+        mDataEdit->setFocus();  // can take it now that the port is open
+    }
 }
 
 void SerialTerminalWnd::OnClose()

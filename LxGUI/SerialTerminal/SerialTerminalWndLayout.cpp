@@ -2,6 +2,7 @@
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QVBoxLayout>
 
+#include "LxGUI/Frame/EnterKey.h"
 #include "LxGUI/Frame/Named.h"
 #include "LxGUI/SerialTerminal/SerialTerminalWnd.h"
 
@@ -34,12 +35,13 @@ QRadioButton *AddRadio(QGroupBox *aGroup, QBoxLayout &aRow, const QString &aText
     return radio;
 }
 
-/// A button that the Enter key of the dialog leaves alone: what Enter does depends on the field that it is typed into.
+/// A button that Enter presses only where it is: in a field Enter does what belongs to the field.
 QPushButton *AddButton(QGroupBox *aGroup, QBoxLayout &aRow, const QString &aText, const char *aName,
                        const QString &aAccessibleName)
 {
     auto *button = Named(new QPushButton(aText, aGroup), aName, aAccessibleName);
     button->setAutoDefault(false);
+    PressOnEnter(button);
     aRow.addWidget(button);
     return button;
 }
@@ -84,7 +86,6 @@ void SerialTerminalWnd::CreateLayout()
     UpdateSpeed();
     UpdateLoopback();
     ClearTranscript();  // The view is new and empty.
-    mDataEdit->setFocus();
 }
 
 void SerialTerminalWnd::AddPortGroup(QWidget *aParent, QBoxLayout &aLayout)

@@ -1,5 +1,6 @@
 #include <QtWidgets/QAccessibleWidget>
 
+#include "LxGUI/Frame/AccessibleFactory.h"
 #include "LxGUI/SerialTerminal/TranscriptView.h"
 
 namespace
@@ -69,18 +70,9 @@ QAccessibleInterface *CreateInterface(const QString & /*aClass*/, QObject *aObje
     return view ? new TranscriptViewAccessible(view) : nullptr;
 }
 
-/// Taken back when the library is unloaded.
-struct Installation
-{
-    Installation() { QAccessible::installFactory(CreateInterface); }
-    ~Installation() { QAccessible::removeFactory(CreateInterface); }
-    Installation(const Installation &) = delete;
-    Installation &operator=(const Installation &) = delete;
-};
-
 }  // namespace
 
 void InstallTranscriptAccessibility()
 {
-    static const Installation installation;
+    static const AccessibleFactory factory(CreateInterface);
 }
