@@ -148,7 +148,7 @@ void GenBrowserItemDelegate::closeEditor(QWidget *aEditor, QAbstractItemDelegate
     }
     // Under a message box the editor has lost the focus, and the view does not take it from there: once the box has
     // gone, the keyboard goes on in the tree.
-    if (aEditor && !aEditor->hasFocus() && aEditor->window()->focusWidget() == aEditor) {
+    if (aEditor && aEditor->parentWidget() && !aEditor->hasFocus() && aEditor->window()->focusWidget() == aEditor) {
         aEditor->parentWidget()->parentWidget()->setFocus();
     }
 }

@@ -30,7 +30,7 @@ bool IsOpenGLUsable()
 RendererChoice::RendererChoice(LxDisplayWnd &aDisplay, QMenu &aMenu, QStatusBar &aBar, QObject *aParent)
     : QObject(aParent), mDisplay(aDisplay), mBadge(new QLabel)
 {
-    QMenu *menu = aMenu.addMenu(tr("R&enderer"));
+    QMenu *menu = aMenu.addMenu(tr("Re&nderer"));
     menu->setObjectName(QStringLiteral("rendererMenu"));
     auto *group = new QActionGroup(this);
     mSoftware = group->addAction(tr("&Software"));

@@ -49,7 +49,7 @@ ViewerWindow::ViewerWindow(const QString &aConfigurationFile)
       mPages(new QStackedWidget(this)),
       mPicture(new QWidget(this)),
       mWelcome(new QLabel(this)),
-      mFindButton(new QPushButton(tr("&Find Camera..."), this)),
+      mFindButton(new QPushButton(tr("Fin&d Camera..."), this)),
       mCamera(new QLabel(this)),
       mProbe(new QLabel(this)),
       mFeatureDock(new FeatureDock(this)),
@@ -185,7 +185,7 @@ void ViewerWindow::MakeActions()
     connect(mFeatureWindowAction, &QAction::triggered, this, &ViewerWindow::ShowFeatureWindow);
     mTerminalAction = add(view, tr("&Serial Terminal..."), QKeySequence(tr("Ctrl+Shift+T")), "terminalAction");
     connect(mTerminalAction, &QAction::triggered, this, &ViewerWindow::ShowTerminal);
-    mBridgesAction = add(view, tr("Camera &Bridges..."), QKeySequence(tr("Ctrl+Shift+B")), "bridgesAction");
+    mBridgesAction = add(view, tr("Camera Bri&dges..."), QKeySequence(tr("Ctrl+Shift+B")), "bridgesAction");
     connect(mBridgesAction, &QAction::triggered, this, &ViewerWindow::ShowBridges);
 
     QMenu *help = menuBar()->addMenu(tr("&Help"));

@@ -1,5 +1,6 @@
 // The display with nothing but a keyboard.
 
+#include <QtCore/QFile>
 #include <QtGui/QAccessible>
 #include <QtWidgets/QMenu>
 
@@ -125,6 +126,28 @@ TEST_F(DisplayKeyboard, ZoomsAndScrolls)
     EXPECT_EQ(Scrolled(), QPoint(across.maximum(), down.maximum()));
     Keyboard::Press(Qt::Key_Minus, {}, 20);
     EXPECT_EQ(mDisplay.GetZoom().mMode, ZoomFit);
+}
+
+TEST_F(DisplayKeyboard, EveryKeyOfTheDocumentationDoesSomething)
+{
+    QFile file(LXGUI_SOURCE_DIR "/docs/keyboard.md");
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString page = QString::fromUtf8(file.readAll());
+    int count = 0;
+    for (const QString &row : page.section("## Image display", 1).section("\n## ", 0, 0).split('\n')) {
+        const QString keys = row.section('|', 1, 1).trimmed();
+        if (!row.startsWith("| ") || keys == "Key" || keys.startsWith("Menu")) {
+            continue;
+        }
+        for (const QString &name : keys.split(", ")) {
+            mDisplay.OnMainZoom1To1();
+            const QImage before = Shot();
+            Keyboard::Press(QKeySequence(name)[0].key());
+            EXPECT_NE(Shot(), before) << name.toStdString();
+            ++count;
+        }
+    }
+    EXPECT_EQ(count, 12);
 }
 
 TEST_F(DisplayKeyboard, KeysThatScrollAreTheHostsToo)
