@@ -1,5 +1,6 @@
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
+#include <QtGui/QIcon>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
 #include <cstdio>
@@ -96,6 +97,9 @@ int main(int argc, char **argv)
     QApplication::setOrganizationName(QStringLiteral("LxGUI"));
     QApplication::setApplicationName(QStringLiteral("lxgui-viewer"));
     QApplication::setApplicationVersion(QStringLiteral(LXGUI_VERSION_STRING));
+    // the installed icon: Wayland takes it from the desktop entry, X11 from the window
+    QApplication::setDesktopFileName(QStringLiteral("lxgui-viewer"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("lxgui-viewer")));
 
     const CommandLine line = CommandLine::Parse(QCoreApplication::arguments());
     if (line.mEnds) {
