@@ -1,0 +1,46 @@
+# Included by the project of build-examples: what find_package(LxGUI) gives and refuses. A folder each, as targets are
+# known in the folder that looked for them.
+function(lx_check name content)
+  set(folder ${CMAKE_BINARY_DIR}/source/find-${name})
+  file(WRITE ${folder}/CMakeLists.txt "${content}")
+  add_subdirectory(${folder} find-${name})
+endfunction()
+function(lx_expect)
+  if(NOT (${ARGN}))
+    list(JOIN ARGN " " text)
+    message(SEND_ERROR "find_package(LxGUI): not ${text}")
+  endif()
+endfunction()
+
+lx_check(sdk [[
+find_package(LxGUI 0.1 REQUIRED COMPONENTS LxSDK)
+lx_expect(TARGET LxSDK::LxSDK AND NOT TARGET LxGUI::LxGUI AND NOT TARGET Qt6::Core)
+lx_expect(LxGUI_LxSDK_FOUND)
+]])
+lx_check(gui [[
+find_package(LxGUI REQUIRED COMPONENTS LxGUI)
+lx_expect(TARGET LxSDK::LxSDK AND TARGET LxGUI::LxGUI)
+lx_expect(TARGET Qt6::Widgets)
+]])
+lx_check(gui-without-qt [[
+set(CMAKE_DISABLE_FIND_PACKAGE_Qt6 ON)
+find_package(LxGUI REQUIRED)
+lx_expect(TARGET LxGUI::LxGUI AND NOT TARGET Qt6::Widgets)
+add_executable(without-qt ${LXGUI_SOURCE}/examples/console-finder/main.cpp)
+target_link_libraries(without-qt PRIVATE LxGUI::LxGUI)
+]])
+lx_check(unknown [[
+find_package(LxGUI QUIET COMPONENTS LxNothing)
+lx_expect(NOT LxGUI_FOUND)
+find_package(LxGUI QUIET OPTIONAL_COMPONENTS LxNothing)
+lx_expect(LxGUI_FOUND AND NOT LxGUI_LxNothing_FOUND)
+]])
+lx_check(version [[
+foreach(version 0.0 0.2 1.0)
+  unset(LxGUI_DIR CACHE)
+  find_package(LxGUI ${version} QUIET)
+  lx_expect(NOT LxGUI_FOUND)
+endforeach()
+unset(LxGUI_DIR CACHE)
+find_package(LxGUI 0.1.0 EXACT REQUIRED)
+]])
