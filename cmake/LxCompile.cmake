@@ -67,6 +67,8 @@ endfunction()
 set(LXGUI_ABI_FLAGS -g2 -femit-struct-debug-baseonly -fno-var-tracking)
 function(lx_describe_abi objects)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Debug" AND NOT LXGUI_SANITIZE)
-    set_property(SOURCE ${ARGN} TARGET_DIRECTORY ${objects} APPEND PROPERTY COMPILE_OPTIONS ${LXGUI_ABI_FLAGS})
+    set_property(SOURCE ${ARGN} TARGET_DIRECTORY ${objects} APPEND PROPERTY
+      # libabigail sorts by the place of compilation, which a compiler cache may bring from elsewhere
+      COMPILE_OPTIONS ${LXGUI_ABI_FLAGS} -fdebug-prefix-map=${CMAKE_SOURCE_DIR}=.)
   endif()
 endfunction()
