@@ -3,6 +3,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QMutexLocker>
 #include <QtCore/QScopedValueRollback>
+#include <QtGui/QCursor>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
 
@@ -504,7 +505,10 @@ void DeviceFinderWnd::OnContextMenu(QPoint aPoint)
     menu->setAttribute(Qt::WA_DeleteOnClose);
     mSetIPAction = menu->addAction(QStringLiteral("Set IP Address..."));
     connect(mSetIPAction, SIGNAL(triggered()), this, SLOT(OnBnClickedForceipButton()));
-    menu->popup(mTree->viewport()->mapToGlobal(aPoint));  // also where the keyboard asked for it
+    // the keyboard may have asked for it while the cursor is elsewhere
+    const QPoint cursor = QCursor::pos();
+    const QWidget &view = *mTree->viewport();
+    menu->popup(view.rect().contains(view.mapFromGlobal(cursor)) ? cursor : view.mapToGlobal(aPoint));
 }
 
 void DeviceFinderWnd::OnBnClickedForceipButton()
