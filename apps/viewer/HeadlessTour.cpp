@@ -215,6 +215,15 @@ QPixmap HeadlessTour::Picture(QWidget *aWidget)
     return picture;
 }
 
+bool HeadlessTour::Shoot(QWidget *aWidget, const QString &aName)
+{
+    const QPixmap picture = Picture(aWidget);
+    if (mWatcher) {
+        mWatcher(aWidget, aName);
+    }
+    return Save(picture, aName);
+}
+
 bool HeadlessTour::Save(const QPixmap &aPicture, const QString &aName)
 {
     const QString file = mFolder.filePath(aName + QStringLiteral(".png"));

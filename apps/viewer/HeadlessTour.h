@@ -4,6 +4,7 @@
 #include <QtCore/QString>
 #include <QtGui/QPixmap>
 #include <functional>
+#include <utility>
 
 #include "ExitCode.h"
 
@@ -21,6 +22,12 @@ public:
     /// @param aPatience how long it waits for each step, in milliseconds.
     HeadlessTour(ViewerWindow &aWindow, const QString &aFolder, const QString &aAddress, int aPatience = 20000);
 
+    /// Has a function called with every window, or with what of it a picture is about, when the picture is taken.
+    void SetWatcher(std::function<void(QWidget *aWidget, const QString &aName)> aWatcher)
+    {
+        mWatcher = std::move(aWatcher);
+    }
+
     /// When a step did not come about, the reason is on the error output.
     ExitCode Run();
 
@@ -34,7 +41,7 @@ public:
     static QPixmap Picture(QWidget *aWidget);
     /// Writes a picture into the folder.
     bool Save(const QPixmap &aPicture, const QString &aName);
-    bool Shoot(QWidget *aWidget, const QString &aName) { return Save(Picture(aWidget), aName); }
+    bool Shoot(QWidget *aWidget, const QString &aName);
     /// Clicks a button, when it is enabled, which opens a modal dialog, and rejects that when its picture is taken.
     bool ShootDialogOf(QAbstractButton *aButton, const QString &aName,
                        const std::function<void(QDialog *)> &aPrepare = {});
@@ -54,4 +61,5 @@ private:
     int mPatience;
     bool mFailed = false;
     ExitCode mFailure = ExitCode::Failed;  // what a step that does not come about would mean
+    std::function<void(QWidget *, const QString &)> mWatcher;
 };

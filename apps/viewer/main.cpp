@@ -10,6 +10,7 @@
 #include "LxGUIVersion.h"
 #include "LxSimulation/LxSimulation.h"
 #include "LxSystem/LxSystem.h"
+#include "ScreenVariants.h"
 #include "SelfCheck.h"
 #include "ViewerLog.h"
 #include "ViewerWindow.h"
@@ -48,6 +49,12 @@ bool ChoosePlatform(int aCount, char **aArguments)
     return false;
 }
 
+/// How the tour is to show the windows, for scripts.
+QString Variant()
+{
+    return qEnvironmentVariable("LXGUI_VIEWER_VARIANT", QStringLiteral("plain"));
+}
+
 int Say(ExitCode aCode, const QString &aText)
 {
     std::fputs(aText.toLocal8Bit().constData(), aCode == ExitCode::OK ? stdout : stderr);
@@ -56,6 +63,11 @@ int Say(ExitCode aCode, const QString &aText)
 
 ExitCode Tour(const CommandLine &aLine)
 {
+    if (!ScreenVariants::Apply(Variant())) {
+        std::fprintf(stderr, "lxgui-viewer: there is no variant %s, only %s\n", qPrintable(Variant()),
+                     qPrintable(ScreenVariants::Names().join(QStringLiteral(", "))));
+        return ExitCode::BadArguments;
+    }
     ExitCode outcome = ExitCode::OK;
     {
         const QTemporaryDir folder;  // the tour neither shows nor changes what a user has set
@@ -93,6 +105,7 @@ ExitCode ShowViewer(const CommandLine &aLine)
 int main(int argc, char **argv)
 {
     const bool isBlind = ChoosePlatform(argc, argv);
+    ScreenVariants::Prepare(Variant());
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("LxGUI"));
     QApplication::setApplicationName(QStringLiteral("lxgui-viewer"));
