@@ -1,9 +1,12 @@
 #include <QtWidgets/QGroupBox>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QVBoxLayout>
+#include <algorithm>
 
 #include "LxGUI/CameraBridgeManager/CameraBridgeManagerWnd.h"
+#include "LxGUI/Frame/AlignWithLayout.h"
 #include "LxGUI/Frame/EnterKey.h"
+#include "LxGUI/Frame/FitFont.h"
 #include "LxGUI/Frame/MessageBoxes.h"
 #include "LxGUI/Frame/Named.h"
 #include "LxGUI/LxGenBrowserWnd.h"
@@ -25,6 +28,7 @@ const QSize LeastSize(900, 600);
 const QSize MostSize(1600, 1200);
 const QSize FirstSize(1000, 640);  // the browser's buttons fit
 const QSize ResetButtonSize(75, 25);
+const QSize ResetTextSize(67, 19);
 
 QComboBox *MakeCombo(QWidget *aParent, const char *aName, const QString &aAccessibleName)
 {
@@ -50,19 +54,25 @@ QLabel *MakeLabel(QWidget *aParent, const QString &aText, QWidget *aBuddy)
     return label;
 }
 
+/// A margin at the side where lines begin.
+QMargins IndentedBy(const QWidget *aParent, int aIndent)
+{
+    return aParent->isRightToLeft() ? QMargins(0, 0, aIndent, 0) : QMargins(aIndent, 0, 0, 0);
+}
+
 QLabel *MakeStatus(QWidget *aParent, const char *aName, const QString &aText, bool aEnabled)
 {
     auto *label = new QLabel(aText, aParent);
     label->setObjectName(QLatin1String(aName));
-    label->setContentsMargins(StatusMargin, 0, 0, 0);
+    label->setContentsMargins(IndentedBy(aParent, StatusMargin));
     label->setEnabled(aEnabled);
-    return label;
+    return AlignWithLayout(label);
 }
 
-QBoxLayout *AddBlock(QBoxLayout *aLayout)
+QBoxLayout *AddBlock(QBoxLayout *aLayout, const QWidget *aParent)
 {
     auto *block = new QVBoxLayout;
-    block->setContentsMargins(BlockIndent, 0, 0, 0);
+    block->setContentsMargins(IndentedBy(aParent, BlockIndent));
     block->setSpacing(BlockSpacing);
     aLayout->addLayout(block);
     return block;
@@ -102,6 +112,13 @@ void CameraBridgeManagerWnd::CreateLayout()
     column->addWidget(CreateStatisticsGroup(container));
     column->addWidget(CreateCheckGroup(container));
     column->addStretch();
+    ShrinkFontToFit(container, QSize(MostColumnWidth, LeastSize.height() - 2 * MainSpacing), [this] {
+        const int label = std::max({mKCFLabel->sizeHint().width(), mCLPTemplateLabel->sizeHint().width(),
+                                    mCLPXMLLabel->sizeHint().width(), mGenCPLabel->sizeHint().width()});
+        const QSize reset = mResetButton->fontMetrics().size(Qt::TextSingleLine, mResetButton->text());
+        return label <= LabelWidth && reset.width() <= ResetTextSize.width() &&
+               reset.height() <= ResetTextSize.height();
+    });
     main->addWidget(container);
     EmbedBrowser(main, parent);
     Widget()->setMinimumSize(LeastSize);
@@ -156,7 +173,7 @@ QGroupBox *CameraBridgeManagerWnd::CreateSetupGroup(QWidget *aParent)
 
 void CameraBridgeManagerWnd::AddCameraFileBlock(QBoxLayout *aLayout, QWidget *aParent)
 {
-    QBoxLayout *block = AddBlock(aLayout);
+    QBoxLayout *block = AddBlock(aLayout, aParent);
     mKCFPathEdit = Named(new QLineEdit(aParent), "KCFPathEdit", QStringLiteral("Path of the Kelvra camera file"));
     mKCFPathEdit->setMinimumWidth(FieldWidth);
     mKCFLabel = MakeLabel(aParent, QStringLiteral("Path"), mKCFPathEdit);
@@ -173,7 +190,7 @@ void CameraBridgeManagerWnd::AddCameraFileBlock(QBoxLayout *aLayout, QWidget *aP
 
 void CameraBridgeManagerWnd::AddCLProtocolBlock(QBoxLayout *aLayout, QWidget *aParent)
 {
-    QBoxLayout *block = AddBlock(aLayout);
+    QBoxLayout *block = AddBlock(aLayout, aParent);
     mCLPTemplateCombo = MakeCombo(aParent, "CLPTemplateCombo", QStringLiteral("CL Protocol template"));
     mCLPTemplateLabel = MakeLabel(aParent, QStringLiteral("Template"), mCLPTemplateCombo);
     mCLPProbeButton =
@@ -192,7 +209,7 @@ void CameraBridgeManagerWnd::AddCLProtocolBlock(QBoxLayout *aLayout, QWidget *aP
 
 void CameraBridgeManagerWnd::AddGenCPBlock(QBoxLayout *aLayout, QWidget *aParent)
 {
-    QBoxLayout *block = AddBlock(aLayout);
+    QBoxLayout *block = AddBlock(aLayout, aParent);
     mGenCPXMLCombo = MakeCombo(aParent, "GenCPXMLCombo", QStringLiteral("GenCP XML"));
     mGenCPLabel = MakeLabel(aParent, QStringLiteral("XML"), mGenCPXMLCombo);
     mGenCPConnectButton =
@@ -206,9 +223,9 @@ QGroupBox *CameraBridgeManagerWnd::CreateStatisticsGroup(QWidget *aParent)
 {
     auto *group = new QGroupBox(QStringLiteral("Statistics"), aParent);
     auto *layout = new QVBoxLayout(group);
-    mReceivedLabel = new QLabel(QStringLiteral("Bytes received: 0"), group);
+    mReceivedLabel = AlignWithLayout(new QLabel(QStringLiteral("Bytes received: 0"), group));
     mReceivedLabel->setObjectName(QStringLiteral("ReceivedLabel"));
-    mSentLabel = new QLabel(QStringLiteral("Bytes sent: 0"), group);
+    mSentLabel = AlignWithLayout(new QLabel(QStringLiteral("Bytes sent: 0"), group));
     mSentLabel->setObjectName(QStringLiteral("SentLabel"));
     mResetButton = MakeButton(group, "ResetButton", QStringLiteral("Reset"), QStringLiteral("Reset the statistics"));
     mResetButton->setFixedSize(ResetButtonSize);

@@ -8,7 +8,9 @@
 
 #include "LxGUI/DeviceFinder/DeviceFinderWnd.h"
 #include "LxGUI/DeviceFinder/InfoTable.h"
+#include "LxGUI/Frame/AlignWithLayout.h"
 #include "LxGUI/Frame/EnterKey.h"
+#include "LxGUI/Frame/TextDelegate.h"
 
 namespace
 {
@@ -19,7 +21,7 @@ constexpr int sButtonWidth = 140;
 
 QLabel *CreateHeading(QWidget *aParent, const QString &aText, QWidget *aBuddy)
 {
-    auto *label = new QLabel(aText, aParent);
+    QLabel *label = AlignWithLayout(new QLabel(aText, aParent));
     QFont font = label->font();
     font.setBold(true);
     label->setFont(font);
@@ -59,6 +61,7 @@ void DeviceFinderWnd::CreateLayout()
     mTree->setContextMenuPolicy(Qt::CustomContextMenu);
     mTree->setHeaderHidden(true);
     mTree->setUniformRowHeights(true);
+    mTree->setItemDelegate(new TextDelegate(mTree));
     auto *left = new QVBoxLayout;
     left->addWidget(CreateHeading(parent, QStringLiteral("Available Devices"), mTree));
     left->addWidget(mTree);

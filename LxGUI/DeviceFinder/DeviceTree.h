@@ -9,9 +9,12 @@ class DeviceTree : public QTreeWidget
     Q_OBJECT
 
 public:
-    using QTreeWidget::QTreeWidget;
+    explicit DeviceTree(QWidget *aParent);
     ~DeviceTree() override;
 
 signals:
     void AboutToBeDestroyed(DeviceTree *aTree);
+
+protected:
+    void resizeEvent(QResizeEvent *aEvent) override;
 };

@@ -19,6 +19,7 @@
 #include "LxGUI/DeviceFinder/DialogButtons.h"
 #include "LxGUI/DeviceFinder/IPv4.h"
 #include "LxGUI/Frame/BusyCursor.h"
+#include "LxGUI/Frame/FitFont.h"
 #include "LxGUI/Frame/FixedSizeDialog.h"
 #include "LxGUI/Frame/MessageBoxes.h"
 #include "LxGUI/Frame/OutputEdit.h"
@@ -40,6 +41,7 @@ constexpr int sBottomMargin = 6;
 
 constexpr QLatin1String sNoMACAddress("00-00-00-00-00");
 constexpr QLatin1String sNoAddress("0.0.0.0");
+constexpr QLatin1String sWidestText("00:00:00:00:00:00");
 
 /// Adds a row "label, field" to a group.
 /// @param aOwner what the field belongs to, for its name: "NIC" or "Device".
@@ -101,8 +103,9 @@ ForceIPDlg::ForceIPDlg(const LxDeviceInfo &aInfo, const LxNetworkAdapter &aAdapt
         connect(edit, SIGNAL(textChanged(const QString &)), this, SLOT(Validate()));
     }
     connect(mNICIPCombo, SIGNAL(activated(int)), this, SLOT(OnCbnSelchangeNICIPAddress(int)));
-    MakeFixedSizeDialog(this, sWidth, sHeight);
     Configure(aInfo, aAdapter);
+    MakeFixedSizeDialog(this, sWidth, sHeight,
+                        [this] { return WidthForText(mNICMACEdit, sWidestText) <= sFieldWidth; });
 }
 
 QGroupBox *ForceIPDlg::CreateNICGroup()

@@ -3,6 +3,9 @@
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QTableWidget>
 
+#include "LxGUI/Frame/FitFont.h"
+#include "LxGUI/Frame/TextDelegate.h"
+
 namespace
 {
 
@@ -63,6 +66,8 @@ QTableWidget *CreateInfoTable(QWidget *aParent, const QString &aObjectName, cons
     table->verticalHeader()->hide();
     table->verticalHeader()->setMinimumSectionSize(sRowHeight);
     table->verticalHeader()->setDefaultSectionSize(sRowHeight);
+    table->setItemDelegate(new TextDelegate(table));
+    ShrinkFontToHeight(table, sRowHeight);
     return table;
 }
 

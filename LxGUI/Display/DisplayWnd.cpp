@@ -348,6 +348,7 @@ QRect DisplayWnd::DrawOverlay(QPainter &aPainter)
     if (mShownOverlayText.isEmpty()) {
         return {};
     }
+    aPainter.setLayoutDirection(Qt::LeftToRight);  // the offset counts from the left, whatever the layout
     aPainter.setPen(Qt::green);
     aPainter.setFont(mOverlayFont);
     aPainter.setCompositionMode(QPainter::CompositionMode_SourceOver);

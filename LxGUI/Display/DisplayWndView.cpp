@@ -7,6 +7,7 @@
 #include <QtGui/QPainter>
 #include <QtGui/QResizeEvent>
 #include <QtGui/QWheelEvent>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QScrollBar>
 
@@ -33,6 +34,7 @@ constexpr const char *CenterHereText = "Center Here";
 QScrollBar *RemakeBar(QScrollBar *aBefore, bool aShown, Qt::Orientation aOrientation, QWidget *aParent)
 {
     auto *bar = new QScrollBar(aOrientation, aParent);
+    bar->setLayoutDirection(Qt::LeftToRight);  // the picture is not mirrored
     if (aBefore) {
         bar->setRange(aBefore->minimum(), aBefore->maximum());
         bar->setPageStep(aBefore->pageStep());
@@ -271,6 +273,10 @@ void DisplayWnd::OnContextMenu(const QContextMenuEvent &aEvent)
 {
     mMenuPoint = Content()->mapFromGlobal(aEvent.globalPos());
     QMenu menu(Content());
+    // the background colour is that of the picture
+    const QPalette palette = QApplication::palette(&menu);
+    menu.setStyleSheet(QStringLiteral("background-color: %1; color: %2;")
+                           .arg(palette.color(QPalette::Window).name(), palette.color(QPalette::WindowText).name()));
     for (const char *text : {ZoomOneToOneText, ZoomFitText, ZoomInText, ZoomOutText, CenterHereText}) {
         menu.addAction(QLatin1String(text));
     }

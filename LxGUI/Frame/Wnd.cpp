@@ -247,10 +247,10 @@ QWidget *Wnd::BeginLayout()
     return mContent;
 }
 
-void Wnd::MakeFixedSizeDialog(int aWidth, int aHeight)
+void Wnd::MakeFixedSizeDialog(int aWidth, int aHeight, const std::function<bool()> &aFits)
 {
     if (IsDialog()) {
-        ::MakeFixedSizeDialog(mWidget, aWidth, aHeight);
+        ::MakeFixedSizeDialog(mWidget, aWidth, aHeight, aFits);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QWidget>
+#include <functional>
 #include <memory>
 
 #include "LxGUI/LxWnd.h"
@@ -68,7 +69,7 @@ protected:
     /// What BeginLayout() returned last: the widget that carries the content, or null.
     QWidget *Content() const { return mContent; }
     /// MakeFixedSizeDialog() of FixedSizeDialog.h for the window's dialog; nothing when the content is not in it.
-    void MakeFixedSizeDialog(int aWidth, int aHeight);
+    void MakeFixedSizeDialog(int aWidth, int aHeight, const std::function<bool()> &aFits = {});
     /// Puts the widget back under the native parent that Create() gave it, if it has lost it: Qt may replace the native
     /// window of a widget, for example when the first OpenGL widget comes into it.
     void RestoreEmbedding();

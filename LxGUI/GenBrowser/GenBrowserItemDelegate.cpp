@@ -9,6 +9,7 @@
 
 #include "LxGUI/Frame/MessageBoxes.h"
 #include "LxGUI/Frame/Text.h"
+#include "LxGUI/GenBrowser/CellColors.h"
 #include "LxGUI/GenBrowser/GenBrowserTree.h"
 #include "LxGUI/GenBrowser/GenBrowserTreeItem.h"
 #include "LxGUI/GenBrowser/GenBrowserTreeModel.h"
@@ -86,7 +87,7 @@ void Fill(QDoubleSpinBoxExact &aBox, const GenBrowserTreeItem &aItem)
 }  // namespace
 
 GenBrowserItemDelegate::GenBrowserItemDelegate(GenBrowserWnd *aWindow, GenBrowserTreeModel *aModel)
-    : QStyledItemDelegate(aWindow), mModel(aModel)
+    : TextDelegate(aWindow), mModel(aModel)
 {
     // By signature, as the slot hides the signal.
     connect(this, SIGNAL(closeEditor(QWidget *, QAbstractItemDelegate::EndEditHint)), this,
@@ -163,7 +164,7 @@ void GenBrowserItemDelegate::destroyEditor(QWidget *aEditor, const QModelIndex &
         DeleteWhenWritten(aEditor);
         return;
     }
-    QStyledItemDelegate::destroyEditor(aEditor, aIndex);
+    TextDelegate::destroyEditor(aEditor, aIndex);
 }
 
 void GenBrowserItemDelegate::paint(QPainter *aPainter, const QStyleOptionViewItem &aOption,
@@ -173,15 +174,21 @@ void GenBrowserItemDelegate::paint(QPainter *aPainter, const QStyleOptionViewIte
     const auto *tree = qobject_cast<const GenBrowserTree *>(aOption.widget);
     const bool isNeeded = !tree || tree->IsPainted(aOption.rect);
     if (isNeeded && !PaintPlainCell(*aPainter, aOption, aIndex)) {
-        QStyledItemDelegate::paint(aPainter, aOption, aIndex);
+        TextDelegate::paint(aPainter, aOption, aIndex);
     }
+}
+
+void GenBrowserItemDelegate::initStyleOption(QStyleOptionViewItem *aOption, const QModelIndex &aIndex) const
+{
+    TextDelegate::initStyleOption(aOption, aIndex);
+    aOption->palette.setColor(QPalette::Text, CellTextColor(aIndex));
 }
 
 void GenBrowserItemDelegate::setEditorData(QWidget *aEditor, const QModelIndex &aIndex) const
 {
     GenBrowserTreeItem *const item = FeatureItem(aIndex);
     if (!item) {
-        QStyledItemDelegate::setEditorData(aEditor, aIndex);
+        TextDelegate::setEditorData(aEditor, aIndex);
     }
     else if (auto *box = qobject_cast<QComboBox *>(aEditor)) {
         Fill(*box, *item);
@@ -201,7 +208,7 @@ void GenBrowserItemDelegate::setEditorData(QWidget *aEditor, const QModelIndex &
         connect(button, &QPushButton::clicked, item, &GenBrowserTreeItem::Execute, Qt::UniqueConnection);
     }
     else {
-        QStyledItemDelegate::setEditorData(aEditor, aIndex);
+        TextDelegate::setEditorData(aEditor, aIndex);
     }
 }
 
@@ -235,7 +242,7 @@ void GenBrowserItemDelegate::setModelData(QWidget *aEditor, QAbstractItemModel *
     }
     GenBrowserTreeItem *const item = FeatureItem(aIndex);
     if (!item || qobject_cast<QPushButton *>(aEditor)) {
-        QStyledItemDelegate::setModelData(aEditor, aModel, aIndex);
+        TextDelegate::setModelData(aEditor, aModel, aIndex);
         return;
     }
     mIsWriting = true;
@@ -264,7 +271,7 @@ void GenBrowserItemDelegate::Commit(QWidget *aEditor, QAbstractItemModel *aModel
         ShowError(qobject_cast<QWidget *>(parent()), error);
     }
     if (index.isValid()) {
-        QStyledItemDelegate::setModelData(aEditor, aModel, index);
+        TextDelegate::setModelData(aEditor, aModel, index);
     }
 }
 

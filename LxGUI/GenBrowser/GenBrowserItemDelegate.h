@@ -2,14 +2,15 @@
 
 #include <QtCore/QList>
 #include <QtCore/QPointer>
-#include <QtWidgets/QStyledItemDelegate>
+
+#include "LxGUI/Frame/TextDelegate.h"
 
 class GenBrowserTreeItem;
 class GenBrowserTreeModel;
 class GenBrowserWnd;
 
 /// Edits values in place: picks an editor by the kind of the feature, fills it, and writes what it holds.
-class GenBrowserItemDelegate : public QStyledItemDelegate
+class GenBrowserItemDelegate : public TextDelegate
 {
     Q_OBJECT
 
@@ -29,6 +30,9 @@ public:
     bool IsWriting() const { return mIsWriting; }
     /// Takes over an object, which may be this delegate: it is deleted when the view on the stack is done.
     void DeleteWhenWritten(QObject *aObject) const;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *aOption, const QModelIndex &aIndex) const override;
 
 public slots:
     /// Lets refreshes reach the row again that was edited.

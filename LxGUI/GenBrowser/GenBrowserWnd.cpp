@@ -9,11 +9,13 @@
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QToolButton>
 #include <QtWidgets/QVBoxLayout>
+#include <algorithm>
 #include <optional>
 #include <utility>
 
 #include "LxGUI/Frame/BusyCursor.h"
 #include "LxGUI/Frame/EnterKey.h"
+#include "LxGUI/GenBrowser/FlowLayout.h"
 #include "LxGUI/GenBrowser/GenBrowserItemDelegate.h"
 #include "LxGUI/GenBrowser/GenBrowserPersistence.h"
 #include "LxGUI/GenBrowser/GenBrowserThread.h"
@@ -105,7 +107,7 @@ void GenBrowserWnd::CreateLayout()
 
 QLayout *GenBrowserWnd::CreateButtonRow(QWidget *aParent)
 {
-    auto *row = new QHBoxLayout;
+    auto *row = new FlowLayout;
     QToolButton *options =
         MakeButton(aParent, "OptionsButton", tr("Options"), tr("Choose names, view and refresh mode"));
     mExpandButton = MakeButton(aParent, "ExpandButton", tr("Expand"), tr("Open all categories"));
@@ -114,16 +116,19 @@ QLayout *GenBrowserWnd::CreateButtonRow(QWidget *aParent)
     for (QToolButton *button : {options, mExpandButton.data(), mCollapseButton.data(), mRefreshButton.data()}) {
         row->addWidget(button);
     }
-    row->addStretch(1);
-    auto *label = new QLabel(tr("Visibility"), aParent);
-    row->addWidget(label);
-    mVisibilityCombo = new QComboBox(aParent);
+    auto *visibility = new QWidget(aParent);
+    auto *visibilityRow = new QHBoxLayout(visibility);
+    visibilityRow->setContentsMargins(0, 0, 0, 0);
+    auto *label = new QLabel(tr("Visibility"), visibility);
+    visibilityRow->addWidget(label);
+    mVisibilityCombo = new QComboBox(visibility);
     mVisibilityCombo->setObjectName(QStringLiteral("VisibilityCombo"));
     mVisibilityCombo->setAccessibleName(tr("Visibility"));
-    mVisibilityCombo->setMinimumWidth(ComboWidth);
     mVisibilityCombo->addItems({tr("Beginner"), tr("Expert"), tr("Guru")});
+    mVisibilityCombo->setMinimumWidth(std::max(ComboWidth, mVisibilityCombo->sizeHint().width()));
     label->setBuddy(mVisibilityCombo);
-    row->addWidget(mVisibilityCombo);
+    visibilityRow->addWidget(mVisibilityCombo);
+    row->addWidget(visibility);
 
     connect(options, SIGNAL(clicked()), this, SLOT(OnOptionsButtonClick()));
     connect(mExpandButton, SIGNAL(clicked()), this, SLOT(OnExpandButtonClick()));
@@ -146,13 +151,17 @@ QLayout *GenBrowserWnd::CreateSearchRow(QWidget *aParent)
     QToolButton *next = MakeButton(aParent, "NextMatchButton", QString(), tr("Next match"));
     previous->setArrowType(Qt::LeftArrow);
     next->setArrowType(Qt::RightArrow);
+    auto *arrows = new QWidget(aParent);
+    arrows->setLayoutDirection(Qt::LeftToRight);  // as the arrows point
+    auto *arrowRow = new QHBoxLayout(arrows);
+    arrowRow->setContentsMargins(0, 0, 0, 0);
     for (QToolButton *button : {previous, next}) {
         button->setIconSize(QSize(ArrowSize, ArrowSize));
+        arrowRow->addWidget(button);
     }
     row->addWidget(label);
     row->addWidget(mSearchBar, 1);
-    row->addWidget(previous);
-    row->addWidget(next);
+    row->addWidget(arrows);
     connect(previous, SIGNAL(clicked()), mSearchBar, SLOT(MoveToPreviousOccurence()));
     connect(next, SIGNAL(clicked()), mSearchBar, SLOT(MoveToNextOccurence()));
     return row;

@@ -9,6 +9,8 @@
 #include <QtWidgets/QWidget>
 #include <algorithm>
 
+#include "LxGUI/GenBrowser/CellColors.h"
+
 namespace
 {
 
@@ -59,7 +61,7 @@ bool PaintPlainCell(QPainter &aPainter, const QStyleOptionViewItem &aOption, con
     if (!text.isEmpty()) {
         const QPen pen = aPainter.pen();
         const QFont fontBefore = aPainter.font();
-        aPainter.setPen(aIndex.data(Qt::ForegroundRole).value<QBrush>().color());
+        aPainter.setPen(CellTextColor(aIndex));
         aPainter.setFont(font);
         const int height = qCeil(metrics.ascent() + metrics.descent());
         const int top = place.top() + (place.height() - height) / 2;

@@ -7,6 +7,7 @@
 
 #include "LxDevice/LxDeviceGEV.h"
 #include "LxGUI/Frame/EnterKey.h"
+#include "LxGUI/Frame/FitFont.h"
 #include "LxGUI/Frame/MessageBoxes.h"
 #include "LxGUI/Frame/OutputEdit.h"
 #include "LxGUI/Frame/Text.h"
@@ -62,7 +63,6 @@ public:
         row->setSpacing(sSpacing);
         QLabel *label = AddLabel(row, aLabel);
         label->setBuddy(aEdit);
-        label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("Address")));
         row->addWidget(aEdit);
         if (aHex) {
             AddLabel(row, "hex");
@@ -84,6 +84,19 @@ private:
     QGroupBox *mGroup;
     QVBoxLayout *mLayout;
 };
+
+/// The labels before fields are of one width, and eight digits can be read.
+void SetLeastWidths(const QWidget &aContent)
+{
+    for (QLabel *label : aContent.findChildren<QLabel *>()) {
+        if (label->buddy()) {
+            label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("Address")));
+        }
+    }
+    for (QLineEdit *edit : aContent.findChildren<QLineEdit *>()) {
+        edit->setMinimumWidth(WidthForText(edit, FormatHexField(0)));
+    }
+}
 
 }  // namespace
 
@@ -131,7 +144,11 @@ void RegisterInterfaceWnd::CreateLayout()
     main->addLayout(groups);
     groups->addWidget(CreateReadGroup(parent));
     groups->addWidget(CreateWriteGroup(parent));
-    MakeFixedSizeDialog(sWidth, sHeight);
+    SetLeastWidths(*parent);
+    MakeFixedSizeDialog(sWidth, sHeight, [parent] {
+        SetLeastWidths(*parent);
+        return true;
+    });
 }
 
 QGroupBox *RegisterInterfaceWnd::CreateReadGroup(QWidget *aParent)

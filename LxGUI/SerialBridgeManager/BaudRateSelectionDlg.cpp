@@ -5,6 +5,7 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QVBoxLayout>
 
+#include "LxGUI/Frame/AlignWithLayout.h"
 #include "LxGUI/Frame/FixedSizeDialog.h"
 #include "LxGUI/SerialBridgeManager/SerialBridgeRules.h"
 
@@ -14,7 +15,7 @@ BaudRateSelectionDlg::BaudRateSelectionDlg(uint32_t aBaudRate, QWidget *aParent)
     setWindowTitle(tr("Baud Rate Selection"));
     setModal(true);
     auto *main = new QVBoxLayout(this);
-    auto *label = new QLabel(tr("Select Baud Rate:"), this);
+    QLabel *label = AlignWithLayout(new QLabel(tr("Select Baud Rate:"), this));
     label->setBuddy(mCombo);
     main->addWidget(label);
     mCombo->setObjectName(QStringLiteral("BaudRateCombo"));

@@ -6,6 +6,7 @@
 #include <QtWidgets/QRadioButton>
 #include <QtWidgets/QVBoxLayout>
 
+#include "LxGUI/Frame/AlignWithLayout.h"
 #include "LxGUI/Frame/EnterKey.h"
 #include "LxGUI/Frame/Named.h"
 #include "LxGUI/SerialBridgeManager/SerialBridgeManagerWnd.h"
@@ -77,10 +78,10 @@ QGroupBox *SerialBridgeManagerWnd::CreateBridgeGroup(QWidget *aParent)
     layout->addWidget(mPortCombo, 2, 1);
     mConfigureButton = MakeButton(group, tr("Configure..."), "ConfigureButton", tr("Configure the COM port"));
     layout->addWidget(mConfigureButton, 2, 2);
-    mSummaryLabel = Named(new QLabel(group), "SummaryLabel");
+    mSummaryLabel = Named(AlignWithLayout(new QLabel(group)), "SummaryLabel");
     layout->addWidget(mSummaryLabel, 3, 1, 1, 2);
     add(SerialBridgeEntry::CameraLinkDLL, tr("Camera Link DLL"), "CameraLinkRadio", 4);
-    mNameLabel = Named(new QLabel(group), "NameLabel");
+    mNameLabel = Named(AlignWithLayout(new QLabel(group)), "NameLabel");
     mNameLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
     layout->addWidget(mNameLabel, 5, 1, 1, 2);
     // The longest summary fits, so that the window keeps its width.
@@ -106,8 +107,8 @@ QGroupBox *SerialBridgeManagerWnd::CreateStatisticsGroup(QWidget *aParent)
 {
     auto *group = new QGroupBox(tr("Statistics"), aParent);
     auto *layout = new QGridLayout(group);
-    mSentLabel = Named(new QLabel(group), "SentLabel");
-    mReceivedLabel = Named(new QLabel(group), "ReceivedLabel");
+    mSentLabel = Named(AlignWithLayout(new QLabel(group)), "SentLabel");
+    mReceivedLabel = Named(AlignWithLayout(new QLabel(group)), "ReceivedLabel");
     QPushButton *reset = MakeButton(group, tr("Reset"), "ResetButton", tr("Reset the statistics"));
     layout->addWidget(mSentLabel, 0, 0);
     layout->addWidget(mReceivedLabel, 1, 0);

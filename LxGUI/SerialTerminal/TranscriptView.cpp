@@ -19,6 +19,7 @@ namespace
 constexpr int sMargin = 4;
 constexpr int sFrameTime = 16;  // milliseconds
 constexpr int sHintRows = 16;
+constexpr int sLeastRows = 4;
 
 }  // namespace
 
@@ -176,6 +177,7 @@ void TranscriptView::paintEvent(QPaintEvent * /*aEvent*/)
     }
     EnsureRows();
     QPainter painter(viewport());
+    painter.setLayoutDirection(Qt::LeftToRight);  // the order of bytes
     painter.setFont(font());
     const QPalette::ColorGroup group = isEnabled() ? QPalette::Active : QPalette::Disabled;
     painter.setPen(palette().color(group, QPalette::Text));
@@ -230,6 +232,12 @@ QSize TranscriptView::sizeHint() const
     const double width = std::ceil((TranscriptFormatter::UnfinishedHybridLine + 1) * ColumnWidth());
     return QSize(static_cast<int>(width) + margins + verticalScrollBar()->sizeHint().width(),
                  sHintRows * fontMetrics().lineSpacing() + margins);
+}
+
+QSize TranscriptView::minimumSizeHint() const
+{
+    const int hidden = (sHintRows - sLeastRows) * fontMetrics().lineSpacing();
+    return QAbstractScrollArea::minimumSizeHint().expandedTo(QSize(0, sizeHint().height() - hidden));
 }
 
 // The selection

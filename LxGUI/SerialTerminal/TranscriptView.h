@@ -36,6 +36,7 @@ public:
     QRect RectOfIndex(qsizetype aIndex);
 
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
 public slots:
     void OnCopy();

@@ -13,6 +13,7 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QTableWidget>
 #include <QtWidgets/QTreeWidget>
+#include <algorithm>
 #include <cstdio>
 
 #include "BridgeTour.h"
@@ -27,6 +28,7 @@ namespace
 // Of the viewer's window: enough to show everything, small enough for documents.
 constexpr int PictureWidth = 1000;
 constexpr int PictureHeight = 640;
+constexpr int UsualFontHeight = 15;  // a larger font needs more width
 
 // The first device of the finder's tree, or the one whose line names the address.
 QTreeWidgetItem *FindDevice(const QTreeWidget &aTree, const QString &aAddress)
@@ -55,7 +57,8 @@ ExitCode HeadlessTour::Run()
         std::fprintf(stderr, "cannot make the folder %s\n", qPrintable(mFolder.path()));
         return ExitCode::CannotWrite;
     }
-    mWindow.resize(PictureWidth, PictureHeight);
+    const int size = std::max(UsualFontHeight, mWindow.fontMetrics().height());
+    mWindow.resize(PictureWidth * size / UsualFontHeight, PictureHeight);
     QTimer boxes;
     QObject::connect(&boxes, &QTimer::timeout, &mWindow, [this] { EndMessageBox(); });
     boxes.start(50);

@@ -63,6 +63,17 @@ protected:
     TestBrowser mBrowser;
 };
 
+/// Leaves all painting to the style.
+class ToolkitPainting : public GenBrowserItemDelegate
+{
+public:
+    using GenBrowserItemDelegate::GenBrowserItemDelegate;
+    void paint(QPainter *aPainter, const QStyleOptionViewItem &aOption, const QModelIndex &aIndex) const override
+    {
+        QStyledItemDelegate::paint(aPainter, aOption, aIndex);
+    }
+};
+
 TEST_F(TreeView, DrawsCellsLikeTheToolkit)
 {
     mFeatures[0]->mScript.Fail("GetValue", LxResult(LxResultCode::Timeout, "a.cpp:1 Timeout"));
@@ -88,7 +99,7 @@ TEST_F(TreeView, DrawsCellsLikeTheToolkit)
     tree->setCurrentIndex(mBrowser.Cell("Feature1"));
     const QImage own = Grab(tree);
     QAbstractItemDelegate *const delegate = tree->itemDelegate();
-    QStyledItemDelegate toolkit;
+    ToolkitPainting toolkit(nullptr, nullptr);
     tree->setItemDelegate(&toolkit);
     EXPECT_EQ(Grab(tree), own);
     tree->setItemDelegate(delegate);
