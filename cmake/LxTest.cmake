@@ -1,11 +1,11 @@
 # lx_add_test(NAME <name> LABELS <label>... SOURCES <file>...
-#             [PLATFORM none|offscreen|xcb] [NETNS] [SDK_ONLY] [LIBS <target>...]
+#             [PLATFORM none|offscreen|xcb|wayland] [NETNS] [SDK_ONLY] [LIBS <target>...]
 #             [TIMEOUT <seconds>] [COST <seconds>] [BUSY] [MAIN <file>] [RESOURCE_LOCK <name>])
 #
 # Makes one test program from GoogleTest cases and registers it with ctest. The program is linked with the objects of
 # the libraries, so that internal classes can be tested. PLATFORM says which Qt platform it runs on: "offscreen" (the
-# default for a test of windows), "xcb" (a private Xvfb is started for it), or "none" (no Qt). NETNS runs it in a
-# network namespace of its own. Tests that use threads carry the label "concurrency" too and also run under the thread
+# default for a test of windows), "xcb" and "wayland" (a private Xvfb or weston is started for it), or "none" (no Qt).
+# NETNS runs it in a network namespace of its own. Tests that use threads carry the label "concurrency" too and also run under the thread
 # sanitizer. Most tests spend their time waiting, so more of them run at once than there are cores; a BUSY one counts
 # twice. COST says that it takes long and starts early.
 set(LXGUI_TEST_SUPPORT ${CMAKE_SOURCE_DIR}/tests/support)
@@ -74,6 +74,8 @@ function(lx_add_test)
   endif()
   if(T_PLATFORM STREQUAL "xcb")
     list(APPEND prefix ${LXGUI_TEST_SUPPORT}/with-xvfb)
+  elseif(T_PLATFORM STREQUAL "wayland")
+    list(APPEND prefix ${LXGUI_TEST_SUPPORT}/with-weston)
   endif()
   add_test(NAME ${T_NAME} COMMAND ${prefix} $<TARGET_FILE:${T_NAME}> ${T_ARGS})
   set(environment

@@ -13,10 +13,24 @@ OpenGLLookup &ReplacedLookup()
     return lookup;
 }
 
+// Whether the entry points of GLX belong to the current context: with EGL, as on Wayland, they are there by name only.
+bool IsGLX()
+{
+#if QT_CONFIG(xcb_glx_plugin)
+    const QOpenGLContext *context = QOpenGLContext::currentContext();
+    return context && context->nativeInterface<QNativeInterface::QGLXContext>();
+#else
+    return false;
+#endif
+}
+
 // A dispatch library hands out entry points for every name, also for what the driver lacks: only the list of extensions
 // tells which may be called.
 QList<QByteArray> PlatformExtensions()
 {
+    if (!ReplacedLookup() && !IsGLX()) {
+        return {};
+    }
     const auto getDisplay = reinterpret_cast<void *(*)()>(LookUpOpenGL("glXGetCurrentDisplay"));
     const auto getExtensions = reinterpret_cast<const char *(*)(void *, int)>(LookUpOpenGL("glXQueryExtensionsString"));
     void *display = getDisplay && getExtensions ? getDisplay() : nullptr;

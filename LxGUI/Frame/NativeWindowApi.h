@@ -24,6 +24,8 @@ class NativeWindowApi
 public:
     virtual ~NativeWindowApi() = default;
 
+    /// Whether widgets of this platform have native windows that can be put into those of other programs.
+    virtual bool HasWindows() const { return true; }
     virtual HWND SetParent(HWND aChild, HWND aParent) = 0;
     virtual HWND GetParent(HWND aWindow) = 0;
     virtual int32_t GetWindowLongW(HWND aWindow, int aIndex) = 0;

@@ -6,6 +6,7 @@
 class NoNativeWindowApi : public NativeWindowApi
 {
 public:
+    bool HasWindows() const override { return false; }
     HWND SetParent(HWND, HWND) override { return nullptr; }
     HWND GetParent(HWND) override { return nullptr; }
     int32_t GetWindowLongW(HWND, int) override { return 0; }

@@ -60,7 +60,8 @@ LxResult Wnd::Create(HWND aParent, int /*aReserved*/)
     if (!aParent) {
         return LxResultCode::InvalidArgument;
     }
-    const HWND child = NativeHandle(mWidget);
+    // what a platform without native windows says of a widget is only a number
+    const HWND child = NativeWindows().HasWindows() ? NativeHandle(mWidget) : nullptr;
     if (!child) {
         return LxResultCode::InvalidArgument;
     }

@@ -229,7 +229,8 @@ bool GenBrowserItemDelegate::Write(QWidget *aEditor, GenBrowserTreeItem &aItem, 
         }
         return aItem.SetValue(number.mValue, aError);
     }
-    if (const auto *floatBox = qobject_cast<QDoubleSpinBox *>(aEditor)) {
+    if (auto *floatBox = qobject_cast<QDoubleSpinBox *>(aEditor)) {
+        floatBox->interpretText();
         return aItem.SetValue(floatBox->value(), aError);
     }
     return true;

@@ -29,7 +29,10 @@ double SuitableStep(double aMin, double aMax)
 
 }  // namespace
 
-QDoubleSpinBoxExact::QDoubleSpinBoxExact(QWidget *aParent) : QDoubleSpinBox(aParent) {}
+QDoubleSpinBoxExact::QDoubleSpinBoxExact(QWidget *aParent) : QDoubleSpinBox(aParent)
+{
+    setKeyboardTracking(false);  // the beginning of a text that is no number is no value either
+}
 
 void QDoubleSpinBoxExact::Set(double aMin, double aMax, double aValue)
 {
@@ -47,3 +50,20 @@ QString QDoubleSpinBoxExact::textFromValue(double aValue) const
     }
     return locale.toString(aValue, 'f', QLocale::FloatingPointShortest);
 }
+
+QValidator::State QDoubleSpinBoxExact::validate(QString &aText, int &aPosition) const
+{
+    bool isNumber = true;
+    QString ungrouped = aText;
+    if (ungrouped.remove(locale().groupSeparator()) != aText) {
+        locale().toDouble(aText.trimmed(), &isNumber);
+    }
+    if (isNumber) {
+        return QDoubleSpinBox::validate(aText, aPosition);
+    }
+    // it stays in view, but is not taken
+    int position = static_cast<int>(ungrouped.size());
+    return std::min(QDoubleSpinBox::validate(ungrouped, position), QValidator::Intermediate);
+}
+
+void QDoubleSpinBoxExact::fixup(QString & /*aText*/) const {}

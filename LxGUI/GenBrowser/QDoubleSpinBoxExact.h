@@ -14,4 +14,8 @@ public:
     void Set(double aMin, double aMax, double aValue);
 
     QString textFromValue(double aValue) const override;
+    /// A text is a number only as the locale writes it. The toolkit takes the separators of groups out of any other,
+    /// so that 1.5 typed where the comma is decimal would become 15.
+    QValidator::State validate(QString &aText, int &aPosition) const override;
+    void fixup(QString &aText) const override;
 };

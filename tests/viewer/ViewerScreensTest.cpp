@@ -45,7 +45,7 @@ int Tour(int aArgumentCount, char **aArguments, const QString &aVariant)
                 done = false;
             }
         });
-        done = tour.Run() && done;
+        done = tour.Run() == ExitCode::OK && done;
     }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     std::printf("%d windows\n", windows);
