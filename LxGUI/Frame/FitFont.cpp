@@ -39,7 +39,8 @@ bool Fits(QLayout &aLayout, const QSize &aSize)
 
 void ShrinkFontToFit(QWidget *aWidget, const QSize &aSize, const std::function<bool()> &aFits)
 {
-    Shrink(aWidget, [&] { return (!aFits || aFits()) && Fits(*aWidget->layout(), aSize); });
+    QLayout *layout = aWidget->layout();
+    Shrink(aWidget, [&] { return (!aFits || aFits()) && (!layout || Fits(*layout, aSize)); });
 }
 
 void ShrinkFontToHeight(QWidget *aWidget, int aHeight)
