@@ -16,6 +16,11 @@ NativeWindowApi *sReplacement = nullptr;
 
 }  // namespace
 
+bool NoNativeWindowApi::HasWindows() const
+{
+    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
 NativeWindowApi &NativeWindows()
 {
     static NoNativeWindowApi sNone;

@@ -6,7 +6,8 @@
 class NoNativeWindowApi : public NativeWindowApi
 {
 public:
-    bool HasWindows() const override { return false; }
+    /// Only Wayland has none: what it calls a handle is a number that means nothing to anybody else.
+    bool HasWindows() const override;
     HWND SetParent(HWND, HWND) override { return nullptr; }
     HWND GetParent(HWND) override { return nullptr; }
     int32_t GetWindowLongW(HWND, int) override { return 0; }
