@@ -3,9 +3,9 @@
 extern "C" {
 #include <libavutil/frame.h>
 #include <libavutil/pixdesc.h>
-#include <libswscale/swscale.h>
 }
 
+#include "LxCodec/Libav.h"
 #include "LxCodec/Yuv420Kernel.h"
 
 namespace LxDetail
@@ -90,7 +90,9 @@ void ConvertHalfChroma(const AVFrame &aPicture, const Weights &aWeights, bool aI
 
 H264PictureConverter::~H264PictureConverter()
 {
-    sws_freeContext(mScaler);
+    if (mScaler) {
+        Libav::Get().sws_freeContext(mScaler);
+    }
 }
 
 LxResult H264PictureConverter::Convert(const AVFrame &aPicture, LxImage &aImage)
@@ -101,14 +103,15 @@ LxResult H264PictureConverter::Convert(const AVFrame &aPicture, LxImage &aImage)
     const bool hasKernel = format == AV_PIX_FMT_YUV420P;
     if (!hasKernel) {
         // full interpolation of chroma wraps around at saturated colours, so it is not asked for
-        mScaler = sws_getCachedContext(mScaler, aPicture.width, aPicture.height, format, aPicture.width,
-                                       aPicture.height, AV_PIX_FMT_BGRA, SWS_POINT, nullptr, nullptr, nullptr);
+        mScaler =
+            Libav::Get().sws_getCachedContext(mScaler, aPicture.width, aPicture.height, format, aPicture.width,
+                                              aPicture.height, AV_PIX_FMT_BGRA, SWS_POINT, nullptr, nullptr, nullptr);
         if (!mScaler) {
             return LxResult(LxResultCode::PixelFormatNotSupported, "The format of the H.264 pictures cannot be shown.");
         }
         constexpr int one = 1 << 16;  // contrast and saturation as they are
-        sws_setColorspaceDetails(mScaler, sws_getCoefficients(matrix), isFullRange, sws_getCoefficients(SWS_CS_DEFAULT),
-                                 1, 0, one, one);
+        Libav::Get().sws_setColorspaceDetails(mScaler, Libav::Get().sws_getCoefficients(matrix), isFullRange,
+                                              Libav::Get().sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, one, one);
     }
     const auto width = static_cast<uint32_t>(aPicture.width);
     const auto height = static_cast<uint32_t>(aPicture.height);
@@ -121,7 +124,7 @@ LxResult H264PictureConverter::Convert(const AVFrame &aPicture, LxImage &aImage)
     }
     else {
         const int stride = 4 * aPicture.width;
-        sws_scale(mScaler, aPicture.data, aPicture.linesize, 0, aPicture.height, &out, &stride);
+        Libav::Get().sws_scale(mScaler, aPicture.data, aPicture.linesize, 0, aPicture.height, &out, &stride);
     }
     return LxResult();
 }

@@ -1,9 +1,5 @@
 #include "LxCodec/LxH264Decoder.h"
 
-extern "C" {
-#include <libavcodec/avcodec.h>
-}
-
 #include <algorithm>
 #include <cstring>
 #include <deque>
@@ -14,8 +10,10 @@ extern "C" {
 
 #include "LxCodec/H264Picture.h"
 #include "LxCodec/H264Syntax.h"
+#include "LxCodec/Libav.h"
 
 namespace H264 = LxDetail::H264;
+using LxDetail::Libav;
 
 namespace
 {
@@ -27,17 +25,17 @@ constexpr int kSilent = 2 * AV_LOG_TRACE;      // added to the levels of message
 
 struct FreeContext
 {
-    void operator()(AVCodecContext *aContext) const { avcodec_free_context(&aContext); }
+    void operator()(AVCodecContext *aContext) const { Libav::Get().avcodec_free_context(&aContext); }
 };
 
 struct FreePacket
 {
-    void operator()(AVPacket *aPacket) const { av_packet_free(&aPacket); }
+    void operator()(AVPacket *aPacket) const { Libav::Get().av_packet_free(&aPacket); }
 };
 
 struct FreeFrame
 {
-    void operator()(AVFrame *aFrame) const { av_frame_free(&aFrame); }
+    void operator()(AVFrame *aFrame) const { Libav::Get().av_frame_free(&aFrame); }
 };
 
 using Frame = std::unique_ptr<AVFrame, FreeFrame>;
@@ -84,20 +82,23 @@ private:
 
 LxResult LxH264Decoder::Data::Open()
 {
-    const AVCodec *codec = avcodec_find_decoder(AV_CODEC_ID_H264);
+    if (!Libav::Load()) {
+        return LxResult(LxResultCode::Unavailable, "This machine has no libavcodec to decode H.264.");
+    }
+    const AVCodec *codec = Libav::Get().avcodec_find_decoder(AV_CODEC_ID_H264);
     if (!codec) {
         return LxResult(LxResultCode::Unavailable, "This machine's libavcodec decodes no H.264.");
     }
-    std::unique_ptr<AVCodecContext, FreeContext> context(avcodec_alloc_context3(codec));
-    mPacket.reset(av_packet_alloc());
-    mFrame.reset(av_frame_alloc());
+    std::unique_ptr<AVCodecContext, FreeContext> context(Libav::Get().avcodec_alloc_context3(codec));
+    mPacket.reset(Libav::Get().av_packet_alloc());
+    mFrame.reset(Libav::Get().av_frame_alloc());
     if (!context || !mPacket || !mFrame) {
         return NoMemory();
     }
     context->thread_count = 1;
     context->max_pixels = kMostPixels;
     context->log_level_offset = kSilent;
-    if (avcodec_open2(context.get(), codec, nullptr) != 0) {
+    if (Libav::Get().avcodec_open2(context.get(), codec, nullptr) != 0) {
         return LxResult(LxResultCode::Unavailable, "This machine's libavcodec cannot be started.");
     }
     mContext = std::move(context);
@@ -176,12 +177,12 @@ LxResult LxH264Decoder::Data::PassParameterSets()
 
 LxResult LxH264Decoder::Data::Decode(std::span<const uint8_t> aBytes)
 {
-    if (av_new_packet(mPacket.get(), static_cast<int>(aBytes.size())) != 0) {
+    if (Libav::Get().av_new_packet(mPacket.get(), static_cast<int>(aBytes.size())) != 0) {
         return NoMemory();
     }
     std::memcpy(mPacket->data, aBytes.data(), aBytes.size());
-    const int sent = avcodec_send_packet(mContext.get(), mPacket.get());
-    av_packet_unref(mPacket.get());
+    const int sent = Libav::Get().avcodec_send_packet(mContext.get(), mPacket.get());
+    Libav::Get().av_packet_unref(mPacket.get());
     const LxResult received = ReceivePictures();
     if (sent == AVERROR(ENOMEM)) {
         return NoMemory();
@@ -193,7 +194,7 @@ LxResult LxH264Decoder::Data::ReceivePictures()
 {
     LxResult result;
     for (;;) {
-        const int received = avcodec_receive_frame(mContext.get(), mFrame.get());
+        const int received = Libav::Get().avcodec_receive_frame(mContext.get(), mFrame.get());
         if (received == AVERROR(EAGAIN) || received == AVERROR_EOF) {
             return result;
         }
@@ -208,14 +209,14 @@ LxResult LxH264Decoder::Data::ReceivePictures()
             if (mPictures.size() == kMostPictures) {
                 mPictures.pop_front();
             }
-            Frame picture(av_frame_alloc());
+            Frame picture(Libav::Get().av_frame_alloc());
             if (!picture) {
                 return NoMemory();
             }
-            av_frame_move_ref(picture.get(), mFrame.get());
+            Libav::Get().av_frame_move_ref(picture.get(), mFrame.get());
             mPictures.push_back(std::move(picture));
         }
-        av_frame_unref(mFrame.get());
+        Libav::Get().av_frame_unref(mFrame.get());
     }
 }
 
@@ -235,7 +236,7 @@ void LxH264Decoder::Data::WaitForKeyFrame()
     mIsWaiting = true;
     mOrder.Restart();
     if (mContext) {
-        avcodec_flush_buffers(mContext.get());
+        Libav::Get().avcodec_flush_buffers(mContext.get());
     }
 }
 
