@@ -183,7 +183,7 @@ void CameraSettings::SaveTo(const QString &aFile)
         },
         [this, saving, aFile] {
             if (saving->mResult.IsOK()) {
-                Tell(tr("%n settings saved.", nullptr, saving->mOutcome.mCount), saving->mOutcome);
+                Tell(tr("Settings saved: %1.").arg(saving->mOutcome.mCount), saving->mOutcome);
             }
             else {
                 QMessageBox::warning(
@@ -216,7 +216,7 @@ void CameraSettings::LoadFrom(const QString &aFile)
             Log(*outcome);
         },
         [this, outcome] {
-            Tell(tr("%n settings restored.", nullptr, outcome->mCount), *outcome);
+            Tell(tr("Settings restored: %1.").arg(outcome->mCount), *outcome);
             emit Done();
         });
 }

@@ -293,7 +293,8 @@ private:
     {
         LxGenParameter *feature = mParameters.Get(LxString(aName.toUtf8().constData()));
         if (!feature) {
-            aSetting.mProblem = Tr("The camera has no feature %1.").arg(aName);
+            aSetting.mProblem = aName == aSetting.mName ? Tr("The camera has no such feature.")
+                                                        : Tr("The camera has no feature %1.").arg(aName);
         }
         return feature;
     }

@@ -7,6 +7,7 @@
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMenu>
+#include <QtWidgets/QMenuBar>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QStatusBar>
 
@@ -174,7 +175,7 @@ TEST_F(ViewerTool, SettingsComeBackFromAFileWhateverTheirOrder)
     ASSERT_TRUE(Features().SetEnumValue("GainSelector", "All").IsOK());
     ASSERT_TRUE(Features().SetFloatValue("Gain", 3.5).IsOK());
     ASSERT_TRUE(Features().SetFloatValue("ExposureTime", 4321.0).IsOK());
-    EXPECT_TRUE(Save(file).contains("settings saved.\nSimFailing could not be read.")) << "the one that is broken";
+    EXPECT_TRUE(Save(file).contains(".\nSimFailing could not be read.")) << "the one that is broken";
 
     // a wider picture has no room before the offset is smaller, which comes later in the list
     ASSERT_TRUE(Features().SetIntegerValue("Width", width / 2).IsOK());
@@ -190,7 +191,7 @@ TEST_F(ViewerTool, SettingsComeBackFromAFileWhateverTheirOrder)
     EXPECT_EQ(value, 3.5);
     ASSERT_TRUE(Features().GetFloatValue("ExposureTime", value).IsOK());
     EXPECT_EQ(value, 4321.0);
-    EXPECT_TRUE(mWindow->statusBar()->currentMessage().contains("restored"))
+    EXPECT_TRUE(mWindow->statusBar()->currentMessage().contains("Settings restored: "))
         << mWindow->statusBar()->currentMessage().toStdString();
 }
 
@@ -261,8 +262,8 @@ TEST_F(ViewerTool, WhatCannotBeRestoredIsListedAndDoesNotStopTheRest)
     EXPECT_EQ(Integer("Width"), 256);
     const QString said = TakeMessages();
     for (const char *text :
-         {"1 settings restored.", "The settings are those of another model, Another Model.",
-          "NoSuchFeature: The camera has no feature NoSuchFeature.",
+         {"Settings restored: 1.", "The settings are those of another model, Another Model.",
+          "NoSuchFeature: The camera has no such feature.",
           "Gain[NoSuchSelector=Red]: The camera has no feature NoSuchSelector.", "WidthMax: 1 could not be written.",
           "Height: abc could not be written.", "PixelFormat: NoSuchFormat could not be written."})
     {
@@ -366,6 +367,24 @@ TEST_F(ViewerTool, SettingsAreSavedAndLoadedThroughTheMenu)
     Action("loadSettingsAction")->trigger();
     ASSERT_TRUE(done.count() == 2 || done.wait(20000));
     EXPECT_EQ(TakeMessages(), "");
+}
+
+TEST_F(ViewerTool, EveryMenuEntryHasALetterOfItsOwnAndEveryActionAShortcut)
+{
+    for (const QAction *top : mWindow->menuBar()->actions()) {
+        QString letters;
+        for (const QAction *action : top->menu()->actions()) {
+            if (action->isSeparator()) {
+                continue;
+            }
+            const qsizetype mark = action->text().indexOf('&');
+            ASSERT_GE(mark, 0) << action->text().toStdString();
+            const QChar letter = action->text()[mark + 1].toLower();
+            EXPECT_FALSE(letters.contains(letter)) << action->text().toStdString();
+            letters += letter;
+            EXPECT_TRUE(action->menu() || !action->shortcut().isEmpty()) << action->text().toStdString();
+        }
+    }
 }
 
 // The log, and how a run ends
