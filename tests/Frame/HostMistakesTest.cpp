@@ -711,7 +711,7 @@ TEST_P(HostMistakes, AreAnsweredAndSurvived)
     }
     for (const std::string &kind : kinds) {
         int status = 0;
-        const std::string said = RunChild(GetParam().mName, kind, true, status);
+        const std::string said = RunChild(GetParam().mName, kind, GetParam().mIsAlone, status);
         EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "status " << status << "\n" << said;
         const std::string expected = GetParam().mSays;
         if (expected.empty()) {
