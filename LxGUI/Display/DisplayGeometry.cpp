@@ -1,6 +1,8 @@
 #include "LxGUI/Display/DisplayGeometry.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
 
 namespace DisplayGeometry
 {
@@ -123,10 +125,12 @@ QPoint PictureAt(const Placement &aPlacement, const QSize &aPicture, const QPoin
     if (!aPlacement.mTarget.contains(aPoint) || aPicture.isEmpty()) {
         return {-1, -1};
     }
-    // the nearest pixel to the middle of the screen's
+    // the nearest pixel to the middle of the screen's, in the 16 bits behind the point with which QPainter steps
     const auto find = [](int aOffset, int aTarget, int aStart, int aSource, int aLength) {
-        const int pixel = aStart + static_cast<int>((aOffset + 0.5) * aSource / aTarget);
-        return std::clamp(pixel, 0, aLength - 1);
+        const double exactStep = 65536.0 * aSource / aTarget;
+        const int64_t first = static_cast<int64_t>(std::ceil(0.5 * exactStep)) - 1;
+        const int64_t pixel = aStart + ((first + aOffset * static_cast<int64_t>(exactStep)) >> 16);
+        return static_cast<int>(std::clamp<int64_t>(pixel, 0, aLength - 1));
     };
     const QRect &source = aPlacement.mSource;
     const QRect &target = aPlacement.mTarget;

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <QtGui/QImage>
+#include <QtGui/QPainter>
+
 #include "LxGUI/Display/DisplayGeometry.h"
 
 using namespace DisplayGeometry;
@@ -138,4 +141,57 @@ TEST(DisplayCentring, IsClampedToTheBar)
     EXPECT_EQ(CenteredScroll(200, 382, 309, 618), 318);
     EXPECT_EQ(CenteredScroll(0, 382, 10, 618), 0);
     EXPECT_EQ(CenteredScroll(400, 382, 600, 618), 618);
+}
+
+namespace
+{
+
+// A picture of which every pixel says where it is.
+QImage MakeMap(const QSize &aSize)
+{
+    QImage map(aSize, QImage::Format_RGB32);
+    for (int y = 0; y < map.height(); ++y) {
+        for (int x = 0; x < map.width(); ++x) {
+            map.setPixel(x, y, static_cast<QRgb>(x | y << 12));
+        }
+    }
+    return map;
+}
+
+void ExpectPainted(const QImage &aMap, const Zoom &aZoom, const QSize &aView, const QPoint &aScroll)
+{
+    const Placement place = ComputePlacement(aZoom, aView, aMap.size(), aScroll);
+    QImage view(aView, QImage::Format_RGB32);
+    view.fill(Qt::white);
+    QPainter painter(&view);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(place.mTarget, aMap, place.mSource);
+    painter.end();
+    int wrong = 0;
+    for (int y = 0; y < view.height(); y += 3) {
+        for (int x = 0; x < view.width(); ++x) {
+            const QRgb seen = view.pixel(x, y) & 0xFFFFFF;
+            const QPoint pixel = PictureAt(place, aMap.size(), QPoint(x, y));
+            if (seen == 0xFFFFFF) {
+                continue;  // beside the picture, or the last column or row of one that overlaps its end
+            }
+            wrong += pixel == QPoint(static_cast<int>(seen & 0xFFF), static_cast<int>(seen >> 12)) ? 0 : 1;
+        }
+    }
+    EXPECT_EQ(wrong, 0) << aView.width() << " x " << aView.height() << ", zoom " << aZoom.mFactor;
+}
+
+}  // namespace
+
+TEST(DisplayPicture, IsProbedAsItIsPaintedAtEveryWidth)
+{
+    const QImage map = MakeMap({1024, 512});
+    for (int width = 200; width < 800; width += 41) {
+        ExpectPainted(map, {ZoomFit, 1}, {width, 200 + width % 90}, {});
+    }
+    for (const double factor : {0.37, 0.9, 1.0, 1.2, 2.5}) {
+        for (int scroll = 0; scroll < 100; scroll += 33) {
+            ExpectPainted(map, {ZoomFree, factor}, {301, 157}, {scroll, scroll / 2});
+        }
+    }
 }
