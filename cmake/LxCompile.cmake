@@ -66,7 +66,8 @@ endfunction()
 # each of the files defines which have a header of their name, and those alone. Everything else stays as short as it is.
 set(LXGUI_ABI_FLAGS -g2 -femit-struct-debug-baseonly -fno-var-tracking)
 function(lx_describe_abi objects)
-  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Debug" AND NOT LXGUI_SANITIZE)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Debug" AND NOT LXGUI_SANITIZE
+      AND NOT LXGUI_FOR_CLANG_TIDY)
     set_property(SOURCE ${ARGN} TARGET_DIRECTORY ${objects} APPEND PROPERTY
       # libabigail sorts by the place of compilation, which a compiler cache may bring from elsewhere
       COMPILE_OPTIONS ${LXGUI_ABI_FLAGS} -fdebug-prefix-map=${CMAKE_SOURCE_DIR}=.)

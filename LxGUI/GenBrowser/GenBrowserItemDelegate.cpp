@@ -189,8 +189,9 @@ void GenBrowserItemDelegate::setEditorData(QWidget *aEditor, const QModelIndex &
     GenBrowserTreeItem *const item = FeatureItem(aIndex);
     if (!item) {
         TextDelegate::setEditorData(aEditor, aIndex);
+        return;
     }
-    else if (auto *box = qobject_cast<QComboBox *>(aEditor)) {
+    if (auto *box = qobject_cast<QComboBox *>(aEditor)) {
         Fill(*box, *item);
     }
     else if (auto *edit = qobject_cast<QLineEdit *>(aEditor)) {

@@ -95,7 +95,7 @@ LxString LxConfigurationWriter::SaveToString() const
 LxResult LxConfigurationWriter::Save(const LxString &aPath) const
 {
     const std::string text = SaveToString().GetString();
-    const std::string path = aPath.GetString();
+    const std::string &path = aPath.GetString();
     std::string temporary = path + ".XXXXXX";
     const int file = mkostemp(temporary.data(), O_CLOEXEC);
     if (file < 0) {

@@ -95,8 +95,10 @@ Color16 PatternGenerator::GetPatternColor(uint32_t aX, uint32_t aY) const
             return Grey(static_cast<double>(aX) / lastX);
         case TestPattern::GreyHorizontalRampMoving:
             return Grey(static_cast<double>(aX % mSettings.mWidth) / lastX);
-        case TestPattern::GreyVerticalRamp:
-            return Grey(static_cast<double>(aY / 2) / (VerticalLevels - 1));
+        case TestPattern::GreyVerticalRamp: {
+            const uint32_t level = aY / 2;
+            return Grey(static_cast<double>(level) / (VerticalLevels - 1));
+        }
         case TestPattern::ColorBar: {
             // White, yellow, cyan, green, magenta, red, blue, black.
             const uint32_t bar = 7 - std::min(aX * 8 / mSettings.mWidth, 7u);
