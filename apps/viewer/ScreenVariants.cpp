@@ -1,6 +1,7 @@
 #include "ScreenVariants.h"
 
 #include <QtCore/QLocale>
+#include <QtGui/QFont>
 #include <QtGui/QPalette>
 #include <QtWidgets/QApplication>
 
