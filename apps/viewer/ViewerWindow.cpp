@@ -118,7 +118,7 @@ ViewerWindow::~ViewerWindow()
 
 void ViewerWindow::MakeActions()
 {
-    const auto add = [this](QMenu *aMenu, const QString &aText, const QKeySequence &aKeys, const char *aName) {
+    const auto add = [](QMenu *aMenu, const QString &aText, const QKeySequence &aKeys, const char *aName) {
         QAction *action = aMenu->addAction(aText);
         action->setShortcut(aKeys);
         action->setObjectName(QLatin1String(aName));
