@@ -13,6 +13,7 @@
 
 #include "CameraSession.h"
 #include "CameraSettingsFile.h"
+#include "Texts.h"
 #include "ViewerConfiguration.h"
 #include "ViewerLog.h"
 
@@ -21,17 +22,6 @@ namespace
 
 constexpr const char *KeptList = "KeptCameraSettings";  // by the unique ID of the camera
 const QString cFolderSetting = QStringLiteral("settingsFolder");
-
-QString Reason(const LxResult &aResult)
-{
-    const LxString description = aResult.GetDescription();
-    return QString::fromUtf8((description.IsEmpty() ? aResult.GetCodeString() : description).GetAscii());
-}
-
-LxString ToText(const QString &aText)
-{
-    return LxString(aText.toUtf8().constData());
-}
 
 // On the worker.
 struct Saving
@@ -100,14 +90,14 @@ void CameraSettings::UpdateActions()
 bool CameraSettings::IsKept() const
 {
     const LxPropertyList list = mConfiguration.Get(KeptList);
-    const LxProperty *kept = list.GetProperty(ToText(mSession.Camera().mUniqueID));
+    const LxProperty *kept = list.GetProperty(ToLxString(mSession.Camera().mUniqueID));
     return kept && kept->GetValue() == "Yes";
 }
 
 void CameraSettings::SetKept(bool aKept)
 {
     LxPropertyList list;
-    list.Add(LxProperty(ToText(mSession.Camera().mUniqueID), aKept ? "Yes" : "No"));
+    list.Add(LxProperty(ToLxString(mSession.Camera().mUniqueID), aKept ? "Yes" : "No"));
     mConfiguration.Set(KeptList, list);
 }
 

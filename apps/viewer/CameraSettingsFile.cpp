@@ -6,6 +6,7 @@
 
 #include "LxPersistence/LxConfigurationReader.h"
 #include "LxPersistence/LxConfigurationWriter.h"
+#include "Texts.h"
 
 namespace
 {
@@ -13,15 +14,10 @@ namespace
 constexpr const char *CameraList = "Camera";
 constexpr const char *FeatureList = "Features";
 
-LxString ToText(const QString &aText)
-{
-    return LxString(aText.toUtf8().constData());
-}
-
 QString Value(const LxPropertyList &aList, const char *aName)
 {
     const LxProperty *property = aList.GetProperty(aName);
-    return property ? QString::fromUtf8(property->GetValue().GetAscii()) : QString();
+    return property ? ToQString(property->GetValue()) : QString();
 }
 
 }  // namespace
@@ -29,9 +25,9 @@ QString Value(const LxPropertyList &aList, const char *aName)
 LxResult CameraSettingsFile::Save(const QString &aFile) const
 {
     LxPropertyList camera;
-    camera.Add(LxProperty("UniqueID", ToText(mCamera.mUniqueID)));
-    camera.Add(LxProperty("Name", ToText(mCamera.mName)));
-    camera.Add(LxProperty("Model", ToText(mCamera.mModel)));
+    camera.Add(LxProperty("UniqueID", ToLxString(mCamera.mUniqueID)));
+    camera.Add(LxProperty("Name", ToLxString(mCamera.mName)));
+    camera.Add(LxProperty("Model", ToLxString(mCamera.mModel)));
     LxConfigurationWriter writer;
     writer.Store(&camera, CameraList);
     writer.Store(&mFeatures, FeatureList);

@@ -2,18 +2,14 @@
 
 #include <QtCore/QCoreApplication>
 
+#include "Texts.h"
+
 namespace
 {
 
 QString Text(const char *aText)
 {
     return QCoreApplication::translate("ConnectAdvice", aText);
-}
-
-QString Reason(const LxResult &aResult)
-{
-    const QString reason = QString::fromUtf8(aResult.GetDescription().GetAscii());
-    return reason.isEmpty() ? QString::fromUtf8(aResult.GetCodeString().GetAscii()) : reason;
 }
 
 // The advice by the kind of failure, then what the SDK itself says, which names addresses and reasons.

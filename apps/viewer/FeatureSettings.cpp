@@ -10,6 +10,7 @@
 #include "LxGenICam/LxGenInteger.h"
 #include "LxGenICam/LxGenParameterArray.h"
 #include "LxGenICam/LxGenParameterList.h"
+#include "Texts.h"
 
 namespace
 {
@@ -26,17 +27,6 @@ using Features = std::vector<LxGenParameter *>;
 QString Tr(const char *aText)
 {
     return QCoreApplication::translate("FeatureSettings", aText);
-}
-
-QString Text(const LxString &aText)
-{
-    return QString::fromUtf8(aText.GetAscii());
-}
-
-QString Reason(const LxResult &aResult)
-{
-    const QString description = Text(aResult.GetDescription());
-    return description.isEmpty() ? Text(aResult.GetCodeString()) : description;
 }
 
 std::string NameOf(const LxGenParameter &aFeature)
@@ -82,7 +72,7 @@ bool IsSetting(const LxGenParameter &aFeature)
     {
         return false;
     }
-    const QStringList path = Text(category).split(QLatin1Char('\\'));
+    const QStringList path = ToQString(category).split(QLatin1Char('\\'));
     return std::none_of(path.begin(), path.end(), [](const QString &aName) {
         return aName == QLatin1String("TransportLayerControl") || aName == QLatin1String("UserSetControl") ||
                aName == QLatin1String("FileAccessControl");
@@ -270,7 +260,7 @@ private:
     Setting Parse(const LxProperty &aProperty)
     {
         Setting setting;
-        setting.mName = Text(aProperty.GetName());
+        setting.mName = ToQString(aProperty.GetName());
         setting.mValue = aProperty.GetValue();
         const QString name = setting.mName.section(QLatin1Char('['), 0, 0);
         setting.mFeature = Find(setting, name);
@@ -330,7 +320,7 @@ private:
         aSetting.mProblem.reset();
         aSetting.mIsRestored = true;
         if (!(after == aSetting.mValue) && feature.IsReadable()) {
-            aSetting.mProblem = Tr("The camera made %1 of %2.").arg(Text(after), Text(aSetting.mValue));
+            aSetting.mProblem = Tr("The camera made %1 of %2.").arg(ToQString(after), ToQString(aSetting.mValue));
             aSetting.mIsRestored = false;
         }
         return !(after == before);
@@ -339,7 +329,7 @@ private:
     void Note(Setting &aSetting, const LxResult &aResult)
     {
         aSetting.mIsRestored = false;
-        aSetting.mProblem = Tr("%1 could not be written. %2").arg(Text(aSetting.mValue), Reason(aResult));
+        aSetting.mProblem = Tr("%1 could not be written. %2").arg(ToQString(aSetting.mValue), Reason(aResult));
         mHasGone = mParameters.GetAccessMode() != 0;
     }
 

@@ -16,6 +16,7 @@
 #include "LxSystem/LxNetworkAdapter.h"
 #include "LxSystem/LxSystem.h"
 #include "LxSystem/LxUSBHostController.h"
+#include "Texts.h"
 
 namespace
 {
@@ -24,11 +25,6 @@ constexpr int NameWidth = 26;
 
 // The least that USB3 Vision cameras of ordinary sizes need for their transfers, in MiB.
 constexpr int UsualUSBMemory = 128;
-
-QString Text(const LxString &aText)
-{
-    return QString::fromUtf8(aText.GetAscii());
-}
 
 // The first line of a small file of the system; empty when there is none.
 QString ReadLine(const QString &aPath)
@@ -53,9 +49,9 @@ void AddVersions(Report &aReport)
 {
     aReport.Section(QStringLiteral("Versions"));
     aReport.Line(QStringLiteral("Viewer"), QCoreApplication::applicationVersion());
-    aReport.Line(QStringLiteral("LxGUI"), Text(LxWnd::GetVersion()));
-    aReport.Line(QStringLiteral("LxSDK"), Text(LxSystem::GetVersion()));
-    aReport.Line(QStringLiteral("Camera library"), Text(LxSystem::GetTransportLibrary()));
+    aReport.Line(QStringLiteral("LxGUI"), ToQString(LxWnd::GetVersion()));
+    aReport.Line(QStringLiteral("LxSDK"), ToQString(LxSystem::GetVersion()));
+    aReport.Line(QStringLiteral("Camera library"), ToQString(LxSystem::GetTransportLibrary()));
     aReport.Line(QStringLiteral("Qt"),
                  QStringLiteral("%1, compiled with %2").arg(QLatin1String(qVersion()), QStringLiteral(QT_VERSION_STR)));
 }
@@ -77,26 +73,27 @@ void AddDisplay(Report &aReport)
     aReport.Line(QStringLiteral("Qt platform"), QGuiApplication::platformName());
     // asked first: the strings are known from then on
     const bool isUsable = LxDisplayWnd::GetHighestRendererMode() >= LxRendererModeOpenGL;
-    aReport.Line(QStringLiteral("Renderer"), Text(LxDisplayWnd::GetRenderer()));
-    aReport.Line(QStringLiteral("OpenGL version"), Text(LxDisplayWnd::GetRendererVersion()));
+    aReport.Line(QStringLiteral("Renderer"), ToQString(LxDisplayWnd::GetRenderer()));
+    aReport.Line(QStringLiteral("OpenGL version"), ToQString(LxDisplayWnd::GetRendererVersion()));
     aReport.Line(QStringLiteral("Drawing by OpenGL"),
                  isUsable ? QStringLiteral("possible") : QStringLiteral("not possible; the processor draws"));
 }
 
 void AddAdapter(Report &aReport, const LxNetworkAdapter &aAdapter)
 {
-    QString name = Text(aAdapter.GetUniqueID());
+    QString name = ToQString(aAdapter.GetUniqueID());
     if (name.startsWith(QLatin1String("net:"))) {
         name.remove(0, 4);
     }
     QStringList parts;
     for (uint32_t i = 0; i < aAdapter.GetIPAddressCount(); ++i) {
-        parts << QStringLiteral("%1 mask %2").arg(Text(aAdapter.GetIPAddress(i)), Text(aAdapter.GetSubnetMask(i)));
+        parts << QStringLiteral("%1 mask %2")
+                     .arg(ToQString(aAdapter.GetIPAddress(i)), ToQString(aAdapter.GetSubnetMask(i)));
     }
     if (parts.isEmpty()) {
         parts << QStringLiteral("no IPv4 address");
     }
-    parts << QStringLiteral("MAC ") + Text(aAdapter.GetMACAddress());
+    parts << QStringLiteral("MAC ") + ToQString(aAdapter.GetMACAddress());
     const QString folder = QStringLiteral("/sys/class/net/%1").arg(name);
     if (!QFileInfo::exists(folder)) {
         aReport.Line(name, (parts << QStringLiteral("simulated")).join(QStringLiteral(", ")));
@@ -191,14 +188,15 @@ void AddDevices(Report &aReport, const LxInterface &aInterface)
         if (!info) {
             continue;
         }
-        aReport.Line(Text(info->GetConnectionID()),
+        aReport.Line(ToQString(info->GetConnectionID()),
                      QStringLiteral("%1, %2 %3, version %4, serial number %5, at %6")
-                         .arg(KindOf(*info), Text(info->GetVendorName()), Text(info->GetModelName()),
-                              Text(info->GetVersion()), Text(info->GetSerialNumber()), Text(aInterface.GetUniqueID())));
+                         .arg(KindOf(*info), ToQString(info->GetVendorName()), ToQString(info->GetModelName()),
+                              ToQString(info->GetVersion()), ToQString(info->GetSerialNumber()),
+                              ToQString(aInterface.GetUniqueID())));
         if (!info->IsConfigurationValid()) {
             aReport.Advice(QStringLiteral("%1 cannot be reached as it is configured: it is on no subnet of its network "
                                           "adapter, or at a USB port that is too slow.")
-                               .arg(Text(info->GetConnectionID())));
+                               .arg(ToQString(info->GetConnectionID())));
         }
     }
 }
@@ -225,7 +223,7 @@ QString SelfCheckReport()
             AddAdapter(report, *adapter);
         }
         else {
-            controllers << Text(interface->GetDisplayID());
+            controllers << ToQString(interface->GetDisplayID());
         }
     }
     report.Section(QStringLiteral("USB host controllers"));
@@ -236,7 +234,7 @@ QString SelfCheckReport()
     AddRights(report);
     report.Section(QStringLiteral("Devices"));
     if (!found.IsOK()) {
-        report.Advice(QStringLiteral("The search failed: %1").arg(Text(found.GetDescription())));
+        report.Advice(QStringLiteral("The search failed: %1").arg(ToQString(found.GetDescription())));
     }
     report.Line(QStringLiteral("Found"), QString::number(devices));
     for (uint32_t i = 0; i < system.GetInterfaceCount(); ++i) {

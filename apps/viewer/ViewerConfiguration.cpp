@@ -8,6 +8,7 @@
 
 #include "LxPersistence/LxConfigurationReader.h"
 #include "LxPersistence/LxConfigurationWriter.h"
+#include "Texts.h"
 
 namespace
 {
@@ -15,12 +16,6 @@ namespace
 QString Text(const char *aText)
 {
     return QCoreApplication::translate("ViewerConfiguration", aText);
-}
-
-QString ReasonOf(const LxResult &aResult)
-{
-    const LxString description = aResult.GetDescription();
-    return QString::fromUtf8((description.IsEmpty() ? aResult.GetCodeString() : description).GetAscii());
 }
 
 LxString PathOf(const QString &aFile)
@@ -47,7 +42,7 @@ QString ViewerConfiguration::Load()
     }
     LxConfigurationReader reader;
     if (const LxResult result = reader.Load(PathOf(mFile)); !result.IsOK()) {
-        return PutAside(ReasonOf(result));
+        return PutAside(Reason(result));
     }
     const LxStringList names = reader.GetNames();
     for (size_t i = 0; i < names.GetSize(); ++i) {
@@ -87,7 +82,7 @@ QString ViewerConfiguration::Save()
     QDir().mkpath(QFileInfo(mFile).path());
     if (const LxResult result = writer.Save(PathOf(mFile)); !result.IsOK()) {
         return Text("The options of the viewer cannot be saved in %1. %2")
-            .arg(QDir::toNativeSeparators(mFile), ReasonOf(result));
+            .arg(QDir::toNativeSeparators(mFile), Reason(result));
     }
     mHasChanged = false;
     return QString();
