@@ -38,14 +38,6 @@ QComboBox *MakeCombo(QWidget *aParent, const char *aName, const QString &aAccess
     return combo;
 }
 
-QPushButton *MakeButton(QWidget *aParent, const char *aName, const QString &aText, const QString &aAccessibleName)
-{
-    auto *button = Named(new QPushButton(aText, aParent), aName, aAccessibleName);
-    button->setAutoDefault(false);
-    PressOnEnter(button);
-    return button;
-}
-
 QLabel *MakeLabel(QWidget *aParent, const QString &aText, QWidget *aBuddy)
 {
     auto *label = new QLabel(aText, aParent);
@@ -177,9 +169,10 @@ void CameraBridgeManagerWnd::AddCameraFileBlock(QBoxLayout *aLayout, QWidget *aP
     mKCFPathEdit = Named(new QLineEdit(aParent), "KCFPathEdit", QStringLiteral("Path of the Kelvra camera file"));
     mKCFPathEdit->setMinimumWidth(FieldWidth);
     mKCFLabel = MakeLabel(aParent, QStringLiteral("Path"), mKCFPathEdit);
-    mKCFPathButton = MakeButton(aParent, "KCFPathButton", QStringLiteral("..."), QStringLiteral("Choose the file"));
+    mKCFPathButton =
+        MakeEnterButton(aParent, "KCFPathButton", QStringLiteral("..."), QStringLiteral("Choose the file"));
     AddRow(block, mKCFLabel, mKCFPathEdit, mKCFPathButton);
-    mKCFLoadButton = MakeButton(aParent, "KCFLoadButton", QStringLiteral("Load"), QStringLiteral("Load the file"));
+    mKCFLoadButton = MakeEnterButton(aParent, "KCFLoadButton", QStringLiteral("Load"), QStringLiteral("Load the file"));
     auto *row = new QHBoxLayout;
     row->addStretch();
     row->addWidget(mKCFLoadButton);
@@ -194,14 +187,14 @@ void CameraBridgeManagerWnd::AddCLProtocolBlock(QBoxLayout *aLayout, QWidget *aP
     mCLPTemplateCombo = MakeCombo(aParent, "CLPTemplateCombo", QStringLiteral("CL Protocol template"));
     mCLPTemplateLabel = MakeLabel(aParent, QStringLiteral("Template"), mCLPTemplateCombo);
     mCLPProbeButton =
-        MakeButton(aParent, "CLPProbeButton", QStringLiteral("Probe"), QStringLiteral("Probe the camera"));
+        MakeEnterButton(aParent, "CLPProbeButton", QStringLiteral("Probe"), QStringLiteral("Probe the camera"));
     AddRow(block, mCLPTemplateLabel, mCLPTemplateCombo, mCLPProbeButton);
     mCLPCameraID = MakeStatus(aParent, "CLPCameraID", QStringLiteral("Not found"), false);
     block->addWidget(mCLPCameraID);
     mCLPXMLCombo = MakeCombo(aParent, "CLPXMLCombo", QStringLiteral("CL Protocol XML"));
     mCLPXMLLabel = MakeLabel(aParent, QStringLiteral("XML"), mCLPXMLCombo);
-    mCLPConnectButton = MakeButton(aParent, "CLPConnectButton", QStringLiteral("Connect"),
-                                   QStringLiteral("Connect by the CL Protocol"));
+    mCLPConnectButton = MakeEnterButton(aParent, "CLPConnectButton", QStringLiteral("Connect"),
+                                        QStringLiteral("Connect by the CL Protocol"));
     AddRow(block, mCLPXMLLabel, mCLPXMLCombo, mCLPConnectButton);
     mCLPStatus = MakeStatus(aParent, "CLPStatus", QStringLiteral("Not initialized"), false);
     block->addWidget(mCLPStatus);
@@ -213,7 +206,7 @@ void CameraBridgeManagerWnd::AddGenCPBlock(QBoxLayout *aLayout, QWidget *aParent
     mGenCPXMLCombo = MakeCombo(aParent, "GenCPXMLCombo", QStringLiteral("GenCP XML"));
     mGenCPLabel = MakeLabel(aParent, QStringLiteral("XML"), mGenCPXMLCombo);
     mGenCPConnectButton =
-        MakeButton(aParent, "GenCPConnectButton", QStringLiteral("Connect"), QStringLiteral("Connect by GenCP"));
+        MakeEnterButton(aParent, "GenCPConnectButton", QStringLiteral("Connect"), QStringLiteral("Connect by GenCP"));
     AddRow(block, mGenCPLabel, mGenCPXMLCombo, mGenCPConnectButton);
     mGenCPStatus = MakeStatus(aParent, "GenCPStatus", QStringLiteral("Not initialized"), false);
     block->addWidget(mGenCPStatus);
@@ -227,7 +220,8 @@ QGroupBox *CameraBridgeManagerWnd::CreateStatisticsGroup(QWidget *aParent)
     mReceivedLabel->setObjectName(QStringLiteral("ReceivedLabel"));
     mSentLabel = AlignWithLayout(new QLabel(QStringLiteral("Bytes sent: 0"), group));
     mSentLabel->setObjectName(QStringLiteral("SentLabel"));
-    mResetButton = MakeButton(group, "ResetButton", QStringLiteral("Reset"), QStringLiteral("Reset the statistics"));
+    mResetButton =
+        MakeEnterButton(group, "ResetButton", QStringLiteral("Reset"), QStringLiteral("Reset the statistics"));
     mResetButton->setFixedSize(ResetButtonSize);
     layout->addWidget(mReceivedLabel);
     layout->addWidget(mSentLabel);

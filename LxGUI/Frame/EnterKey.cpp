@@ -2,7 +2,9 @@
 
 #include <QtCore/QObject>
 #include <QtGui/QKeyEvent>
-#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QPushButton>
+
+#include "LxGUI/Frame/Named.h"
 
 namespace
 {
@@ -31,4 +33,12 @@ public:
 void PressOnEnter(QAbstractButton *aButton)
 {
     new EnterFilter(aButton);
+}
+
+QPushButton *MakeEnterButton(QWidget *aParent, const char *aName, const QString &aText, const QString &aAccessibleName)
+{
+    auto *button = Named(new QPushButton(aText, aParent), aName, aAccessibleName);
+    button->setAutoDefault(false);
+    PressOnEnter(button);
+    return button;
 }

@@ -36,16 +36,6 @@ QLineEdit *CreateOutputEdit(QWidget *aParent, const char *aName, const QString &
     return edit;
 }
 
-QPushButton *CreateButton(QWidget *aParent, const char *aName, const QString &aText, const QString &aAccessibleName)
-{
-    auto *button = new QPushButton(aText, aParent);
-    button->setObjectName(QLatin1String(aName));
-    button->setAccessibleName(aAccessibleName);
-    button->setAutoDefault(false);  // Enter in a field presses the button of its own group
-    PressOnEnter(button);
-    return button;
-}
-
 /// Rows "label, field" or "label, field, hex" of a group, with labels of one width. The margins are tight, so that
 /// eight digits fit into the fields; nothing grows in height, so that the rows of the two groups are level.
 class GroupLayout
@@ -157,7 +147,7 @@ QGroupBox *RegisterInterfaceWnd::CreateReadGroup(QWidget *aParent)
     GroupLayout layout(group);
     mReadAddressEdit = CreateEdit(group, "ReadAddressEdit", QStringLiteral("Address to read, hexadecimal"));
     QPushButton *button =
-        CreateButton(group, "ReadButton", QStringLiteral("Read"), QStringLiteral("Read the register"));
+        MakeEnterButton(group, "ReadButton", QStringLiteral("Read"), QStringLiteral("Read the register"));
     mReadValue.mEdit = CreateOutputEdit(group, "ReadValueEdit", QStringLiteral("Value read, hexadecimal"));
     mReadResult.mEdit = CreateOutputEdit(group, "ReadResultEdit", QStringLiteral("Result of reading"));
     layout.AddRow("Address", mReadAddressEdit, true);
@@ -178,7 +168,7 @@ QGroupBox *RegisterInterfaceWnd::CreateWriteGroup(QWidget *aParent)
     mWriteAddressEdit = CreateEdit(group, "WriteAddressEdit", QStringLiteral("Address to write, hexadecimal"));
     mWriteValueEdit = CreateEdit(group, "WriteValueEdit", QStringLiteral("Value to write, hexadecimal"));
     QPushButton *button =
-        CreateButton(group, "WriteButton", QStringLiteral("Write"), QStringLiteral("Write the register"));
+        MakeEnterButton(group, "WriteButton", QStringLiteral("Write"), QStringLiteral("Write the register"));
     mWriteResult.mEdit = CreateOutputEdit(group, "WriteResultEdit", QStringLiteral("Result of writing"));
     layout.AddRow("Address", mWriteAddressEdit, true);
     layout.AddRow("Value", mWriteValueEdit, true);

@@ -11,19 +11,6 @@
 #include "LxGUI/Frame/Named.h"
 #include "LxGUI/SerialBridgeManager/SerialBridgeManagerWnd.h"
 
-namespace
-{
-
-QPushButton *MakeButton(QWidget *aParent, const QString &aText, const char *aName, const QString &aAccessibleName)
-{
-    auto *button = Named(new QPushButton(aText, aParent), aName, aAccessibleName);
-    button->setAutoDefault(false);  // else Enter would press it from anywhere in the window
-    PressOnEnter(button);
-    return button;
-}
-
-}  // namespace
-
 void SerialBridgeManagerWnd::CreateLayout()
 {
     // The selection is the user's and survives.
@@ -76,7 +63,7 @@ QGroupBox *SerialBridgeManagerWnd::CreateBridgeGroup(QWidget *aParent)
     add(SerialBridgeEntry::COMPortLink, tr("Serial COM Port Link"), "COMPortRadio", 1);
     mPortCombo = Named(new QComboBox(group), "PortCombo", tr("COM port"));
     layout->addWidget(mPortCombo, 2, 1);
-    mConfigureButton = MakeButton(group, tr("Configure..."), "ConfigureButton", tr("Configure the COM port"));
+    mConfigureButton = MakeEnterButton(group, "ConfigureButton", tr("Configure..."), tr("Configure the COM port"));
     layout->addWidget(mConfigureButton, 2, 2);
     mSummaryLabel = Named(AlignWithLayout(new QLabel(group)), "SummaryLabel");
     layout->addWidget(mSummaryLabel, 3, 1, 1, 2);
@@ -109,7 +96,7 @@ QGroupBox *SerialBridgeManagerWnd::CreateStatisticsGroup(QWidget *aParent)
     auto *layout = new QGridLayout(group);
     mSentLabel = Named(AlignWithLayout(new QLabel(group)), "SentLabel");
     mReceivedLabel = Named(AlignWithLayout(new QLabel(group)), "ReceivedLabel");
-    QPushButton *reset = MakeButton(group, tr("Reset"), "ResetButton", tr("Reset the statistics"));
+    QPushButton *reset = MakeEnterButton(group, "ResetButton", tr("Reset"), tr("Reset the statistics"));
     layout->addWidget(mSentLabel, 0, 0);
     layout->addWidget(mReceivedLabel, 1, 0);
     layout->addWidget(reset, 0, 1, 2, 1);

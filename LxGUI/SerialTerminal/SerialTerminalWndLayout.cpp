@@ -35,13 +35,10 @@ QRadioButton *AddRadio(QGroupBox *aGroup, QBoxLayout &aRow, const QString &aText
     return radio;
 }
 
-/// A button that Enter presses only where it is: in a field Enter does what belongs to the field.
 QPushButton *AddButton(QGroupBox *aGroup, QBoxLayout &aRow, const QString &aText, const char *aName,
                        const QString &aAccessibleName)
 {
-    auto *button = Named(new QPushButton(aText, aGroup), aName, aAccessibleName);
-    button->setAutoDefault(false);
-    PressOnEnter(button);
+    QPushButton *button = MakeEnterButton(aGroup, aName, aText, aAccessibleName);
     aRow.addWidget(button);
     return button;
 }
