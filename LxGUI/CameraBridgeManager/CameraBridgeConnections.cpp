@@ -36,12 +36,6 @@ QStringList ToQStringList(const LxStringList &aList)
     return texts;
 }
 
-void ShowConnected(QLabel *aLabel, const QString &aText)
-{
-    aLabel->setText(aText);
-    aLabel->setEnabled(aText != QLatin1String("Not initialized"));
-}
-
 }  // namespace
 
 void CameraBridgeManagerWnd::OnRadioButtonChanged(QString aOption)
@@ -142,8 +136,7 @@ void CameraBridgeManagerWnd::OnCLPProbeButtonClicked()
                   QStringLiteral("CLP Probe Error"));
         return;
     }
-    mCLPCameraID->setText(QStringLiteral("Camera ID: %1").arg(CameraBridgeTexts::ShowCameraID(ToQString(cameraID))));
-    mCLPCameraID->setEnabled(true);
+    ShowStatus(mCLPCameraID, QStringLiteral("Camera ID: %1").arg(CameraBridgeTexts::ShowCameraID(ToQString(cameraID))));
     entry->mXMLIDs = ToQStringList(xmlIDs);
     {
         const QSignalBlocker blocker(mCLPXMLCombo);
@@ -175,7 +168,7 @@ void CameraBridgeManagerWnd::OnCLPConnectButtonClicked()
     entry->mXMLIDText = mCLPXMLCombo->currentText();
     UpdateEnabledState();
     entry->UpdateStatus();
-    ShowConnected(mCLPStatus, entry->mStatusText);
+    ShowStatus(mCLPStatus, entry->mStatusText);
     Browse(entry->mBridge->GetParameters());
 }
 
@@ -211,7 +204,7 @@ void CameraBridgeManagerWnd::OnGenCPConnectButtonClicked()
     if (Browse(entry->mBridge->GetParameters(), entry)) {
         UpdateEnabledState();
         entry->UpdateStatus();
-        ShowConnected(mGenCPStatus, entry->mStatusText);
+        ShowStatus(mGenCPStatus, entry->mStatusText);
     }
 }
 
@@ -243,12 +236,13 @@ void CameraBridgeManagerWnd::OnKCFLoadButtonClicked()
         entry->mBridge->Disconnect();
         return entry->mBridge->ConnectKelvraCameraFile(ToLxString(path));
     });
+    entry->UpdateStatus();
     if (!result.IsOK()) {
+        mKCFStatus->setText(entry->mStatusText);  // what was connected before no longer is
         ShowError(Widget(), Describe(QStringLiteral("Failed to load KCF file: %1"), result), title);
         return;
     }
     UpdateEnabledState();
     entry->mCameraFilePath = path;
-    entry->UpdateStatus();
-    ShowConnected(mKCFStatus, entry->mStatusText);
+    ShowStatus(mKCFStatus, entry->mStatusText);
 }

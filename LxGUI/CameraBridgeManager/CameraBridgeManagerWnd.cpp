@@ -9,6 +9,7 @@
 #include "LxDevice/LxDeviceSerialPort.h"
 #include "LxGUI/CameraBridgeManager/CameraBridgeTexts.h"
 #include "LxGUI/Frame/ApplicationThread.h"
+#include "LxGUI/Frame/BusyCursor.h"
 #include "LxGUI/Frame/Text.h"
 #include "LxGUI/LxGenBrowserWnd.h"
 #include "LxGenICam/LxGenEnum.h"
@@ -19,13 +20,6 @@ namespace
 
 constexpr int StatisticsPeriod = 500;
 constexpr uint32_t PortCount = 10;
-
-/// What says that there is nothing is grey.
-void ShowStatus(QLabel *aLabel, const QString &aText)
-{
-    aLabel->setText(aText);
-    aLabel->setEnabled(aText != QLatin1String("Not initialized") && aText != QLatin1String("Not found"));
-}
 
 }  // namespace
 
@@ -90,10 +84,10 @@ LxDeviceSerial CameraBridgeManagerWnd::GetBridgePort(int aIndex) const
                                                     : LxDeviceSerial::Invalid;
 }
 
-CameraBridgeManagerWnd::Entry CameraBridgeManagerWnd::FindEntry(LxDeviceSerial aPort) const
+CameraBridgeManagerWnd::Entry CameraBridgeManagerWnd::FindEntry(int64_t aPort) const
 {
     for (const Entry &entry : mBridges) {
-        if (entry->mPort == aPort) {
+        if (static_cast<int64_t>(entry->mPort) == aPort) {
             return entry;
         }
     }
@@ -129,12 +123,15 @@ void CameraBridgeManagerWnd::OnOpen()
     }
     FillPortCombo();
     FillSourceCombo();
-    mTimer->start(StatisticsPeriod);
     const QPointer<CameraBridgeManagerWnd> self(this);
     RefreshPanel();
-    if (self) {
-        UpdateEnabledState();
+    if (!self) {
+        return;
     }
+    if (mTimer && IsOpen()) {  // it may have been closed meanwhile
+        mTimer->start(StatisticsPeriod);
+    }
+    UpdateEnabledState();
 }
 
 void CameraBridgeManagerWnd::OnClose()
@@ -179,6 +176,12 @@ void CameraBridgeManagerWnd::FillSourceCombo()
     }
 }
 
+void CameraBridgeManagerWnd::ShowStatus(QLabel *aLabel, const QString &aText)
+{
+    aLabel->setText(aText);
+    aLabel->setEnabled(aText != QLatin1String("Not initialized") && aText != QLatin1String("Not found"));
+}
+
 void CameraBridgeManagerWnd::RefreshPanel()
 {
     if (!mPortCombo) {
@@ -197,6 +200,7 @@ void CameraBridgeManagerWnd::RefreshPanel()
     }
     const Entry entry = GetSelected();
     if (entry) {
+        entry->UpdateStatus();
         ShowEntry(*entry);
     }
     else {
@@ -253,7 +257,7 @@ void CameraBridgeManagerWnd::ShowEntry(const CameraBridge &aEntry)
             mNoneRadio->setChecked(true);
             break;
     }
-    if (status && !aEntry.mStatusText.isEmpty()) {
+    if (status) {
         ShowStatus(status, aEntry.mStatusText);
     }
     mSyncCheck->setChecked(aEntry.mBridge->GetParametersSyncEnabled());
@@ -371,6 +375,7 @@ void CameraBridgeManagerWnd::OnResetButtonClicked()
 void CameraBridgeManagerWnd::OnSyncCheckChanged()
 {
     if (const Entry entry = GetSelected()) {
+        const BusyCursor cursor;  // the camera is asked for its geometry
         entry->mBridge->SetParametersSyncEnabled(mSyncCheck->isChecked());
     }
 }

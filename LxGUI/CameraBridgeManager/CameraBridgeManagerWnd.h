@@ -84,7 +84,7 @@ private:
     void MakeConnections();
 
     void RebuildBridges();
-    Entry FindEntry(LxDeviceSerial aPort) const;
+    Entry FindEntry(int64_t aPort) const;
     Entry GetSelected() const;
     bool IsSelected(const Entry &aEntry) const { return aEntry && aEntry == GetSelected(); }
     /// Lets the browser show features, or nothing. False when, meanwhile, the window has lost its widgets or itself, or
@@ -93,6 +93,8 @@ private:
 
     void FillPortCombo();
     void FillSourceCombo();
+    /// What says that there is nothing is grey.
+    static void ShowStatus(QLabel *aLabel, const QString &aText);
     void RefreshPanel();
     void ShowEntry(const CameraBridge &aEntry);
     void UpdateEnabledState();

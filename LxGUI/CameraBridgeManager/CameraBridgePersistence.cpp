@@ -40,8 +40,7 @@ LxResult CameraBridgeManagerWnd::Load(LxConfigurationReader &aReader, LxStringLi
     }
     for (const LxProperty *property = list.GetFirst(); property; property = list.GetNext()) {
         // a text that is no number reads as 0, which is the first port
-        const long number = std::strtol(property->GetValue().GetAscii(), nullptr, 10);
-        if (const Entry entry = FindEntry(static_cast<LxDeviceSerial>(number))) {
+        if (const Entry entry = FindEntry(std::strtoll(property->GetValue().GetAscii(), nullptr, 10))) {
             const BusyCursor cursor;
             LxStringList errors;
             entry->mBridge->Load(property->GetName(), aReader, errors);

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <set>
 
@@ -327,6 +328,12 @@ LxResult LoadCameraFile(const std::string &aPath, CameraFile &aFile)
     const auto failed = [&](const std::string &aWhy) {
         return LxResult(LxResultCode::FileError, "The file \"" + aPath + "\" cannot be read: " + aWhy + ".");
     };
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(aPath, error);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        return failed(std::filesystem::is_directory(status) ? "it is a folder"
+                                                            : "it is no file");  // a pipe would block
+    }
     const std::unique_ptr<std::FILE, int (*)(std::FILE *)> file(std::fopen(aPath.c_str(), "rb"), &std::fclose);
     if (!file) {
         return failed(std::strerror(errno));

@@ -6,6 +6,8 @@
 #include <QtGui/QGuiApplication>
 #include <atomic>
 #include <functional>
+#include <mutex>
+#include <set>
 #include <string>
 #include <thread>
 
@@ -211,6 +213,51 @@ TEST_F(CameraBridgeFlowsTest, AsksForTheXMLIDsUnderAWaitCursor)
     SimulatedGrabber::SetPeer(LxDeviceSerial::Serial0, std::make_shared<WatchedCamera>(mGenCP, cursors.MakeWatch("")));
     Click("GenCPRadio");
     cursors.ExpectBusyOnly();
+}
+
+TEST_F(CameraBridgeFlowsTest, AChangeOfThePortReadsEachFeatureOnceUnderAWaitCursor)
+{
+    Open();
+    ConnectGenCP();
+    SelectPort(1);
+    CursorCount cursors;
+    std::mutex mutex;
+    std::multiset<std::string> requests;
+    const auto watch = cursors.MakeWatch("");
+    SimulatedGrabber::SetPeer(LxDeviceSerial::Serial0,
+                              std::make_shared<WatchedCamera>(mGenCP, [&](const std::string &aRequest) {
+                                  watch(aRequest);
+                                  const std::lock_guard lock(mutex);
+                                  requests.insert(aRequest.substr(aRequest.size() - 12));  // address and length
+                              }));
+    SelectPort(0);
+    cursors.ExpectBusyOnly();
+    {
+        const std::lock_guard lock(mutex);
+        EXPECT_GE(requests.size(), 7u);
+        for (const std::string &request : requests) {
+            EXPECT_EQ(requests.count(request), 1u);
+        }
+    }
+    EXPECT_TRUE(WaitForGui([&] { return cursors.mOther > 0; })) << "what follows is read beside the GUI thread";
+    mWnd->Close();
+}
+
+TEST_F(CameraBridgeFlowsTest, AsksForTheGeometryUnderAWaitCursor)
+{
+    Plug();
+    ExpectedBox box;
+    WindowWithoutBrowser window;  // which asks nothing meanwhile
+    window.SetDevice(mGrabber.GetDevice());
+    window.ShowModeless(static_cast<QWidget *>(nullptr));
+    FindIn<QRadioButton>(window, "GenCPRadio")->click();
+    FindIn<QPushButton>(window, "GenCPConnectButton")->click();
+    ASSERT_TRUE(window.GetBridge(0)->IsConnected());
+    CursorCount cursors;
+    SimulatedGrabber::SetPeer(LxDeviceSerial::Serial0, std::make_shared<WatchedCamera>(mGenCP, cursors.MakeWatch("")));
+    FindIn<QCheckBox>(window, "SyncCheck")->click();
+    cursors.ExpectBusyOnly();
+    window.Close();
 }
 
 TEST_F(CameraBridgeFlowsTest, DeviceIsReplacedWhileABridgeConnects)

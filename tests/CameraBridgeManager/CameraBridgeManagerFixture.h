@@ -18,6 +18,8 @@
 #include "GuiTest.h"
 #include "LxCameraBridge/LxCameraBridge.h"
 #include "LxGUI/LxCameraBridgeManagerWnd.h"
+#include "LxPersistence/LxConfigurationReader.h"
+#include "LxPersistence/LxConfigurationWriter.h"
 #include "LxSimulation/LxSimulatedGenCPCamera.h"
 #include "LxSimulation/LxSimulatedTextCamera.h"
 #include "SimulatedGrabber.h"
@@ -45,7 +47,11 @@ private:
 class CameraBridgeManagerFixture : public testing::Test
 {
 protected:
-    explicit CameraBridgeManagerFixture(uint32_t aPorts = 0b11) : mGrabber(SimulatedGrabber::MakeValues(aPorts)) {}
+    explicit CameraBridgeManagerFixture(uint32_t aPorts = 0b11)
+        : CameraBridgeManagerFixture(SimulatedGrabber::MakeValues(aPorts))
+    {
+    }
+    explicit CameraBridgeManagerFixture(const LxSimulatedDevice &aValues) : mGrabber(aValues) {}
     ~CameraBridgeManagerFixture() override { mWnd.reset(); }
 
     void Plug(const LxSimulatedGenCPValues &aValues = {})
@@ -94,15 +100,23 @@ protected:
         Click("CLPConnectButton");
         ASSERT_TRUE(mWnd->GetBridge(1)->IsConnected());
     }
-    void LoadFile()
+    void LoadFile(int aPort = 1)
     {
-        SelectPort(1);
+        SelectPort(aPort);
         mWnd->ShowKCF();
         Click("KCFRadio");
         Find<QLineEdit>("KCFPathEdit")->setText(SampleFile);
         Click("KCFLoadButton");
-        ASSERT_TRUE(mWnd->GetBridge(1)->IsConnected());
+        ASSERT_TRUE(mWnd->GetBridge(aPort)->IsConnected());
     }
+    /// What the window saves now, to be loaded again.
+    void SaveTo(LxConfigurationReader &aReader)
+    {
+        LxConfigurationWriter writer;
+        EXPECT_TRUE(mWnd->Save(writer).IsOK());
+        EXPECT_TRUE(aReader.LoadFromString(writer.SaveToString()).IsOK());
+    }
+    LxResult Load(LxConfigurationReader &aReader) { return mWnd->Load(aReader, mErrors); }
     int BrowserRows()
     {
         for (const QTreeView *view : mWnd->GetQWidget()->findChildren<QTreeView *>()) {
@@ -116,5 +130,6 @@ protected:
     OwnSettings mSettings;
     SimulatedGrabber mGrabber;
     std::shared_ptr<LxSimulatedGenCPCamera> mGenCP;
+    LxStringList mErrors;  // of Load()
     std::unique_ptr<LxCameraBridgeManagerWnd> mWnd = std::make_unique<LxCameraBridgeManagerWnd>();
 };
