@@ -56,6 +56,7 @@ LineConverter::LineConverter(const Conversion &aConversion, uint8_t *aScratch)
       mPlan(aConversion.mPlan),
       mIsAligned(reinterpret_cast<uintptr_t>(aConversion.mOutput) % kStreamUnit == 0 &&
                  aConversion.mOutputStride % kStreamUnit == 0),
+      mInputEnd(aConversion.mInput + aConversion.mLayout.mSize),
       mKernels(aConversion.mStream && mIsAligned ? GetStreamingKernels() : GetConversionKernels()),
       mUnpack(mKernels.mUnpack[static_cast<size_t>(mPlan.mLayout)]),
       mWriter(mKernels),
@@ -87,10 +88,24 @@ const uint8_t *LineConverter::GetLine(uint32_t aPlane, uint64_t aLine) const
     return mConversion.mInput + plane.mOffset + aLine * plane.mStride;
 }
 
-// The samples of a piece that begins at pixel aFirst: in the line itself, or unpacked into aScratch.
-const uint8_t *LineConverter::GetSamples(const uint8_t *aLine, size_t aFirst, uint8_t *aScratch, size_t aCount) const
+// The piece of aCount pixels of a line of the first plane that begins at pixel aFirst. What lies a few pieces further
+// on is asked for.
+const uint8_t *LineConverter::GetPiece(const uint8_t *aLine, size_t aFirst, size_t aCount) const
 {
+    constexpr size_t kAhead = 3072;
     const uint8_t *const start = aLine + aFirst * mPlan.mBitsPerPixel / 8;
+    const size_t size = aCount * mPlan.mBitsPerPixel / 8;
+    if (mConversion.mStream && static_cast<size_t>(mInputEnd - start) >= kAhead + size) {
+        Prefetch(start + kAhead, size);
+    }
+    return start;
+}
+
+// The samples of a piece that begins at pixel aFirst: in the line itself, or unpacked into aScratch.
+const uint8_t *LineConverter::GetSamples(const uint8_t *aLine, size_t aFirst, size_t aPixels, uint8_t *aScratch,
+                                         size_t aCount) const
+{
+    const uint8_t *const start = GetPiece(aLine, aFirst, aPixels);
     if (mPlan.mLayout == SampleLayout::Bytes) {
         return start;
     }
@@ -135,10 +150,10 @@ void LineConverter::ConvertMono(uint32_t aLine)
     const PackedColourKernel direct = mKernels.mMono[static_cast<size_t>(mPlan.mLayout)];
     ConvertInPieces(aLine, [this, line, direct](size_t aFirst, size_t aCount, uint8_t *aOut) {
         if (direct) {
-            direct(line + aFirst * mPlan.mBitsPerPixel / 8, aOut, aCount);
+            direct(GetPiece(line, aFirst, aCount), aOut, aCount);
         }
         else {
-            const uint8_t *const samples = GetSamples(line, aFirst, mSamples, aCount);
+            const uint8_t *const samples = GetSamples(line, aFirst, aCount, mSamples, aCount);
             mKernels.mMono[static_cast<size_t>(SampleLayout::Bytes)](samples, aOut, aCount);
         }
     });
@@ -149,7 +164,7 @@ void LineConverter::ConvertPacked(uint32_t aLine)
     const uint8_t *const line = GetLine(0, aLine);
     ConvertInPieces(aLine, [this, line](size_t aFirst, size_t aCount, uint8_t *aOut) {
         const size_t count = aCount * (mPlan.mSamplesPerTwoPixels / 2);
-        (mKernels.*mPlan.mPacked)(GetSamples(line, aFirst, mSamples, count), aOut, aCount);
+        (mKernels.*mPlan.mPacked)(GetSamples(line, aFirst, aCount, mSamples, count), aOut, aCount);
     });
 }
 
@@ -158,7 +173,7 @@ void LineConverter::ConvertPlanarRgb(uint32_t aLine)
     ConvertInPieces(aLine, [this, aLine](size_t aFirst, size_t aCount, uint8_t *aOut) {
         const uint8_t *colours[3];
         for (uint32_t i = 0; i < 3; ++i) {
-            colours[i] = GetSamples(GetLine(i, aLine), aFirst, mPlanes[i], aCount);
+            colours[i] = GetSamples(GetLine(i, aLine), aFirst, aCount, mPlanes[i], aCount);
         }
         mKernels.mPlanes(colours[0], colours[1], colours[2], aOut, aCount);
     });
@@ -169,7 +184,7 @@ void LineConverter::ConvertYuv(uint32_t aLine)
     const uint8_t *const line = GetLine(0, aLine);
     ConvertInPieces(aLine, [this, line](size_t aFirst, size_t aCount, uint8_t *aOut) {
         const size_t count = (aCount * mPlan.mSamplesPerTwoPixels + 1) / 2;
-        const uint8_t *const samples = GetSamples(line, aFirst, mSamples, count);
+        const uint8_t *const samples = GetSamples(line, aFirst, aCount, mSamples, count);
         mPlan.mSplit(samples, count, mPlanes[0], mPlanes[1], mPlanes[2], aCount);
         mKernels.mYuv(mPlanes[0], mPlanes[1], mPlanes[2], *mPlan.mMatrix, aOut, aCount);
     });
@@ -179,7 +194,7 @@ void LineConverter::ConvertYuvPairs(uint32_t aLine)
 {
     const uint8_t *const line = GetLine(0, aLine);
     ConvertInPieces(aLine, [this, line](size_t aFirst, size_t aCount, uint8_t *aOut) {
-        (mKernels.*mPlan.mPairs)(GetSamples(line, aFirst, mSamples, 2 * aCount), *mPlan.mMatrix, aOut, aCount);
+        (mKernels.*mPlan.mPairs)(GetSamples(line, aFirst, aCount, mSamples, 2 * aCount), *mPlan.mMatrix, aOut, aCount);
     });
 }
 

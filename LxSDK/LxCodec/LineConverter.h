@@ -50,7 +50,9 @@ private:
     static_assert(4 * kMostPiece <= StreamWriter::kMostBytes);
 
     const uint8_t *GetLine(uint32_t aPlane, uint64_t aLine) const;
-    const uint8_t *GetSamples(const uint8_t *aLine, size_t aFirst, uint8_t *aScratch, size_t aCount) const;
+    const uint8_t *GetPiece(const uint8_t *aLine, size_t aFirst, size_t aCount) const;
+    const uint8_t *GetSamples(const uint8_t *aLine, size_t aFirst, size_t aPixels, uint8_t *aScratch,
+                              size_t aCount) const;
     size_t GetPieceSize(size_t aFirst) const;
     uint64_t GetPieceCount() const;
     template <typename Piece>
@@ -70,6 +72,7 @@ private:
     const Conversion &mConversion;
     const ConversionPlan &mPlan;
     const bool mIsAligned;  // every line of the output may be written past the caches by the kernels themselves
+    const uint8_t *const mInputEnd;
     const ConversionKernels &mKernels;
     const UnpackKernel mUnpack;
     StreamWriter mWriter;

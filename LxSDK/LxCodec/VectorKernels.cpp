@@ -309,21 +309,21 @@ HWY_INLINE IntVector SpreadPairsOverBlocks(IntVector aPairs)
 using Shorts = hn::ScalableTag<int16_t>;
 using ShortVector = hn::Vec<Shorts>;
 
-// The byte of each 32-bit word that begins at a bit, in both halves of the word.
-template <int kBit>
-HWY_INLINE ShortVector SpreadByte(IntVector aWords)
+// One half of each 32-bit word, 0 the lower, in both halves.
+template <int kHalf>
+HWY_INLINE ShortVector SpreadHalf(ShortVector aWords)
 {
-    constexpr uint8_t kFirst = kBit / 8;
-    alignas(16) static constexpr uint8_t kOrder[16] = {kFirst,      0x80, kFirst,      0x80, kFirst + 4, 0x80,
-                                                       kFirst + 4,  0x80, kFirst + 8,  0x80, kFirst + 8, 0x80,
-                                                       kFirst + 12, 0x80, kFirst + 12, 0x80};
+    constexpr uint8_t kFirst = 2 * kHalf;
+    alignas(16) static constexpr uint8_t kOrder[16] = {
+        kFirst,     kFirst + 1, kFirst,     kFirst + 1, kFirst + 4,  kFirst + 5,  kFirst + 4,  kFirst + 5,
+        kFirst + 8, kFirst + 9, kFirst + 8, kFirst + 9, kFirst + 12, kFirst + 13, kFirst + 12, kFirst + 13};
     const Bytes bytes;
-    return hn::BitCast(Shorts(), hn::TableLookupBytesOr0(hn::BitCast(bytes, aWords), hn::LoadDup128(bytes, kOrder)));
+    return hn::BitCast(Shorts(), hn::TableLookupBytes(hn::BitCast(bytes, aWords), hn::LoadDup128(bytes, kOrder)));
 }
 
-// The luma samples of two pixels, which begin at a bit and 16 bits later.
+// The bytes of each 16-bit word that begin at a bit.
 template <int kBit>
-HWY_INLINE ShortVector GetLuma(IntVector aWords)
+HWY_INLINE ShortVector GetHalves(IntVector aWords)
 {
     const Shorts shorts;
     const hn::ScalableTag<uint16_t> unsignedShorts;
@@ -335,74 +335,122 @@ HWY_INLINE ShortVector GetLuma(IntVector aWords)
     }
 }
 
-// The lower half of each 32-bit word in both halves.
-HWY_INLINE ShortVector SpreadLowerHalf(IntVector aWords)
+// Two factors, for the lower and the upper half of each 32-bit word.
+HWY_INLINE ShortVector SetPair(int32_t aLower, int32_t aUpper)
 {
-    alignas(16) static constexpr uint8_t kOrder[16] = {0, 1, 0, 1, 4, 5, 4, 5, 8, 9, 8, 9, 12, 13, 12, 13};
-    const Bytes bytes;
-    return hn::BitCast(Shorts(), hn::TableLookupBytes(hn::BitCast(bytes, aWords), hn::LoadDup128(bytes, kOrder)));
+    const auto pair = static_cast<uint32_t>(aUpper) << 16 | (static_cast<uint32_t>(aLower) & 0xFFFFu);
+    return hn::BitCast(Shorts(), hn::Set(hn::ScalableTag<uint32_t>(), pair));
 }
 
-// A chroma sample by a factor between 1 and 2 with 15 bits behind its point, of which aFraction is what exceeds 1. For
-// the factors of full-range pictures this rounds every sample as the longer fraction of a YuvMatrix does.
-HWY_INLINE ShortVector ScaleChroma(ShortVector aSample, ShortVector aFraction)
+// The sum of the products of both halves of each 32-bit word.
+HWY_INLINE IntVector SumOfProducts(ShortVector aA, ShortVector aB)
 {
-    return hn::Add(aSample, hn::MulFixedPoint15(aSample, aFraction));
+    const Ints ints;
+    auto other = hn::Zero(ints);
+    const auto sum = hn::ReorderWidenMulAccumulate(ints, aA, aB, hn::Zero(ints), other);
+    return hn::RearrangeToOddPlusEven(sum, other);
 }
 
-HWY_INLINE ShortVector ClampToByte(ShortVector aColour)
+// What is added to luma so that colours above 255 saturate.
+constexpr int16_t kSaturation = 32767 - 255;
+
+// A colour in 0 to 255, from luma plus kSaturation.
+HWY_INLINE ShortVector AddChroma(ShortVector aLuma, ShortVector aChroma)
 {
-    const Shorts shorts;
-    return hn::Min(hn::Max(aColour, hn::Zero(shorts)), hn::Set(shorts, 255));
+    const hn::ScalableTag<uint16_t> unsignedShorts;
+    const auto sum = hn::BitCast(unsignedShorts, hn::SaturatedAdd(aLuma, aChroma));
+    return hn::BitCast(Shorts(), hn::SaturatedSub(sum, hn::Set(unsignedShorts, kSaturation)));
 }
 
-inline int16_t FractionAboveOne(int32_t aFactor)
+// Colour of pairs of pixels in full range, where luma is a colour's part as it is. Two pixels share a 32-bit word, so
+// that most is done in 16 bits.
+template <int kU, int kY>
+class FullRangePairs
 {
-    constexpr int kDropped = kYuvFractionBits - 15;
-    return static_cast<int16_t>((aFactor - (1 << kYuvFractionBits) + (1 << (kDropped - 1))) >> kDropped);
-}
+public:
+    explicit FullRangePairs(const YuvMatrix &aMatrix)
+        : mFractions(SetPair(GetFractionAboveOne(aMatrix.mBlueU), GetFractionAboveOne(aMatrix.mRedV))),
+          mGreenHigh(SetPair(aMatrix.mGreenU >> kLowBits, aMatrix.mGreenV >> kLowBits)),
+          mGreenLow(SetPair(aMatrix.mGreenU & kLowMask, aMatrix.mGreenV & kLowMask)),
+          mGreenOffset(hn::Set(Ints(), (1 << (kYuvFractionBits - 1)) - 128 * (aMatrix.mGreenU + aMatrix.mGreenV)))
+    {
+    }
+
+    // The pixels of the lower and of the upper half of each block.
+    HWY_INLINE void Convert(IntVector aPairs, ByteVector &aLower, ByteVector &aUpper) const
+    {
+        const Bytes bytes;
+        const Shorts shorts;
+        const auto y = hn::Add(GetHalves<kY>(aPairs), hn::Set(shorts, kSaturation));
+        const auto uv = GetHalves<kU>(aPairs);
+        // A factor between 1 and 2 with 15 bits behind its point rounds every sample as the longer one of the matrix
+        // does; green, which has two, needs all bits.
+        const auto chroma = hn::Sub(uv, hn::Set(shorts, 128));
+        const auto blueRed = hn::Add(chroma, hn::MulFixedPoint15(chroma, mFractions));
+        const auto greenSum = hn::Add(hn::ShiftLeft<kLowBits>(SumOfProducts(uv, mGreenHigh)),
+                                      hn::Add(SumOfProducts(uv, mGreenLow), mGreenOffset));
+        const auto greenChroma = hn::BitCast(shorts, hn::ShiftRight<kYuvFractionBits>(greenSum));
+        const auto blue = AddChroma(y, SpreadHalf<0>(blueRed));
+        const auto green = AddChroma(y, SpreadHalf<0>(greenChroma));
+        const auto red = AddChroma(y, SpreadHalf<1>(blueRed));
+        const auto redAlpha = hn::Or(red, hn::Set(shorts, static_cast<int16_t>(0xFF00)));
+        const auto blueGreen = hn::Or(blue, hn::ShiftLeft<8>(green));
+        aLower = hn::BitCast(bytes, hn::InterleaveLower(shorts, blueGreen, redAlpha));
+        aUpper = hn::BitCast(bytes, hn::InterleaveUpper(shorts, blueGreen, redAlpha));
+    }
+
+private:
+    static constexpr int kLowBits = 6;
+    static constexpr int32_t kLowMask = (1 << kLowBits) - 1;
+
+    static int32_t GetFractionAboveOne(int32_t aFactor)
+    {
+        constexpr int kDropped = kYuvFractionBits - 15;
+        return (aFactor - (1 << kYuvFractionBits) + (1 << (kDropped - 1))) >> kDropped;
+    }
+
+    ShortVector mFractions;  // of blue and red
+    ShortVector mGreenHigh;  // factors of green for U and V, all but the lowest bits
+    ShortVector mGreenLow;   // these
+    IntVector mGreenOffset;  // rounding, and that chroma begins at 128
+};
+
+// Colour of pairs of pixels by any matrix.
+template <int kU, int kY>
+class MatrixPairs
+{
+public:
+    explicit MatrixPairs(const YuvMatrix &aMatrix) : mMatrix(aMatrix) {}
+
+    HWY_INLINE void Convert(IntVector aPairs, ByteVector &aLower, ByteVector &aUpper) const
+    {
+        const Bytes bytes;
+        const Ints ints;
+        const Chroma chroma = GetChroma(GetByte<kU>(aPairs), GetByte<kU + 16>(aPairs), mMatrix);
+        const auto even = GetPixels(GetByte<kY>(aPairs), chroma, mMatrix);
+        const auto odd = GetPixels(GetByte<kY + 16>(aPairs), chroma, mMatrix);
+        aLower = hn::BitCast(bytes, hn::InterleaveLower(ints, even, odd));
+        aUpper = hn::BitCast(bytes, hn::InterleaveUpper(ints, even, odd));
+    }
+
+private:
+    YuvMatrix mMatrix;
+};
 
 // A 32-bit word holds two pixels: kU and kY are the first bits of U and of the first luma sample, V and the second luma
 // sample follow 16 bits later.
-template <bool kStream, int kU, int kY>
-void YuvPairsToBgra(const uint8_t *aSamples, const YuvMatrix &aMatrix, uint8_t *aOut, size_t aWidth)
+template <bool kStream, int kU, class Pairs>
+HWY_INLINE void ConvertYuvPairs(const Pairs &aPairs, const uint8_t *aSamples, const YuvMatrix &aMatrix, uint8_t *aOut,
+                                size_t aWidth)
 {
     const Bytes bytes;
     const Ints ints;
-    const Shorts shorts;
-    const bool isUnitLuma = aMatrix.mBlack == 0 && aMatrix.mY == 1 << kYuvFractionBits;
-    const int16_t redFraction = FractionAboveOne(aMatrix.mRedV);
-    const int16_t blueFraction = FractionAboveOne(aMatrix.mBlueU);
-    const int32_t greenOffset = (1 << (kYuvFractionBits - 1)) - 128 * (aMatrix.mGreenU + aMatrix.mGreenV);
     const size_t step = 2 * hn::Lanes(ints);
     size_t i = 0;
     for (; i + step <= aWidth; i += step) {
-        const auto pairs = SpreadPairsOverBlocks(hn::BitCast(ints, hn::LoadU(bytes, aSamples + 2 * i)));
         ByteVector lower;
         ByteVector upper;
-        if (isUnitLuma) {
-            // red and blue of two pixels at once in 16 bits; green needs the longer sum
-            const auto y = GetLuma<kY>(pairs);
-            const auto u = hn::Sub(SpreadByte<kU>(pairs), hn::Set(shorts, 128));
-            const auto v = hn::Sub(SpreadByte<kU + 16>(pairs), hn::Set(shorts, 128));
-            const auto greenChroma = hn::Add(hn::Add(hn::Mul(GetByte<kU>(pairs), hn::Set(ints, aMatrix.mGreenU)),
-                                                     hn::Mul(GetByte<kU + 16>(pairs), hn::Set(ints, aMatrix.mGreenV))),
-                                             hn::Set(ints, greenOffset));
-            const auto red = ClampToByte(hn::Add(y, ScaleChroma(v, hn::Set(shorts, redFraction))));
-            const auto green = ClampToByte(hn::Add(y, SpreadLowerHalf(hn::ShiftRight<kYuvFractionBits>(greenChroma))));
-            const auto blue = ClampToByte(hn::Add(y, ScaleChroma(u, hn::Set(shorts, blueFraction))));
-            const auto redAlpha = hn::Or(red, hn::Set(shorts, static_cast<int16_t>(0xFF00)));
-            const auto blueGreen = hn::Or(blue, hn::ShiftLeft<8>(green));
-            lower = hn::BitCast(bytes, hn::InterleaveLower(shorts, blueGreen, redAlpha));
-            upper = hn::BitCast(bytes, hn::InterleaveUpper(shorts, blueGreen, redAlpha));
-        }
-        else {
-            const Chroma chroma = GetChroma(GetByte<kU>(pairs), GetByte<kU + 16>(pairs), aMatrix);
-            const auto even = GetPixels(GetByte<kY>(pairs), chroma, aMatrix);
-            const auto odd = GetPixels(GetByte<kY + 16>(pairs), chroma, aMatrix);
-            lower = hn::BitCast(bytes, hn::InterleaveLower(ints, even, odd));
-            upper = hn::BitCast(bytes, hn::InterleaveUpper(ints, even, odd));
-        }
+        aPairs.Convert(SpreadPairsOverBlocks(hn::BitCast(ints, hn::LoadU(bytes, aSamples + 2 * i))), lower, upper);
         Put<kStream>(lower, aOut + 4 * i);
         Put<kStream>(upper, aOut + 4 * i + 2 * step);
     }
@@ -413,6 +461,17 @@ void YuvPairsToBgra(const uint8_t *aSamples, const YuvMatrix &aMatrix, uint8_t *
         }
         const YuvPairsKernel rest = kU == 0 ? GetScalarKernels().mUyvy : GetScalarKernels().mYuyv;
         rest(aSamples + 2 * i, aMatrix, aOut + 4 * i, aWidth - i);
+    }
+}
+
+template <bool kStream, int kU, int kY>
+void YuvPairsToBgra(const uint8_t *aSamples, const YuvMatrix &aMatrix, uint8_t *aOut, size_t aWidth)
+{
+    if (aMatrix.mBlack == 0 && aMatrix.mY == 1 << kYuvFractionBits) {
+        ConvertYuvPairs<kStream, kU>(FullRangePairs<kU, kY>(aMatrix), aSamples, aMatrix, aOut, aWidth);
+    }
+    else {
+        ConvertYuvPairs<kStream, kU>(MatrixPairs<kU, kY>(aMatrix), aSamples, aMatrix, aOut, aWidth);
     }
 }
 
