@@ -15,7 +15,6 @@
 #include "LxGUI/GenBrowser/GenBrowserTreeModel.h"
 #include "LxGUI/GenBrowser/GenBrowserWnd.h"
 #include "LxGUI/GenBrowser/NumberText.h"
-#include "LxGUI/GenBrowser/PlainCell.h"
 #include "LxGUI/GenBrowser/QDoubleSpinBoxExact.h"
 #include "LxGUI/GenBrowser/QSpinBox64.h"
 #include "LxGenICam/LxGenFloat.h"
@@ -173,7 +172,7 @@ void GenBrowserItemDelegate::paint(QPainter *aPainter, const QStyleOptionViewIte
     // The view has whole rows painted even where only the values have changed.
     const auto *tree = qobject_cast<const GenBrowserTree *>(aOption.widget);
     const bool isNeeded = !tree || tree->IsPainted(aOption.rect);
-    if (isNeeded && !PaintPlainCell(*aPainter, aOption, aIndex)) {
+    if (isNeeded && !mPlainCell.Paint(*aPainter, aOption, aIndex)) {
         TextDelegate::paint(aPainter, aOption, aIndex);
     }
 }

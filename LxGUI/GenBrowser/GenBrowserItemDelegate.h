@@ -4,6 +4,7 @@
 #include <QtCore/QPointer>
 
 #include "LxGUI/Frame/TextDelegate.h"
+#include "LxGUI/GenBrowser/PlainCell.h"
 
 class GenBrowserTreeItem;
 class GenBrowserTreeModel;
@@ -49,4 +50,5 @@ private:
     mutable bool mIsWriting = false;
     mutable QPointer<QWidget> mWrittenEditor;
     mutable QList<QPointer<QObject>> mDoomed;  // deleted when nothing is written any more
+    mutable PlainCell mPlainCell;
 };

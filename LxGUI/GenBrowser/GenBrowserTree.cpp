@@ -5,6 +5,7 @@
 #include <QtGui/QPaintEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QPalette>
+#include <QtGui/QTransform>
 #include <utility>
 
 #include "LxGUI/GenBrowser/FeatureTreeAccessible.h"
@@ -17,6 +18,37 @@ namespace
 constexpr int StripEnd = 20;  // where the strip in front of a feature ends
 // Milliseconds for which changed rows are gathered, so that the rows of one refresh are drawn at once: unnoticed.
 constexpr int DrawingDelay = 20;
+
+/// Whether a line of the pen covers whole pixels, the same as a filled rectangle. Other scales round lines their own
+/// way.
+bool DrawsLinesLikeRectangles(const QTransform &aTransform)
+{
+    const bool isEven = aTransform.type() <= QTransform::TxScale && aTransform.m11() == aTransform.m22();
+    return isEven && (aTransform.m11() == 1.0 || aTransform.m11() == 2.0);
+}
+
+/// Outlines a rectangle as a pen does. The toolkit draws the lines of a pen pixel by pixel, which takes longer than all
+/// else in a row, and rectangles at once.
+void DrawOutline(QPainter &aPainter, const QRect &aPlace, const QColor &aColor)
+{
+    if (!DrawsLinesLikeRectangles(aPainter.deviceTransform())) {
+        const QPen pen = aPainter.pen();
+        const QBrush brush = aPainter.brush();
+        aPainter.setPen(aColor);
+        aPainter.setBrush(Qt::NoBrush);
+        aPainter.drawRect(aPlace);
+        aPainter.setPen(pen);
+        aPainter.setBrush(brush);
+        return;
+    }
+    const QRectF place(aPlace);
+    for (const qreal y : {place.top(), place.bottom()}) {
+        aPainter.fillRect(QRectF(place.left() - 0.5, y - 0.5, place.width() + 1, 1), aColor);
+    }
+    for (const qreal x : {place.left(), place.right()}) {
+        aPainter.fillRect(QRectF(x - 0.5, place.top() + 0.5, 1, place.height() - 1), aColor);
+    }
+}
 
 }  // namespace
 
@@ -113,6 +145,15 @@ void GenBrowserTree::selectionChanged(const QItemSelection &aSelected, const QIt
     QTreeView::selectionChanged(aSelected, aDeselected);
 }
 
+void GenBrowserTree::drawBranches(QPainter *aPainter, const QRect &aPlace, const QModelIndex &aIndex) const
+{
+    // The Fusion style draws nothing there for a row without children, and takes its time.
+    const bool isEmpty = !model()->hasChildren(aIndex) && style()->inherits("QFusionStyle");
+    if (!isEmpty && IsPainted(aPlace)) {
+        QTreeView::drawBranches(aPainter, aPlace, aIndex);
+    }
+}
+
 void GenBrowserTree::drawRow(QPainter *aPainter, const QStyleOptionViewItem &aOption, const QModelIndex &aIndex) const
 {
     const GenBrowserTreeItem *const item = GenBrowserTreeModel::Item(aIndex);
@@ -122,11 +163,5 @@ void GenBrowserTree::drawRow(QPainter *aPainter, const QStyleOptionViewItem &aOp
     }
     aPainter->fillRect(ground, palette().window());
     QTreeView::drawRow(aPainter, aOption, aIndex);
-    const QPen pen = aPainter->pen();
-    const QBrush brush = aPainter->brush();
-    aPainter->setPen(palette().color(QPalette::AlternateBase));
-    aPainter->setBrush(Qt::NoBrush);
-    aPainter->drawRect(aOption.rect);
-    aPainter->setPen(pen);
-    aPainter->setBrush(brush);
+    DrawOutline(*aPainter, aOption.rect, palette().color(QPalette::AlternateBase));
 }

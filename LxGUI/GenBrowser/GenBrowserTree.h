@@ -34,13 +34,14 @@ signals:
     void OnSelectionChanged(const GenBrowserTreeItem *aSelection);
 
 protected:
-    /// The keyboard edits the value of the current row, whichever of its cells is the current one.
     void dataChanged(const QModelIndex &aFrom, const QModelIndex &aTo, const QList<int> &aRoles = {}) override;
     void timerEvent(QTimerEvent *aEvent) override;
     void paintEvent(QPaintEvent *aEvent) override;
     void scrollContentsBy(int aX, int aY) override;
+    /// The keyboard edits the value of the current row, whichever of its cells is the current one.
     bool edit(const QModelIndex &aIndex, EditTrigger aTrigger, QEvent *aEvent) override;
     void selectionChanged(const QItemSelection &aSelected, const QItemSelection &aDeselected) override;
+    void drawBranches(QPainter *aPainter, const QRect &aPlace, const QModelIndex &aIndex) const override;
     void drawRow(QPainter *aPainter, const QStyleOptionViewItem &aOption, const QModelIndex &aIndex) const override;
 
 private:

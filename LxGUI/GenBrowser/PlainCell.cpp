@@ -28,16 +28,39 @@ bool IsPlain(const QString &aText)
                        [](QChar aCharacter) { return aCharacter <= u'\u024F' && aCharacter.isPrint(); });
 }
 
-bool Fits(const QString &aText, const QFontMetricsF &aMetrics, int aWidth)
+void FillGround(QPainter &aPainter, const QRect &aPlace, const QBrush &aBrush)
 {
-    // Most texts are so short that there is no need to measure them.
-    const auto size = static_cast<qreal>(aText.size());
-    return size * aMetrics.maxWidth() <= aWidth || aMetrics.horizontalAdvance(aText) <= aWidth;
+    if (aBrush.style() == Qt::SolidPattern) {
+        aPainter.fillRect(aPlace, aBrush.color());  // the shortest way
+        return;
+    }
+    const QPoint origin = aPainter.brushOrigin();
+    aPainter.setBrushOrigin(aPlace.topLeft());
+    aPainter.fillRect(aPlace, aBrush);
+    aPainter.setBrushOrigin(origin);
 }
 
 }  // namespace
 
-bool PaintPlainCell(QPainter &aPainter, const QStyleOptionViewItem &aOption, const QModelIndex &aIndex)
+const PlainCell::Letters &PlainCell::Find(const QFont &aAsked, const QFont &aBase, QPaintDevice *aDevice)
+{
+    Letters &letters = mLetters[aAsked.bold() ? 1 : 0];
+    const int dotsPerInch = aDevice->logicalDpiY();
+    if (letters.mDotsPerInch != dotsPerInch || letters.mAsked != aAsked || letters.mBase != aBase) {
+        const QFont font(aAsked.resolve(aBase), aDevice);
+        const QFontMetricsF metrics(font);
+        letters = {aAsked,
+                   aBase,
+                   dotsPerInch,
+                   font,
+                   metrics.ascent(),
+                   metrics.maxWidth(),
+                   qCeil(metrics.ascent() + metrics.descent())};
+    }
+    return letters;
+}
+
+bool PlainCell::Paint(QPainter &aPainter, const QStyleOptionViewItem &aOption, const QModelIndex &aIndex)
 {
     if (!IsPlain(aOption) || aIndex.data(Qt::DecorationRole).isValid() || aIndex.data(Qt::CheckStateRole).isValid()) {
         return false;
@@ -49,23 +72,21 @@ bool PaintPlainCell(QPainter &aPainter, const QStyleOptionViewItem &aOption, con
     const QStyle &style = *aOption.widget->style();
     const int margin = style.pixelMetric(QStyle::PM_FocusFrameHMargin, &aOption, aOption.widget) + 1;
     const QRect place = aOption.rect.adjusted(margin, 0, -margin, 0);
-    const QFont font = aIndex.data(Qt::FontRole).value<QFont>().resolve(aOption.font);
-    const QFontMetricsF metrics(font, aPainter.device());
-    if (!Fits(text, metrics, place.width())) {
+    const Letters &letters = Find(aIndex.data(Qt::FontRole).value<QFont>(), aOption.font, aPainter.device());
+    // Most texts are so short that there is no need to measure them.
+    if (static_cast<qreal>(text.size()) * letters.mMostWidth > place.width() &&
+        QFontMetricsF(letters.mFont).horizontalAdvance(text) > place.width())
+    {
         return false;
     }
-    const QPoint origin = aPainter.brushOrigin();
-    aPainter.setBrushOrigin(aOption.rect.topLeft());
-    aPainter.fillRect(aOption.rect, aIndex.data(Qt::BackgroundRole).value<QBrush>());
-    aPainter.setBrushOrigin(origin);
+    FillGround(aPainter, aOption.rect, aIndex.data(Qt::BackgroundRole).value<QBrush>());
     if (!text.isEmpty()) {
         const QPen pen = aPainter.pen();
         const QFont fontBefore = aPainter.font();
         aPainter.setPen(CellTextColor(aIndex));
-        aPainter.setFont(font);
-        const int height = qCeil(metrics.ascent() + metrics.descent());
-        const int top = place.top() + (place.height() - height) / 2;
-        aPainter.drawText(QPointF(place.left(), top + metrics.ascent()), text);
+        aPainter.setFont(letters.mFont);
+        const int top = place.top() + (place.height() - letters.mHeight) / 2;
+        aPainter.drawText(QPointF(place.left(), top + letters.mAscent), text);
         aPainter.setFont(fontBefore);
         aPainter.setPen(pen);
     }

@@ -125,6 +125,43 @@ TEST_F(TreeView, DrawsAStripBeforeFeaturesTheGroundOfCategoriesAndAFrameAroundRo
     }
 }
 
+/// Which pixels are of a colour.
+QImage MaskOf(const QImage &aImage, const QColor &aColor)
+{
+    QImage mask(aImage.size(), QImage::Format_Grayscale8);
+    for (int y = 0; y < aImage.height(); ++y) {
+        for (int x = 0; x < aImage.width(); ++x) {
+            mask.setPixelColor(x, y, aImage.pixelColor(x, y) == aColor ? Qt::white : Qt::black);
+        }
+    }
+    return mask;
+}
+
+TEST_F(TreeView, TheFrameAroundARowIsThatOfAPenAtEveryScale)
+{
+    Show();
+    GenBrowserTree *const tree = mBrowser.Tree();
+    const QColor frame(255, 0, 255);
+    QPalette palette = tree->palette();
+    palette.setColor(QPalette::AlternateBase, frame);
+    tree->setPalette(palette);
+    for (const double scale : {1.0, 1.25, 1.5, 2.0, 3.0}) {
+        QImage own((QSizeF(tree->viewport()->size()) * scale).toSize(), QImage::Format_RGB32);
+        own.setDevicePixelRatio(scale);
+        own.fill(Qt::black);
+        QImage pen = own;
+        tree->viewport()->render(&own);
+        QPainter painter(&pen);
+        painter.setPen(frame);
+        for (QModelIndex index = mBrowser.Cell("General"); index.isValid(); index = tree->indexBelow(index)) {
+            const QRect row = tree->visualRect(index).united(tree->visualRect(index.siblingAtColumn(1)));
+            painter.drawRect(QRect(0, row.top(), tree->viewport()->width(), row.height()));
+        }
+        painter.end();
+        EXPECT_EQ(MaskOf(own, frame), MaskOf(pen, frame)) << scale;
+    }
+}
+
 TEST_F(TreeView, LeavesOtherStylesToTheToolkit)
 {
     Show();
@@ -138,9 +175,10 @@ TEST_F(TreeView, LeavesOtherStylesToTheToolkit)
     option.displayAlignment = Qt::AlignLeft | Qt::AlignVCenter;
     QImage image(200, 30, QImage::Format_RGB32);
     QPainter painter(&image);
-    EXPECT_TRUE(PaintPlainCell(painter, option, mBrowser.Cell("Feature0")));
+    PlainCell cell;
+    EXPECT_TRUE(cell.Paint(painter, option, mBrowser.Cell("Feature0")));
     tree->setStyle(windows.get());
-    EXPECT_FALSE(PaintPlainCell(painter, option, mBrowser.Cell("Feature0")));
+    EXPECT_FALSE(cell.Paint(painter, option, mBrowser.Cell("Feature0")));
     tree->setStyle(nullptr);
 }
 
