@@ -35,6 +35,9 @@ if(LXGUI_LLD)
   add_link_options(-fuse-ld=lld)
 endif()
 
+# What is linked but not used need not be loaded at every start: of Highway the headers are enough.
+add_link_options(LINKER:--as-needed)
+
 # Precompiled headers: what most files include and what costs them most of their time. Every file still includes what it
 # uses. clang-tidy cannot read those of gcc.
 if(LXGUI_FOR_CLANG_TIDY)

@@ -120,6 +120,9 @@ const ConversionKernels &GetConversionKernels();
 /// each call must be aligned to kStreamUnit; mFlush is to be called before others read it.
 const ConversionKernels &GetStreamingKernels();
 
+/// Lets the two above choose from these targets of Highway only, as bits; for tests. Not while a conversion runs.
+void UseVectorTargets(int64_t aTargets);
+
 /// Fills in the unpacking kernels of GetScalarKernels().
 void SetScalarUnpackKernels(ConversionKernels &aKernels);
 

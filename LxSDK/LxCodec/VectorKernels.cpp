@@ -1,4 +1,7 @@
+#include <atomic>
+
 #include "LxCodec/ConversionKernels.h"
+#include "LxCodec/ProcessorTargets.h"
 
 // SSSE3 alone is as rare as a processor without it, and the vectors of SVE have no size that tables could be made for.
 #define HWY_DISABLED_TARGETS (HWY_SSSE3 | HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128)
@@ -662,16 +665,54 @@ const ConversionKernels *GetKernels(bool)
 namespace LxDetail
 {
 
-HWY_EXPORT(GetKernels);
+namespace
+{
+
+using KernelsOfTarget = const ConversionKernels *(*)(bool);
+
+KernelsOfTarget Choose(int64_t aTargets)
+{
+    const struct
+    {
+        int64_t mTarget;
+        KernelsOfTarget mKernels;
+    } choices[] = {{HWY_AVX3, HWY_CHOOSE_AVX3(GetKernels)},
+                   {HWY_AVX2, HWY_CHOOSE_AVX2(GetKernels)},
+                   {HWY_SSE4, HWY_CHOOSE_SSE4(GetKernels)},
+                   {HWY_NEON, HWY_CHOOSE_NEON(GetKernels)}};
+    for (const auto &choice : choices) {
+        if ((aTargets & choice.mTarget) != 0 && choice.mKernels) {
+            return choice.mKernels;
+        }
+    }
+    return HWY_CHOOSE_FALLBACK(GetKernels);
+}
+
+std::atomic<KernelsOfTarget> sChosen = nullptr;
+
+KernelsOfTarget GetChosen()
+{
+    if (!sChosen) {
+        sChosen = Choose(GetProcessorTargets());
+    }
+    return sChosen;
+}
+
+}  // namespace
 
 const ConversionKernels &GetConversionKernels()
 {
-    return *HWY_DYNAMIC_DISPATCH(GetKernels)(false);
+    return *GetChosen()(false);
 }
 
 const ConversionKernels &GetStreamingKernels()
 {
-    return *HWY_DYNAMIC_DISPATCH(GetKernels)(true);
+    return *GetChosen()(true);
+}
+
+void UseVectorTargets(int64_t aTargets)
+{
+    sChosen = Choose(aTargets);
 }
 
 }  // namespace LxDetail

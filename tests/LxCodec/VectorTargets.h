@@ -7,13 +7,15 @@
 #include <string>
 #include <vector>
 
+#include "LxCodec/ConversionKernels.h"
+#include "LxCodec/ProcessorTargets.h"
+
 /// The kinds of vector units that this machine has, scalar code last.
 inline std::vector<int64_t> GetVectorTargets()
 {
-    hwy::SetSupportedTargetsForTest(0);
     std::vector<int64_t> targets;
     for (const int64_t target : {HWY_AVX3, HWY_AVX2, HWY_SSE4, HWY_NEON}) {
-        if ((hwy::SupportedTargets() & target) != 0) {
+        if ((LxDetail::GetProcessorTargets() & target) != 0) {
             targets.push_back(target);
         }
     }
@@ -31,15 +33,8 @@ inline std::string NameOf(const testing::TestParamInfo<int64_t> &aInfo)
 class OnVectorTarget
 {
 public:
-    explicit OnVectorTarget(int64_t aTarget) { Set(aTarget); }
-    ~OnVectorTarget() { Set(0); }
+    explicit OnVectorTarget(int64_t aTarget) { LxDetail::UseVectorTargets(aTarget); }
+    ~OnVectorTarget() { LxDetail::UseVectorTargets(LxDetail::GetProcessorTargets()); }
     OnVectorTarget(const OnVectorTarget &) = delete;
     OnVectorTarget &operator=(const OnVectorTarget &) = delete;
-
-private:
-    static void Set(int64_t aTarget)
-    {
-        hwy::SetSupportedTargetsForTest(aTarget);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-    }
 };
