@@ -1,9 +1,9 @@
 #include "NodeMap/ArvSupport.h"
 
-#include <arv.h>
-
 #include <cctype>
 #include <string>
+
+#include "NodeMap/Arv.h"
 
 namespace LxDetail
 {

@@ -1,8 +1,8 @@
 #include "NodeMap/IoDevice.h"
 
-#include <arv.h>
-
 #include <string>
+
+#include "NodeMap/Arv.h"
 
 namespace
 {

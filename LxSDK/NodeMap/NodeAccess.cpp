@@ -1,9 +1,8 @@
 // The part of NodeEngine that answers questions about access (GenApi standard, access modes).
 
-#include <arv.h>
-
 #include <string>
 
+#include "NodeMap/Arv.h"
 #include "NodeMap/NodeEngine.h"
 
 namespace LxDetail

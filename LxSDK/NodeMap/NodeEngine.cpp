@@ -1,13 +1,13 @@
 #include "NodeMap/NodeEngine.h"
 
-#include <arv.h>
-
 #include <algorithm>
 #include <cctype>
 #include <cfloat>
 #include <cstdint>
 #include <mutex>
 #include <utility>
+
+#include "NodeMap/Arv.h"
 
 namespace LxDetail
 {
@@ -57,6 +57,9 @@ NodeEngine::~NodeEngine() = default;
 
 LxResult NodeEngine::Load(const std::string &aXML)
 {
+    if (LxResult result = LoadArv(); !result.IsOK()) {
+        return result;
+    }
     if (LxResult result = mXML.Parse(aXML); !result.IsOK()) {
         return result;
     }

@@ -1,13 +1,12 @@
 #include "Backends/Aravis/AravisConnection.h"
 
-#include <arv.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <utility>
 
 #include "Backends/Aravis/BackgroundTasks.h"
 #include "GigEVision/GvcpPacket.h"
+#include "NodeMap/Arv.h"
 
 namespace LxDetail
 {

@@ -1,12 +1,11 @@
 #include "Backends/Aravis/AravisStreamPump.h"
 
-#include <arv.h>
-
 #include <utility>
 
 #include "Backends/Aravis/BackgroundTasks.h"
 #include "LxGenICam/LxGenEnum.h"
 #include "LxGenICam/LxGenParameterArray.h"
+#include "NodeMap/Arv.h"
 
 namespace LxDetail
 {

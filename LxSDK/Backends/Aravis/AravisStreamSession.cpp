@@ -1,13 +1,12 @@
 #include "Backends/Aravis/AravisStreamSession.h"
 
-#include <arv.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <string>
 #include <utility>
 
 #include "LxBuffer/LxGenDCContainer.h"
+#include "NodeMap/Arv.h"
 
 namespace LxDetail
 {

@@ -1,7 +1,5 @@
 #include "Backends/Aravis/ArvDevicePort.h"
 
-#include <arv.h>
-
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
@@ -9,6 +7,7 @@
 #include <vector>
 
 #include "Backends/Aravis/BackgroundTasks.h"
+#include "NodeMap/Arv.h"
 
 namespace LxDetail
 {

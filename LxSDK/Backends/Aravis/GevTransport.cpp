@@ -1,7 +1,6 @@
 #include "Backends/Aravis/GevTransport.h"
 
 #include <arpa/inet.h>
-#include <arv.h>
 #include <ifaddrs.h>
 
 #include <cstring>
@@ -10,6 +9,7 @@
 
 #include "Backends/Aravis/BackgroundTasks.h"
 #include "GigEVision/GvcpPacket.h"
+#include "NodeMap/Arv.h"
 #include "YrUtilsLib/IpAddress.h"
 
 namespace LxDetail
@@ -72,6 +72,9 @@ GevTransport::GevTransport(const GevConnectRequest &aRequest, LxDeviceAccess aAc
 
 LxResult GevTransport::Open(GObjectPtr<_ArvDevice> &aDevice)
 {
+    if (LxResult result = LoadArv(); !result.IsOK()) {
+        return result;
+    }
     if (LxResult result = CheckAddresses(); !result.IsOK()) {
         return result;
     }

@@ -1,10 +1,10 @@
 #include "Backends/Aravis/UsbTransport.h"
 
-#include <arv.h>
-
 #include <algorithm>
 #include <thread>
 #include <utility>
+
+#include "NodeMap/Arv.h"
 
 namespace LxDetail
 {
@@ -34,6 +34,9 @@ ArvInterface *GetUsbInterface()
 std::vector<UsbDeviceDescription> ListUSB3VisionDevices()
 {
     std::vector<UsbDeviceDescription> devices;
+    if (!LoadArv().IsOK()) {
+        return devices;
+    }
     const std::lock_guard lock(ArvParserMutex());
     if (ArvInterface *usb = GetUsbInterface()) {
         arv_interface_update_device_list(usb);
@@ -55,6 +58,9 @@ UsbTransport::UsbTransport(const UsbConnectRequest &aRequest, LxDeviceAccess aAc
 
 LxResult UsbTransport::Open(GObjectPtr<_ArvDevice> &aDevice)
 {
+    if (LxResult result = LoadArv(); !result.IsOK()) {
+        return result;
+    }
     // the library complains on the terminal when it is told to open a device that is not there
     const auto devices = ListUSB3VisionDevices();
     const bool present = std::any_of(devices.begin(), devices.end(), [this](const UsbDeviceDescription &aFound) {
