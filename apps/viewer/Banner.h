@@ -17,5 +17,6 @@ public:
     QString Text() const;
 
 private:
+    QLabel *mIcon;
     QLabel *mText;
 };

@@ -5,14 +5,20 @@
 FeatureDock::FeatureDock(QWidget *aParent) : QDockWidget(tr("Features"), aParent), mBrowser("FeatureDock")
 {
     setObjectName(QStringLiteral("featureDock"));
-    auto *host = new QWidget(this);
-    mBrowser.Embed(host);
-    setWidget(host);
+    setWidget(new QWidget(this));
 }
 
 FeatureDock::~FeatureDock()
 {
     mBrowser.Close();
+}
+
+void FeatureDock::Fill()
+{
+    if (!mIsFilled) {
+        mIsFilled = true;
+        mBrowser.Embed(widget());
+    }
 }
 
 void FeatureDock::closeEvent(QCloseEvent *aEvent)

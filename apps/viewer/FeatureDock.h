@@ -13,6 +13,8 @@ public:
     explicit FeatureDock(QWidget *aParent);
     ~FeatureDock() override;
 
+    /// Makes the browser, which the start of the viewer need not wait for, unless it is there already.
+    void Fill();
     FeatureBrowser &Browser() { return mBrowser; }
 
 signals:
@@ -24,4 +26,5 @@ protected:
 
 private:
     FeatureBrowser mBrowser;
+    bool mIsFilled = false;
 };

@@ -396,6 +396,9 @@ void ViewerWindow::ShowFeatureWindow()
 void ViewerWindow::UpdateFeatures()
 {
     const bool show = mSession.IsConnected() && mFeaturesAction->isChecked();
+    if (show) {
+        mFeatureDock->Fill();
+    }
     mFeatureDock->setVisible(show);
     if (!mLinkLost) {  // what was read last cannot be read again now
         mFeatureDock->Browser().SetDevice(show ? mSession.Device() : nullptr, mSession.CameraName());

@@ -1,9 +1,12 @@
+#include <fontconfig/fontconfig.h>
+
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
 #include <QtGui/QIcon>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
 #include <cstdio>
+#include <thread>
 
 #include "CommandLine.h"
 #include "HeadlessTour.h"
@@ -86,6 +89,8 @@ ExitCode ShowViewer(const CommandLine &aLine)
     ViewerWindow window;
     window.show();
     QTimer::singleShot(0, &window, [&] {
+        // the installed icon, for X11; to look through the themes would delay the window
+        QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("lxgui-viewer")));
         if (const QString error = window.ConfigurationError(); !error.isEmpty()) {
             QMessageBox::warning(&window, QCoreApplication::translate("main", "Options not read"), error);
         }
@@ -106,13 +111,13 @@ int main(int argc, char **argv)
 {
     const bool isBlind = ChoosePlatform(argc, argv);
     ScreenVariants::Prepare(Variant());
+    std::thread fonts(FcInit);  // what fonts there are takes as long to find out as all the rest: both at once
     QApplication application(argc, argv);
+    fonts.join();
     QApplication::setOrganizationName(QStringLiteral("LxGUI"));
     QApplication::setApplicationName(QStringLiteral("lxgui-viewer"));
     QApplication::setApplicationVersion(QStringLiteral(LXGUI_VERSION_STRING));
-    // the installed icon: Wayland takes it from the desktop entry, X11 from the window
-    QApplication::setDesktopFileName(QStringLiteral("lxgui-viewer"));
-    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("lxgui-viewer")));
+    QApplication::setDesktopFileName(QStringLiteral("lxgui-viewer"));  // where Wayland takes the icon from
 
     const CommandLine line = CommandLine::Parse(QCoreApplication::arguments());
     if (line.mEnds) {
