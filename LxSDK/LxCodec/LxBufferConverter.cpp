@@ -18,21 +18,33 @@ namespace
 {
 
 constexpr uint32_t kMostThreads = 256;
-// A band below this is not worth waking a thread, even on a machine that has nothing else to do.
-constexpr uint64_t kLeastBandPixels = 1 << 15;
+// Below this many pixels for each, threads are not worth waking, even on a machine that has nothing else to do.
+constexpr uint64_t kLeastPixelsPerThread = 1 << 15;
 // Below this one thread is as fast as two on a machine that is busy too.
-constexpr uint64_t kLeastChosenBandPixels = 1 << 18;
+constexpr uint64_t kLeastChosenPixelsPerThread = 1 << 18;
+// Threads share an image in bands: enough of them that all threads end together though one began late, each long enough
+// not to notice where it ends.
+constexpr uint32_t kBandsPerThread = 8;
+constexpr uint64_t kLeastBandPixels = 1 << 15;
 // Images from here on do not stay in the cache until somebody reads them, and are written past it.
 constexpr uint64_t kLeastStreamedPixels = 1 << 18;
 
-// The number of pieces, each for a thread, that an image is converted in.
-uint32_t GetBandCount(int aThreadCount, uint32_t aWidth, uint32_t aHeight)
+uint32_t GetThreadsFor(int aThreadCount, uint64_t aPixels)
 {
     static const uint32_t processors = std::clamp(std::thread::hardware_concurrency(), 1u, kMostThreads);
     const bool isChosen = aThreadCount < 0;
     const uint32_t threads = isChosen ? processors : std::clamp(static_cast<uint32_t>(aThreadCount), 1u, kMostThreads);
-    const uint64_t most = uint64_t{aWidth} * aHeight / (isChosen ? kLeastChosenBandPixels : kLeastBandPixels);
-    return static_cast<uint32_t>(std::clamp<uint64_t>(most, 1, std::min(threads, aHeight)));
+    const uint64_t most = aPixels / (isChosen ? kLeastChosenPixelsPerThread : kLeastPixelsPerThread);
+    return static_cast<uint32_t>(std::clamp<uint64_t>(most, 1, threads));
+}
+
+uint32_t GetBandCount(uint32_t aThreads, uint64_t aPixels, uint32_t aHeight)
+{
+    if (aThreads == 1) {
+        return 1;
+    }
+    const uint64_t most = std::min<uint64_t>(aPixels / kLeastBandPixels, uint64_t{kBandsPerThread} * aThreads);
+    return static_cast<uint32_t>(std::min<uint64_t>(most, aHeight));
 }
 
 std::string SizeText(uint32_t aWidth, uint32_t aHeight)
@@ -125,7 +137,7 @@ public:
     LxDetail::BandPool mPool;
 
 private:
-    std::unique_ptr<uint8_t[]> mScratch;  // of all bands
+    std::unique_ptr<uint8_t[]> mScratch;  // of all threads
     uint64_t mScratchSize = 0;
 };
 
@@ -140,17 +152,19 @@ LxResult LxBufferConverter::Data::Convert(const ILxImage *aInput, LxBuffer *aOut
     if (!result.IsOK()) {
         return result;
     }
-    const uint32_t bands = GetBandCount(mThreadCount, conversion.mWidth, conversion.mHeight);
+    const uint64_t pixels = uint64_t{conversion.mWidth} * conversion.mHeight;
+    const uint32_t threads = GetThreadsFor(mThreadCount, pixels);
+    const uint32_t bands = GetBandCount(threads, pixels, conversion.mHeight);
     // All that can fail comes before the output is touched.
     const uint64_t scratchSize = LineConverter::GetScratchSize(conversion);
-    if (mScratchSize < bands * scratchSize) {
+    if (mScratchSize < threads * scratchSize) {
         mScratchSize = 0;
         mScratch.reset();
-        mScratch.reset(new uint8_t[bands * scratchSize]);
-        mScratchSize = bands * scratchSize;
+        mScratch.reset(new uint8_t[threads * scratchSize]);
+        mScratchSize = threads * scratchSize;
     }
-    const auto convertBand = [&conversion, this, bands, scratchSize](uint32_t aBand) {
-        LineConverter lines(conversion, mScratch.get() + aBand * scratchSize);
+    const auto convertBand = [&conversion, this, bands, scratchSize](uint32_t aBand, uint32_t aThread) {
+        LineConverter lines(conversion, mScratch.get() + aThread * scratchSize);
         lines.Convert(static_cast<uint32_t>(uint64_t{conversion.mHeight} * aBand / bands),
                       static_cast<uint32_t>(uint64_t{conversion.mHeight} * (aBand + 1) / bands));
     };
@@ -163,8 +177,8 @@ LxResult LxBufferConverter::Data::Convert(const ILxImage *aInput, LxBuffer *aOut
     }
     conversion.mOutput = static_cast<uint8_t *>(image.GetDataPointer());
     conversion.mOutputStride = LxPixelTypeGetLineSize(LxPixelType::BGRa8, conversion.mWidth) + image.GetPaddingX();
-    conversion.mStream = uint64_t{conversion.mWidth} * conversion.mHeight >= kLeastStreamedPixels;
-    mPool.Run(bands, std::cref(convertBand));  // by reference: a copy would be put on the heap
+    conversion.mStream = pixels >= kLeastStreamedPixels;
+    mPool.Run(threads, bands, std::cref(convertBand));  // by reference: a copy would be put on the heap
     return LxResult();
 }
 

@@ -178,13 +178,35 @@ TEST(LxBufferConverterThreads, LargeImagesAreTheSameWithAnyNumber)
 TEST(BandPool, DoesEachPieceOfWorkOnceInEachRun)
 {
     LxDetail::BandPool pool;
-    for (const uint32_t count : {1u, 2u, 8u, 3u, 0u, 8u, 1u}) {
-        std::vector<std::atomic<int>> done(8);
-        pool.Run(count, [&done](uint32_t aIndex) { ++done[aIndex]; });
-        for (uint32_t i = 0; i < 8; ++i) {
-            EXPECT_EQ(done[i], i < count ? 1 : 0);
+    for (const uint32_t threads : {1u, 2u, 8u, 3u, 0u}) {
+        for (const uint32_t count : {1u, 2u, 8u, 3u, 0u, 40u, 1u}) {
+            std::vector<std::atomic<int>> done(40);
+            std::atomic<uint32_t> highest = 0;
+            pool.Run(threads, count, [&](uint32_t aPiece, uint32_t aThread) {
+                ++done[aPiece];
+                for (uint32_t seen = highest; seen < aThread && !highest.compare_exchange_weak(seen, aThread);) {
+                }
+            });
+            for (uint32_t i = 0; i < 40; ++i) {
+                EXPECT_EQ(done[i], i < count ? 1 : 0);
+            }
+            EXPECT_LT(highest, std::max(threads, 1u));
         }
     }
+}
+
+TEST(BandPool, NoTwoPiecesRunOnOneThreadAtOnce)
+{
+    LxDetail::BandPool pool;
+    std::vector<std::atomic<int>> inside(3);
+    std::atomic<bool> good = true;
+    for (int round = 0; round < 50; ++round) {
+        pool.Run(3, 30, [&](uint32_t, uint32_t aThread) {
+            good = good && ++inside[aThread] == 1;
+            --inside[aThread];
+        });
+    }
+    EXPECT_TRUE(good);
 }
 
 TEST(BandPool, WorksAgainAfterItWasStopped)
@@ -192,8 +214,8 @@ TEST(BandPool, WorksAgainAfterItWasStopped)
     LxDetail::BandPool pool;
     for (int round = 0; round < 20; ++round) {
         std::atomic<int> done = 0;
-        pool.Run(4, [&done](uint32_t) { ++done; });
-        EXPECT_EQ(done, 4);
+        pool.Run(4, 9, [&done](uint32_t, uint32_t) { ++done; });
+        EXPECT_EQ(done, 9);
         if (round % 3 == 0) {
             pool.Stop();
         }
@@ -206,7 +228,7 @@ TEST(BandPool, HelpersTakePartWhenAPieceWaitsForAnother)
     std::mutex mutex;  // guards arrived
     std::condition_variable all;
     int arrived = 0;
-    pool.Run(3, [&](uint32_t) {
+    pool.Run(3, 3, [&](uint32_t, uint32_t) {
         std::unique_lock<std::mutex> lock(mutex);
         ++arrived;
         all.notify_all();
