@@ -89,14 +89,19 @@ void TranscriptView::timerEvent(QTimerEvent *aEvent)
 
 void TranscriptView::ShowEnd()
 {
-    UpdateScrollBar();
-    verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+    ScrollToEnd();
     viewport()->update();
     mSinceShown.start();
     if (QAccessible::isActive()) {
         QAccessibleEvent event(this, QAccessible::TextUpdated);
         QAccessible::updateAccessibility(&event);
     }
+}
+
+void TranscriptView::ScrollToEnd()
+{
+    UpdateScrollBar();
+    verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
 // Rows
@@ -171,9 +176,11 @@ QRect TranscriptView::RectOfIndex(qsizetype aIndex)
 
 void TranscriptView::paintEvent(QPaintEvent * /*aEvent*/)
 {
-    if (mShowTimer.isActive()) {  // painted for another reason: the text has changed nevertheless
-        mShowTimer.stop();
-        ShowEnd();
+    if (mShowTimer.isActive())
+    {  // The text has changed again: its end is shown now, and all of it when its time comes.
+        mPainting = true;
+        ScrollToEnd();
+        mPainting = false;
     }
     EnsureRows();
     QPainter painter(viewport());
@@ -203,6 +210,13 @@ void TranscriptView::paintEvent(QPaintEvent * /*aEvent*/)
             painter.drawText(QPointF(sMargin, y + fontMetrics().ascent()), text);
             painter.restore();
         }
+    }
+}
+
+void TranscriptView::scrollContentsBy(int aX, int aY)
+{
+    if (!mPainting) {  // or a text that grows all the time would be painted without end
+        QAbstractScrollArea::scrollContentsBy(aX, aY);
     }
 }
 

@@ -44,6 +44,7 @@ public slots:
 
 protected:
     void paintEvent(QPaintEvent *aEvent) override;
+    void scrollContentsBy(int aX, int aY) override;
     void resizeEvent(QResizeEvent *aEvent) override;
     void changeEvent(QEvent *aEvent) override;
     void timerEvent(QTimerEvent *aEvent) override;
@@ -57,6 +58,7 @@ protected:
 private:
     void OnTextChanged();
     void ShowEnd();
+    void ScrollToEnd();
     void EnsureRows();
     void UpdateScrollBar();
     double ColumnWidth() const;
@@ -68,6 +70,7 @@ private:
     QString mText;
     std::vector<TranscriptRow> mRows;
     bool mRowsValid = false;
+    bool mPainting = false;
     qsizetype mAnchor = 0;  // where the selection was begun
     qsizetype mCursor = 0;  // where it ends
     QElapsedTimer mSinceShown;

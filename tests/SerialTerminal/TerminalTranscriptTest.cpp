@@ -344,6 +344,33 @@ TEST(TranscriptView, PaintsTheNewestTextAlsoBeforeItsTurn)
     EXPECT_GT(Ink(image, view.RectOfIndex(50)), 5);
 }
 
+TEST(TranscriptView, PaintsOnceAFrameHoweverOftenTheTextChanges)
+{
+    class PaintCounter : public QObject
+    {
+    public:
+        bool eventFilter(QObject *, QEvent *aEvent) override
+        {
+            mCount += aEvent->type() == QEvent::Paint;
+            return false;
+        }
+        int mCount = 0;
+    } paints;
+    TranscriptView view;
+    view.resize(400, 100);
+    view.show();
+    view.viewport()->installEventFilter(&paints);
+    ASSERT_TRUE(WaitForGui([&] { return paints.mCount > 0; }));
+    QElapsedTimer clock;
+    clock.start();
+    for (paints.mCount = 0; paints.mCount < 20;) {
+        view.AppendText("more\n");  // with another row to scroll to
+        QCoreApplication::processEvents();
+        ASSERT_LT(clock.elapsed(), 60000);
+    }
+    EXPECT_GE(clock.elapsed(), 18 * 15) << "milliseconds; a frame has 16";
+}
+
 TEST(TranscriptView, SelectsWithTheMouseAndCopiesLines)
 {
     TranscriptView view;
