@@ -24,6 +24,7 @@ constexpr LxDeviceSerial sPorts[] = {LxDeviceSerial::Serial0, LxDeviceSerial::Se
 
 // A chunk of the port has at most five lines.
 constexpr qsizetype sAlmostFull = TranscriptFormatter::Capacity - 5 * TranscriptFormatter::HybridLine;
+constexpr qsizetype sMuch = TranscriptFormatter::Capacity / 2;
 constexpr std::chrono::milliseconds sLongestWait{20};
 
 constexpr char sHexHint[] =
@@ -364,6 +365,7 @@ void SerialTerminalWnd::Render(uint8_t *aBytes, uint32_t aByteCount)
 {
     const std::lock_guard lock(mOutputMutex);
     mFormatter.Add(aBytes, aByteCount);
+    mPendingCount = mFormatter.PendingCount();
 }
 
 void SerialTerminalWnd::RenderText(const QString &aText)
@@ -376,22 +378,22 @@ void SerialTerminalWnd::RenderText(const QString &aText)
     }
 }
 
-qsizetype SerialTerminalWnd::PendingCount() const
-{
-    const std::lock_guard lock(mOutputMutex);
-    return mFormatter.PendingCount();
-}
-
 bool SerialTerminalWnd::HasRoom(bool aWait)
 {
+    if (mPendingCount < sAlmostFull) {
+        return true;
+    }
     std::unique_lock lock(mOutputMutex);
     return mOutputTaken.wait_for(lock, aWait ? sLongestWait : std::chrono::milliseconds(0),
-                                 [this] { return mFormatter.PendingCount() < sAlmostFull; });
+                                 [this] { return mPendingCount < sAlmostFull; });
 }
 
 void SerialTerminalWnd::RequestShow()
 {
-    if (!mShowRequested.exchange(true)) {
+    if (mShowState == ShowState::Promised && mPendingCount < sMuch) {
+        return;
+    }
+    if (mShowState.exchange(ShowState::Requested) != ShowState::Requested) {
         QCoreApplication::postEvent(this, new QEvent(ShowEvent));
     }
 }
@@ -399,11 +401,25 @@ void SerialTerminalWnd::RequestShow()
 bool SerialTerminalWnd::event(QEvent *aEvent)
 {
     if (aEvent->type() == ShowEvent) {
-        mShowRequested = false;
+        // A port in full flow would ask again for each of its chunks, and have the window take them one by one.
+        mShowTimer.start(TranscriptView::FrameTime, this);
+        mShowState = ShowState::Promised;
         ShowPending();
         return true;
     }
     return Wnd::event(aEvent);
+}
+
+void SerialTerminalWnd::timerEvent(QTimerEvent *aEvent)
+{
+    if (aEvent->timerId() == mShowTimer.timerId()) {
+        mShowTimer.stop();
+        mShowState = ShowState::Idle;
+        ShowPending();
+    }
+    else {
+        Wnd::timerEvent(aEvent);
+    }
 }
 
 void SerialTerminalWnd::ShowPending()
@@ -415,6 +431,7 @@ void SerialTerminalWnd::ShowPending()
 void SerialTerminalWnd::MovePendingToView()
 {
     const TranscriptUpdate update = mFormatter.Take(mView ? QStringView(mView->Text()) : QStringView());
+    mPendingCount = 0;
     if (mView) {
         mView->Apply(update);
     }
@@ -428,6 +445,7 @@ void SerialTerminalWnd::ClearTranscript()
                          : mHexadecimalFormat->isChecked() ? TranscriptFormat::Hexadecimal
                          : mHybridFormat->isChecked()      ? TranscriptFormat::Hybrid
                                                            : TranscriptFormat::Ascii);
+    mPendingCount = 0;
     if (mView) {
         mView->Clear();
     }

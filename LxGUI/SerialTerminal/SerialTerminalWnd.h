@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QBasicTimer>
 #include <QtCore/QByteArray>
 #include <QtCore/QEvent>
 #include <QtCore/QPointer>
@@ -49,8 +50,9 @@ public:
     // For the threads; from any thread.
     LxDeviceSerialPort &Port() { return mPort; }
     LoopbackRecord &Loopback() { return mLoopback; }
-    qsizetype PendingCount() const;
-    /// Posts ShowEvent, unless one is on its way.
+    qsizetype PendingCount() const { return mPendingCount; }
+    /// Posts ShowEvent, unless one is on its way. Within a frame after one it does so only when much is pending,
+    /// because the window then looks by itself.
     void RequestShow();
     /// Whether the pending output has room for another chunk of the port; what does not fit is dropped.
     /// @param aWait whether to wait for it, but only for a moment.
@@ -77,6 +79,7 @@ protected:
     void CreateLayout() override;
     void OnOpen() override;
     void OnClose() override;
+    void timerEvent(QTimerEvent *aEvent) override;
 
 private:
     void AddPortGroup(QWidget *aParent, QBoxLayout &aLayout);
@@ -115,8 +118,16 @@ private:
 
     mutable std::mutex mOutputMutex;  // guards mFormatter; never held while waiting for a thread
     TranscriptFormatter mFormatter;
+    std::atomic<qsizetype> mPendingCount = 0;  // of mFormatter, for those that do not hold the mutex
     std::condition_variable mOutputTaken;
-    std::atomic<bool> mShowRequested = false;
+    enum class ShowState
+    {
+        Idle,
+        Requested,  // a ShowEvent is on its way
+        Promised,   // mShowTimer runs
+    };
+    std::atomic<ShowState> mShowState = ShowState::Idle;
+    QBasicTimer mShowTimer;
     std::mutex mEchoMutex;  // guards mEcho
     QByteArray mEcho;       // bytes of the file that were sent but not rendered
 

@@ -17,7 +17,6 @@ namespace
 {
 
 constexpr int sMargin = 4;
-constexpr int sFrameTime = 16;  // milliseconds
 constexpr int sHintRows = 16;
 constexpr int sLeastRows = 4;
 
@@ -72,7 +71,7 @@ void TranscriptView::OnTextChanged()
     if (mShowTimer.isActive()) {
         return;
     }
-    const qint64 wait = mSinceShown.isValid() ? sFrameTime - mSinceShown.elapsed() : 0;
+    const qint64 wait = mSinceShown.isValid() ? FrameTime - mSinceShown.elapsed() : 0;
     mShowTimer.start(static_cast<int>(std::max<qint64>(wait, 0)), this);
 }
 

@@ -18,6 +18,9 @@ class TranscriptView : public QAbstractScrollArea
     Q_OBJECT
 
 public:
+    /// A change is shown so many milliseconds after another one.
+    static constexpr int FrameTime = 16;
+
     explicit TranscriptView(QWidget *aParent = nullptr);
 
     const QString &Text() const { return mText; }

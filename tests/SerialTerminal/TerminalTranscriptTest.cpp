@@ -208,6 +208,42 @@ TEST(SerialTerminalTranscript, TheWindowShowsItOnItsEvent)
     EXPECT_EQ(view->Text(), "abab\nreport\n") << "what came before the report stands before it";
 }
 
+TEST(SerialTerminalTranscript, TheWindowLooksByItselfAFrameAfterItWasAsked)
+{
+    class ShowCounter : public QObject
+    {
+    public:
+        bool eventFilter(QObject *, QEvent *aEvent) override
+        {
+            mCount += aEvent->type() == SerialTerminalWnd::ShowEvent;
+            return false;
+        }
+        int mCount = 0;
+    } shows;
+    SerialTerminalWnd wnd;
+    wnd.installEventFilter(&shows);
+    wnd.ShowModeless(static_cast<QWidget *>(nullptr));
+    const auto *view = wnd.GetQWidget()->findChild<TranscriptView *>("Transcript");
+    std::vector<uint8_t> bytes(20000, 'x');
+    const auto receive = [&](uint32_t aCount) {
+        wnd.Render(bytes.data(), aCount);
+        wnd.RequestShow();
+        QCoreApplication::sendPostedEvents(&wnd, SerialTerminalWnd::ShowEvent);
+    };
+    receive(100);
+    EXPECT_EQ(shows.mCount, 1);
+    EXPECT_EQ(view->Text().size(), 100);
+    receive(100);
+    EXPECT_EQ(shows.mCount, 1) << "not asked for each chunk";
+    EXPECT_TRUE(WaitForGui([&] { return view->Text().size() == 200; })) << "nor does it wait for another";
+    EXPECT_EQ(shows.mCount, 1);
+    receive(100);
+    EXPECT_EQ(shows.mCount, 2);
+    receive(20000);
+    EXPECT_EQ(shows.mCount, 3) << "much is taken at once";
+    EXPECT_EQ(view->Text().size(), 20300);
+}
+
 TEST(SerialTerminalTranscript, APortWaitsForRoomButNotForAWindowThatDoesNotShow)
 {
     SerialTerminalWnd wnd;
