@@ -21,6 +21,16 @@ namespace
 
 constexpr int Gap = 6;  // between the editors in their picture
 
+/// A part of what a widget shows, in the pixels of its screen.
+QPixmap CutOut(const QPixmap &aPicture, const QRect &aPlace)
+{
+    const qreal scale = aPicture.devicePixelRatio();
+    const QRectF place(QPointF(aPlace.topLeft()) * scale, QSizeF(aPlace.size()) * scale);
+    QPixmap part = aPicture.copy(place.toAlignedRect());
+    part.setDevicePixelRatio(1);
+    return part;
+}
+
 }  // namespace
 
 FeatureTour::FeatureTour(HeadlessTour &aTour, ViewerWindow &aWindow) : mTour(aTour), mWindow(aWindow) {}
@@ -113,7 +123,7 @@ QPixmap FeatureTour::PictureOfEditor(const char *aName)
         const QRect popup = choices->view()->window()->geometry();
         place |= QRect(tree->mapFromGlobal(popup.topLeft()), popup.size());
     }
-    const QPixmap picture = HeadlessTour::Picture(tree).copy(place.adjusted(0, -Gap, 0, Gap));
+    const QPixmap picture = CutOut(HeadlessTour::Picture(tree), place.adjusted(0, -Gap, 0, Gap));
     if (choices) {
         choices->hidePopup();
     }

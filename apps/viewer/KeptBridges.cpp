@@ -1,5 +1,6 @@
 #include "KeptBridges.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtWidgets/QApplication>
 
 #include "LxGUI/LxCameraBridgeManagerWnd.h"
@@ -14,30 +15,41 @@ constexpr const char *BridgeOptions = "CameraBridges";  // of each frame grabber
 
 }  // namespace
 
-void KeepBridges(LxCameraBridgeManagerWnd &aBridges, const LxString &aGrabber, ViewerConfiguration &aConfiguration)
+LxString KeptBridges::Save()
 {
-    if (aBridges.GetBridgeCount() == 0) {
-        return;
-    }
     LxConfigurationWriter writer;
-    aBridges.Save(writer);
-    LxPropertyList list;
-    list.Add(LxProperty(aGrabber, writer.SaveToString()));
-    aConfiguration.Set(BridgeOptions, list);
+    mWindow.Save(writer);
+    return writer.SaveToString();
 }
 
-QString RestoreBridges(LxCameraBridgeManagerWnd &aBridges, const LxString &aGrabber,
-                       const ViewerConfiguration &aConfiguration)
+QStringList KeptBridges::Restore(const LxString &aGrabber, const ViewerConfiguration &aConfiguration)
 {
     LxPropertyList list = aConfiguration.Get(BridgeOptions);
     const LxProperty *bridges = list.GetProperty(aGrabber);
     LxConfigurationReader reader;
-    if (aBridges.GetBridgeCount() == 0 || !bridges || !reader.LoadFromString(bridges->GetValue()).IsOK()) {
-        return QString();
+    QStringList texts;
+    if (mWindow.GetBridgeCount() > 0 && bridges && reader.LoadFromString(bridges->GetValue()).IsOK()) {
+        LxStringList errors;
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        mWindow.Load(reader, errors);
+        QApplication::restoreOverrideCursor();
+        for (size_t i = 0; i < errors.GetSize(); ++i) {
+            texts << QCoreApplication::translate("KeptBridges", "Camera bridge on %1")
+                         .arg(QString::fromUtf8(errors.GetItem(i).GetAscii()));
+        }
     }
-    LxStringList errors;
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    aBridges.Load(reader, errors);
-    QApplication::restoreOverrideCursor();
-    return errors.GetSize() > 0 ? QString::fromUtf8(errors.GetItem(0).GetAscii()) : QString();
+    mRestored = Save();
+    return texts;
+}
+
+void KeptBridges::Keep(const LxString &aGrabber, ViewerConfiguration &aConfiguration)
+{
+    const LxString text = Save();
+    if (mWindow.GetBridgeCount() == 0 || text == mRestored) {
+        return;
+    }
+    LxPropertyList list;
+    list.Add(LxProperty(aGrabber, text));
+    aConfiguration.Set(BridgeOptions, list);
+    mRestored = text;
 }

@@ -72,9 +72,9 @@ void ShowBridgeMessages(QWidget *aParent, const QStringList &aMessages)
     if (aMessages.isEmpty()) {
         return;
     }
-    auto *box = new QMessageBox(QMessageBox::Warning, QObject::tr("Serial bridges"),
-                                QObject::tr("Not all serial bridges of the last time could be restored."),
-                                QMessageBox::Ok, aParent);
+    auto *box =
+        new QMessageBox(QMessageBox::Warning, QObject::tr("Bridges"),
+                        QObject::tr("Not all bridges of the last time could be restored."), QMessageBox::Ok, aParent);
     box->setObjectName(QStringLiteral("bridgeMessages"));
     box->setInformativeText(aMessages.join(QStringLiteral("\n\n")));
     box->setTextFormat(Qt::PlainText);

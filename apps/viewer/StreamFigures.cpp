@@ -30,8 +30,8 @@ StreamFigures::StreamFigures(QStatusBar &aBar, QObject *aParent)
 
 void StreamFigures::Show(const LxStreamStatistics &aStatistics, uint64_t aLate)
 {
-    mFrameRate->setText(tr("%1 fps").arg(aStatistics.mFrameRate, 0, 'f', 1));
-    mBandwidth->setText(tr("%1 MB/s").arg(aStatistics.mBandwidth / 1e6, 0, 'f', 1));
+    mFrameRate->setText(tr("%L1 fps").arg(aStatistics.mFrameRate, 0, 'f', 1));
+    mBandwidth->setText(tr("%L1 MB/s").arg(aStatistics.mBandwidth / 1e6, 0, 'f', 1));
     mLost->setText(tr("%1 lost").arg(aStatistics.mIncomplete + aStatistics.mMissed));
     mLost->setToolTip(tr("Frames lost on the wire: %1 never came, %2 came with gaps")
                           .arg(aStatistics.mMissed)

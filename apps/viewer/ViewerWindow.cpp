@@ -19,12 +19,12 @@
 #include "CameraSettings.h"
 #include "ConnectAdvice.h"
 #include "FeatureDock.h"
-#include "KeptBridges.h"
 #include "LxDevice/LxDeviceGEV.h"
 #include "PixelProbe.h"
 #include "RecentCameras.h"
 #include "RendererChoice.h"
 #include "Snapshot.h"
+#include "StatusLabel.h"
 #include "StreamFigures.h"
 #include "ViewerLog.h"
 
@@ -50,8 +50,8 @@ ViewerWindow::ViewerWindow(const QString &aConfigurationFile)
       mPicture(new QWidget(this)),
       mWelcome(new QLabel(this)),
       mFindButton(new QPushButton(tr("Fin&d Camera..."), this)),
-      mCamera(new QLabel(this)),
-      mProbe(new QLabel(this)),
+      mCamera(new StatusLabel(this)),
+      mProbe(new StatusLabel(this)),
       mFeatureDock(new FeatureDock(this)),
       mSettings(new CameraSettings(mSession, mConfiguration,
                                    QFileInfo(aConfigurationFile).path() + QStringLiteral("/cameras"), *this))
@@ -294,11 +294,10 @@ void ViewerWindow::OnConnected()
     mRegisters.SetDevice(dynamic_cast<LxDeviceGEV *>(mSession.Device()));
     mAdapter = std::make_unique<LxDeviceAdapter>(mSession.Device());
     mHasSerialPorts = mTerminal.SetDevice(mAdapter.get()).IsOK();
-    ShowBridgeMessages(this, mSerialBridges.SetDevice(mAdapter.get(), mConfiguration));
+    QStringList messages = mSerialBridges.SetDevice(mAdapter.get(), mConfiguration);
     mBridges.SetDevice(mSession.Device());
-    if (const QString error = RestoreBridges(mBridges, mAdapter->GetUniqueID(), mConfiguration); !error.isEmpty()) {
-        statusBar()->showMessage(error);
-    }
+    messages += mKeptBridges.Restore(mAdapter->GetUniqueID(), mConfiguration);
+    ShowBridgeMessages(this, messages);
     mSettings->OnConnected();
     mLiveAction->setChecked(true);
     ToggleLive(true);
@@ -425,7 +424,7 @@ void ViewerWindow::LoadConfiguration()
 void ViewerWindow::KeepBridges()
 {
     if (mAdapter) {
-        ::KeepBridges(mBridges, mAdapter->GetUniqueID(), mConfiguration);
+        mKeptBridges.Keep(mAdapter->GetUniqueID(), mConfiguration);
     }
 }
 

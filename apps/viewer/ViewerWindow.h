@@ -6,6 +6,7 @@
 #include "CameraSession.h"
 #include "ExitCode.h"
 #include "FeatureBrowser.h"
+#include "KeptBridges.h"
 #include "LxDevice/LxDeviceAdapter.h"
 #include "LxGUI/LxCameraBridgeManagerWnd.h"
 #include "LxGUI/LxDeviceFinderWnd.h"
@@ -108,6 +109,7 @@ private:
     std::unique_ptr<LxDeviceAdapter> mAdapter;  // of the connected camera
     LxSerialTerminalWnd mTerminal;
     LxCameraBridgeManagerWnd mBridges;
+    KeptBridges mKeptBridges{mBridges};
     bool mHasSerialPorts = false;
 
     Banner *mBanner;

@@ -4,6 +4,7 @@
 #include <QtCore/QProcess>
 #include <QtCore/QStandardPaths>
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QImage>
 #include <QtWidgets/QApplication>
 #include <cstdio>
 #include <map>
@@ -22,6 +23,25 @@ namespace
 
 constexpr int TourTime = 100000;  // milliseconds
 constexpr int LeastWindows = 29;
+constexpr int LeastEditors = 7;
+
+/// Whether the picture of the editors shows them: each is in a selected row.
+bool ShowsEditors(const QString &aFile)
+{
+    const QImage picture(aFile);
+    const QColor marked = QApplication::palette().color(QPalette::Highlight);
+    int rows = 0;
+    bool within = false;
+    for (int y = 0; y < picture.height(); ++y) {
+        bool found = false;
+        for (int x = 0; x < picture.width() && !found; ++x) {
+            found = picture.pixelColor(x, y) == marked;
+        }
+        rows += found && !within ? 1 : 0;
+        within = found;
+    }
+    return rows >= LeastEditors;
+}
 
 /// Tours the windows on a screen. 0 when there is nothing that cannot be read.
 int Tour(int aArgumentCount, char **aArguments, const QString &aVariant)
@@ -46,6 +66,10 @@ int Tour(int aArgumentCount, char **aArguments, const QString &aVariant)
             }
         });
         done = tour.Run() == ExitCode::OK && done;
+        if (!ShowsEditors(folder.filePath(QStringLiteral("pictures/features-editors.png")))) {
+            std::printf("features-editors: it does not show the editors\n");
+            done = false;
+        }
     }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     std::printf("%d windows\n", windows);

@@ -96,7 +96,7 @@ TEST_F(ViewerSerial, WhatCannotBeRestoredIsToldInOneBox)
     ASSERT_TRUE(WaitForGui([&] { return mWindow->findChild<QMessageBox *>("bridgeMessages") != nullptr; }));
     auto *box = mWindow->findChild<QMessageBox *>("bridgeMessages");
     EXPECT_TRUE(box->isVisible());
-    EXPECT_EQ(box->text(), "Not all serial bridges of the last time could be restored.");
+    EXPECT_EQ(box->text(), "Not all bridges of the last time could be restored.");
     EXPECT_EQ(box->informativeText(),
               "Serial bridge on Serial0: Unable to open serial port COM4711: NOT_FOUND, There is no COM port "
               "\"COM4711\"..\n\n"

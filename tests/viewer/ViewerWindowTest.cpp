@@ -1,16 +1,20 @@
 #include <QtCore/QSettings>
+#include <QtGui/QHelpEvent>
 #include <QtTest/QTest>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMenuBar>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QStatusBar>
+#include <QtWidgets/QToolTip>
 #include <QtWidgets/QTreeWidget>
 
 #include "HeadlessTour.h"
 #include "LxCameraBridge/LxCameraBridge.h"
 #include "LxSimulation/LxSimulatedGenCPCamera.h"
 #include "LxSystem/LxDeviceInfo.h"
+#include "StatusLabel.h"
 #include "ViewerTest.h"
 
 TEST_F(Viewer, StartsWithoutACameraAndOffersTheFinder)
@@ -262,6 +266,35 @@ TEST_F(Viewer, OpensATerminalOnTheSerialPortsOfACamera)
     EXPECT_FALSE(Action("terminalAction")->isEnabled());
 }
 
+TEST_F(Viewer, ANarrowStatusBarShortensTextsAndSaysThemInTheToolTip)
+{
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPointSize(16);
+    QApplication::setFont(large);
+    Restart();
+    ConnectLive();
+    auto *camera = mWindow->findChild<StatusLabel *>("cameraStatus");
+    auto *probe = mWindow->findChild<StatusLabel *>("probeStatus");
+    const QString place = "(1279, 1023)  raw R 1023 G 1023 B 1023  shown 255, 255, 255";
+    mWindow->resize(2000, 700);
+    probe->setText(place);
+    EXPECT_TRUE(WaitForGui([&] { return !camera->IsElided() && !probe->IsElided(); }));
+    mWindow->resize(500, 500);
+    EXPECT_TRUE(WaitForGui([&] { return camera->IsElided() && probe->IsElided(); }));
+    for (const QLabel *label : mWindow->statusBar()->findChildren<QLabel *>()) {
+        const QRect area(label->mapTo(mWindow.get(), QPoint()), label->size());
+        EXPECT_TRUE(mWindow->rect().contains(area)) << label->objectName().toStdString();
+        EXPECT_TRUE(qobject_cast<const StatusLabel *>(label) || label->width() >= label->minimumSizeHint().width())
+            << label->objectName().toStdString();
+    }
+    QHelpEvent help(QEvent::ToolTip, QPoint(1, 1), probe->mapToGlobal(QPoint(1, 1)));
+    QApplication::sendEvent(probe, &help);
+    EXPECT_TRUE(QToolTip::text().startsWith(place)) << QToolTip::text().toStdString();
+    QToolTip::hideText();
+    QApplication::setFont(before);
+}
+
 TEST_F(Viewer, ConnectsTheBridgesOfAFrameGrabberAgain)
 {
     EXPECT_FALSE(Action("bridgesAction")->isEnabled());
@@ -296,4 +329,24 @@ TEST_F(Viewer, ConnectsTheBridgesOfAFrameGrabberAgain)
     EXPECT_TRUE(mWindow->Bridges().GetBridge(0)->IsConnected());
     ASSERT_TRUE(WaitForGui([&] { return mWindow->Session().Statistics().mDelivered > 2; }));
     EXPECT_EQ(mWindow->Display().GetInternalBuffer().GetImage()->GetWidth(), 1024u) << "it follows the camera's size";
+
+    // A camera that is switched off today is not forgotten.
+    mWindow->Disconnect();
+    const auto plug = [&](std::shared_ptr<LxSimulatedSerialPeer> aPeer) {
+        ASSERT_TRUE(LxSimulation::SetSerialPeer(grabber.mMACAddress, LxDeviceSerial::Serial0, std::move(aPeer)).IsOK());
+    };
+    plug(nullptr);
+    mWindow->Connect("192.168.7.21");
+    ASSERT_TRUE(WaitForGui([&] { return mWindow->findChild<QMessageBox *>("bridgeMessages") != nullptr; }));
+    auto *box = mWindow->findChild<QMessageBox *>("bridgeMessages");
+    EXPECT_EQ(box->text(), "Not all bridges of the last time could be restored.");
+    EXPECT_TRUE(box->informativeText().startsWith("Camera bridge on Serial0: No camera that speaks GenCP answers"))
+        << box->informativeText().toStdString();
+    box->accept();
+    EXPECT_FALSE(mWindow->Bridges().GetBridge(0)->IsConnected());
+    mWindow->Disconnect();
+    plug(std::make_shared<LxSimulatedGenCPCamera>());
+    mWindow->Connect("192.168.7.21");
+    ASSERT_TRUE(WaitForGui([&] { return Action("bridgesAction")->isEnabled(); }));
+    EXPECT_TRUE(mWindow->Bridges().GetBridge(0)->IsConnected());
 }
