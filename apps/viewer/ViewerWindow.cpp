@@ -32,6 +32,7 @@ namespace
 {
 
 constexpr int FeatureDockWidth = 440;
+constexpr int LeastCameraText = 14;  // characters; what is longer gives way
 
 // What the viewer itself keeps in its configuration.
 constexpr const char *WindowOptions = "Viewer";
@@ -199,6 +200,7 @@ void ViewerWindow::MakeActions()
 void ViewerWindow::MakeStatusBar()
 {
     mCamera->setObjectName(QStringLiteral("cameraStatus"));
+    mCamera->setMinimumWidth(LeastCameraText * mCamera->fontMetrics().averageCharWidth());
     statusBar()->addWidget(mCamera, 2);
     mProbe->setObjectName(QStringLiteral("probeStatus"));
     mProbe->setToolTip(
@@ -206,6 +208,7 @@ void ViewerWindow::MakeStatusBar()
            "blue)"));
     statusBar()->addWidget(mProbe, 2);
     mFigures = new StreamFigures(*statusBar(), this);
+    statusBar()->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);  // the window keeps room for the figures
 }
 
 void ViewerWindow::MakeFeatures()

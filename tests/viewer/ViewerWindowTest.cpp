@@ -282,12 +282,13 @@ TEST_F(Viewer, ANarrowStatusBarShortensTextsAndSaysThemInTheToolTip)
     EXPECT_TRUE(WaitForGui([&] { return !camera->IsElided() && !probe->IsElided(); }));
     mWindow->resize(500, 500);
     EXPECT_TRUE(WaitForGui([&] { return camera->IsElided() && probe->IsElided(); }));
+    const QRect bar = mWindow->statusBar()->rect();
     for (const QLabel *label : mWindow->statusBar()->findChildren<QLabel *>()) {
-        const QRect area(label->mapTo(mWindow.get(), QPoint()), label->size());
-        EXPECT_TRUE(mWindow->rect().contains(area)) << label->objectName().toStdString();
+        EXPECT_TRUE(WaitForGui([&] { return bar.contains(label->geometry()); })) << label->objectName().toStdString();
         EXPECT_TRUE(qobject_cast<const StatusLabel *>(label) || label->width() >= label->minimumSizeHint().width())
             << label->objectName().toStdString();
     }
+    EXPECT_GT(camera->width(), 10 * camera->fontMetrics().averageCharWidth());
     QHelpEvent help(QEvent::ToolTip, QPoint(1, 1), probe->mapToGlobal(QPoint(1, 1)));
     QApplication::sendEvent(probe, &help);
     EXPECT_TRUE(QToolTip::text().startsWith(place)) << QToolTip::text().toStdString();
