@@ -32,20 +32,29 @@ void GenBrowserThread::RequestStop()
     mCondition.wakeAll();
 }
 
-bool GenBrowserThread::Sleep(int aMilliseconds)
+bool GenBrowserThread::GoOn()
 {
-    const QDeadlineTimer deadline(aMilliseconds);
-    bool isAwake = true;
-    while (isAwake && !mStop) {
+    while (!mStop) {
         const GenBrowserTreeItem *item = nullptr;
         {
             const QMutexLocker lock(&mMutex);
             item = std::exchange(mToDescribe, nullptr);
-            isAwake = item || (!mStop && mCondition.wait(&mMutex, deadline));
         }
-        if (item) {
-            DescribeItem(*item);
+        if (!item) {
+            break;
         }
+        DescribeItem(*item);
+    }
+    return !mStop;
+}
+
+bool GenBrowserThread::Sleep(int aMilliseconds)
+{
+    const QDeadlineTimer deadline(aMilliseconds);
+    bool isAwake = true;
+    while (GoOn() && isAwake) {
+        const QMutexLocker lock(&mMutex);
+        isAwake = mToDescribe || (!mStop && mCondition.wait(&mMutex, deadline));
     }
     return !mStop;
 }
@@ -111,7 +120,9 @@ bool GenBrowserThread::Pass(bool aOnlyVisible)
 {
     GenBrowserTreeWalk walk(*mModel);
     for (QModelIndex index = walk.Next(); index.isValid(); index = walk.Next()) {
-        if (!Sleep(0)) {
+        // Others get at the device between two rows. The GUI's answer is such a pause; a wait, even for no time, costs
+        // more than all else that a row needs.
+        if (aOnlyVisible ? !GoOn() : !Sleep(0)) {
             return false;
         }
         GenBrowserTreeItem *const item = GenBrowserTreeModel::Item(index);

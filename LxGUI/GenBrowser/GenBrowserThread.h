@@ -48,7 +48,9 @@ private:
     void RunPolling();
     /// Refreshes all features, or those on screen. False when the thread is to end.
     bool Pass(bool aOnlyVisible);
-    /// Waits, and describes what is to be described; false as soon as the thread is to end.
+    /// Describes what is to be described; false as soon as the thread is to end.
+    bool GoOn();
+    /// The same, and waits for so long.
     bool Sleep(int aMilliseconds);
     void DescribeItem(const GenBrowserTreeItem &aItem);
 
