@@ -64,6 +64,23 @@ using YuvKernel = void (*)(const uint8_t *aY, const uint8_t *aU, const uint8_t *
 /// luma and U only; it takes V of the pixels before, or neutral when it is alone.
 using YuvPairsKernel = void (*)(const uint8_t *aSamples, const YuvMatrix &aMatrix, uint8_t *aOut, size_t aWidth);
 
+/// What turns luma and chroma into colour in 16 bits: of 257 times luma and 256 times chroma, less its middle, by these
+/// factors the upper 16 bits count. mBlack is taken from luma's, green's part from the sum.
+struct HalfChromaFactors
+{
+    static constexpr int kFractionBits = 5;  ///< Bits behind the point of the sums.
+    uint16_t mY;
+    int16_t mBlack;
+    int16_t mRedV;
+    int16_t mGreenU;
+    int16_t mGreenV;
+    int16_t mBlueU;
+};
+
+/// One line per component, chroma for two pixels (rounded up), to pixels: off by at most one from the exact colours.
+using HalfChromaKernel = void (*)(const uint8_t *aY, const uint8_t *aU, const uint8_t *aV,
+                                  const HalfChromaFactors &aFactors, uint8_t *aOut, size_t aWidth);
+
 /// The two colours of a mosaic line: red or blue, which the line has, and green.
 struct BayerLine
 {
@@ -105,6 +122,7 @@ struct ConversionKernels
     YuvKernel mYuv;
     YuvPairsKernel mUyvy;
     YuvPairsKernel mYuyv;
+    HalfChromaKernel mHalfChroma;
     DemosaicKernel mDemosaic;
     StreamKernel mStream;
     FlushKernel mFlush;

@@ -5,8 +5,9 @@ extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
+#include "LxCodec/ConversionKernels.h"
 #include "LxCodec/Libav.h"
-#include "LxCodec/Yuv420Kernel.h"
+#include "LxCodec/YuvSplit.h"
 
 namespace LxDetail
 {
@@ -51,39 +52,38 @@ AVColorSpace GetMatrix(const AVFrame &aPicture)
     }
 }
 
-/// The weights of red and blue in luma.
-struct Weights
-{
-    double mKr;
-    double mKb;
-};
-
-Weights GetWeights(AVColorSpace aMatrix)
+HalfChromaFactors GetFactors(AVColorSpace aMatrix, bool aIsFullRange)
 {
     switch (aMatrix) {
         case AVCOL_SPC_BT709:
-            return {0.2126, 0.0722};
+            return MakeHalfChromaFactors(0.2126, 0.0722, aIsFullRange);
         case AVCOL_SPC_FCC:
-            return {0.30, 0.11};
+            return MakeHalfChromaFactors(0.30, 0.11, aIsFullRange);
         case AVCOL_SPC_SMPTE240M:
-            return {0.212, 0.087};
+            return MakeHalfChromaFactors(0.212, 0.087, aIsFullRange);
         case AVCOL_SPC_BT2020_NCL:
-            return {0.2627, 0.0593};
+            return MakeHalfChromaFactors(0.2627, 0.0593, aIsFullRange);
         default:
-            return {0.299, 0.114};
+            return MakeHalfChromaFactors(0.299, 0.114, aIsFullRange);
     }
 }
 
-void ConvertHalfChroma(const AVFrame &aPicture, const Weights &aWeights, bool aIsFullRange, uint8_t *aOut)
+/// Pictures of 8 bits with a plane each for luma and both chromas, chroma for two pixels beside each other.
+/// @param aLinesPerChroma lines of the picture that share a line of chroma
+void ConvertHalfChroma(const AVFrame &aPicture, const HalfChromaFactors &aFactors, int aLinesPerChroma, uint8_t *aOut)
 {
-    Yuv420Kernel kernel(aWeights.mKr, aWeights.mKb, aIsFullRange);
-    const auto width = static_cast<uint32_t>(aPicture.width);
+    const auto width = static_cast<size_t>(aPicture.width);
+    const bool isAligned = reinterpret_cast<uintptr_t>(aOut) % kStreamUnit == 0 && 4 * width % kStreamUnit == 0;
+    // past the caches, which the decoder needs for the pictures that the next one refers to
+    const ConversionKernels &kernels = isAligned ? GetStreamingKernels() : GetConversionKernels();
     for (int y = 0; y < aPicture.height; ++y) {
-        kernel.Convert(aPicture.data[0] + ptrdiff_t{aPicture.linesize[0]} * y,
-                       aPicture.data[1] + ptrdiff_t{aPicture.linesize[1]} * (y / 2),
-                       aPicture.data[2] + ptrdiff_t{aPicture.linesize[2]} * (y / 2), aOut, width);
-        aOut += size_t{4} * width;
+        const int chroma = y / aLinesPerChroma;
+        kernels.mHalfChroma(aPicture.data[0] + ptrdiff_t{aPicture.linesize[0]} * y,
+                            aPicture.data[1] + ptrdiff_t{aPicture.linesize[1]} * chroma,
+                            aPicture.data[2] + ptrdiff_t{aPicture.linesize[2]} * chroma, aFactors, aOut, width);
+        aOut += 4 * width;
     }
+    kernels.mFlush();
 }
 
 }  // namespace
@@ -100,7 +100,7 @@ LxResult H264PictureConverter::Convert(const AVFrame &aPicture, LxImage &aImage)
     bool isFullRange = false;
     const AVPixelFormat format = GetFormat(aPicture, isFullRange);
     const AVColorSpace matrix = GetMatrix(aPicture);
-    const bool hasKernel = format == AV_PIX_FMT_YUV420P;
+    const bool hasKernel = format == AV_PIX_FMT_YUV420P || format == AV_PIX_FMT_YUV422P;
     if (!hasKernel) {
         // full interpolation of chroma wraps around at saturated colours, so it is not asked for
         mScaler =
@@ -120,7 +120,7 @@ LxResult H264PictureConverter::Convert(const AVFrame &aPicture, LxImage &aImage)
     }
     auto *const out = static_cast<uint8_t *>(aImage.GetDataPointer());
     if (hasKernel) {
-        ConvertHalfChroma(aPicture, GetWeights(matrix), isFullRange, out);
+        ConvertHalfChroma(aPicture, GetFactors(matrix, isFullRange), format == AV_PIX_FMT_YUV420P ? 2 : 1, out);
     }
     else {
         const int stride = 4 * aPicture.width;

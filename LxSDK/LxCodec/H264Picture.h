@@ -10,9 +10,8 @@ struct SwsContext;
 namespace LxDetail
 {
 
-/// Converts pictures of libavcodec's H.264 decoder, by a kernel of its own where there are 8 bits and
-/// 4:2:0, else by libswscale. Not
-/// synchronised.
+/// Converts pictures of libavcodec's H.264 decoder, by our kernels where there are 8 bits in 4:2:0 or 4:2:2, else by
+/// libswscale. Not synchronised.
 class H264PictureConverter
 {
 public:

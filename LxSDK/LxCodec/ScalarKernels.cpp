@@ -70,6 +70,30 @@ void YuvPairsToBgra(const uint8_t *aSamples, const YuvMatrix &aMatrix, uint8_t *
     }
 }
 
+// The upper 16 bits of a product, for which processors have an instruction.
+inline int High(int aA, int aB)
+{
+    return (aA * aB) >> 16;
+}
+
+inline unsigned LimitToByte(int aSum)
+{
+    return static_cast<unsigned>(std::clamp(aSum >> HalfChromaFactors::kFractionBits, 0, 255));
+}
+
+void HalfChromaToBgra(const uint8_t *aY, const uint8_t *aU, const uint8_t *aV, const HalfChromaFactors &aFactors,
+                      uint8_t *aOut, size_t aWidth)
+{
+    for (size_t i = 0; i < aWidth; ++i) {
+        const int luma = static_cast<int>((uint32_t{aY[i]} * 257 * aFactors.mY) >> 16) - aFactors.mBlack;
+        const int u = (aU[i / 2] - 128) * 256;
+        const int v = (aV[i / 2] - 128) * 256;
+        StorePixel(aOut + 4 * i, LimitToByte(luma + High(v, aFactors.mRedV)),
+                   LimitToByte(luma - High(u, aFactors.mGreenU) - High(v, aFactors.mGreenV)),
+                   LimitToByte(luma + High(u, aFactors.mBlueU)));
+    }
+}
+
 void Demosaic(const uint8_t *aAbove, const uint8_t *aLine, const uint8_t *aBelow, const BayerLine &aColours,
               LineEnds aEnds, uint8_t *aOut, size_t aWidth)
 {
@@ -113,6 +137,7 @@ ConversionKernels MakeKernels()
     kernels.mYuv = YuvToBgra;
     kernels.mUyvy = YuvPairsToBgra<0, 1>;
     kernels.mYuyv = YuvPairsToBgra<1, 0>;
+    kernels.mHalfChroma = HalfChromaToBgra;
     kernels.mDemosaic = Demosaic;
     kernels.mStream = Copy;
     kernels.mFlush = DoNothing;

@@ -13,7 +13,9 @@
 
 #if HWY_TARGET != HWY_SCALAR
 
+#include "LxCodec/VectorOutput-inl.h"
 #include "LxCodec/VectorUnpack-inl.h"
+#include "LxCodec/VectorYuv-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace LxDetail
@@ -22,69 +24,6 @@ namespace HWY_NAMESPACE
 {
 
 namespace hn = hwy::HWY_NAMESPACE;
-
-using Bytes = hn::ScalableTag<uint8_t>;
-using ByteVector = hn::Vec<Bytes>;
-
-// Every kernel does what fills vectors and leaves the rest of a line to the scalar kernel. With kStream it writes past
-// the caches, to an output that is aligned.
-
-template <bool kStream>
-HWY_INLINE void Put(ByteVector aPixels, uint8_t *aOut)
-{
-    const Bytes bytes;
-    if constexpr (kStream) {
-        hn::Stream(aPixels, bytes, aOut);
-    }
-    else {
-        hn::StoreU(aPixels, bytes, aOut);
-    }
-}
-
-// 32-bit words of a vector of bytes so that what interleaving within blocks of 16 bytes makes of them is in order.
-HWY_INLINE ByteVector SpreadOverBlocks(ByteVector aBytes)
-{
-    if constexpr (HWY_MAX_BYTES == 16) {
-        return aBytes;
-    }
-    else {
-        constexpr size_t kBlocks = HWY_MAX_BYTES / 16;
-        struct Order
-        {
-            alignas(64) uint32_t mWords[4 * kBlocks] = {};
-            constexpr Order()
-            {
-                for (size_t i = 0; i < 4 * kBlocks; ++i) {
-                    mWords[i] = static_cast<uint32_t>(i % 4 * kBlocks + i / 4);
-                }
-            }
-        };
-        static constexpr Order kOrder;
-        const hn::ScalableTag<uint32_t> words;
-        const auto indices = hn::SetTableIndices(words, kOrder.mWords);
-        return hn::BitCast(Bytes(), hn::TableLookupLanes(hn::BitCast(words, aBytes), indices));
-    }
-}
-
-template <bool kStream>
-HWY_INLINE void PutPixels(ByteVector aRed, ByteVector aGreen, ByteVector aBlue, uint8_t *aOut)
-{
-    const Bytes bytes;
-    const hn::ScalableTag<uint16_t> halves;
-    const size_t step = hn::Lanes(bytes);
-    const auto red = SpreadOverBlocks(aRed);
-    const auto green = SpreadOverBlocks(aGreen);
-    const auto blue = SpreadOverBlocks(aBlue);
-    const auto alpha = hn::Set(bytes, 255);
-    const auto lowerBG = hn::BitCast(halves, hn::InterleaveLower(bytes, blue, green));
-    const auto lowerRA = hn::BitCast(halves, hn::InterleaveLower(bytes, red, alpha));
-    const auto upperBG = hn::BitCast(halves, hn::InterleaveUpper(bytes, blue, green));
-    const auto upperRA = hn::BitCast(halves, hn::InterleaveUpper(bytes, red, alpha));
-    Put<kStream>(hn::BitCast(bytes, hn::InterleaveLower(halves, lowerBG, lowerRA)), aOut);
-    Put<kStream>(hn::BitCast(bytes, hn::InterleaveUpper(halves, lowerBG, lowerRA)), aOut + step);
-    Put<kStream>(hn::BitCast(bytes, hn::InterleaveLower(halves, upperBG, upperRA)), aOut + 2 * step);
-    Put<kStream>(hn::BitCast(bytes, hn::InterleaveUpper(halves, upperBG, upperRA)), aOut + 3 * step);
-}
 
 template <bool kStream, class Source>
 void MonoToBgra(const uint8_t *aLine, uint8_t *aOut, size_t aWidth)
@@ -207,274 +146,6 @@ void PlanesToBgra(const uint8_t *aRed, const uint8_t *aGreen, const uint8_t *aBl
     }
     if (i < aWidth) {
         GetScalarKernels().mPlanes(aRed + i, aGreen + i, aBlue + i, aOut + 4 * i, aWidth - i);
-    }
-}
-
-using Ints = hn::ScalableTag<int32_t>;
-using IntVector = hn::Vec<Ints>;
-
-// The part of a colour that comes from chroma, with the half that rounds.
-struct Chroma
-{
-    IntVector mRed;
-    IntVector mGreen;
-    IntVector mBlue;
-};
-
-HWY_INLINE Chroma GetChroma(IntVector aU, IntVector aV, const YuvMatrix &aMatrix)
-{
-    const Ints ints;
-    const auto half = hn::Set(ints, 1 << (kYuvFractionBits - 1));
-    const auto u = hn::Sub(aU, hn::Set(ints, 128));
-    const auto v = hn::Sub(aV, hn::Set(ints, 128));
-    const auto greenU = hn::Mul(u, hn::Set(ints, aMatrix.mGreenU));
-    const auto greenV = hn::Mul(v, hn::Set(ints, aMatrix.mGreenV));
-    return {hn::Add(hn::Mul(v, hn::Set(ints, aMatrix.mRedV)), half), hn::Add(hn::Add(greenU, greenV), half),
-            hn::Add(hn::Mul(u, hn::Set(ints, aMatrix.mBlueU)), half)};
-}
-
-HWY_INLINE IntVector ToByte(IntVector aFixed)
-{
-    const Ints ints;
-    return hn::Min(hn::Max(hn::ShiftRight<kYuvFractionBits>(aFixed), hn::Zero(ints)), hn::Set(ints, 255));
-}
-
-// A pixel in each 32-bit word.
-HWY_INLINE IntVector GetPixels(IntVector aY, const Chroma &aChroma, const YuvMatrix &aMatrix)
-{
-    const Ints ints;
-    const auto y = hn::Mul(hn::Sub(aY, hn::Set(ints, aMatrix.mBlack)), hn::Set(ints, aMatrix.mY));
-    const auto red = ToByte(hn::Add(y, aChroma.mRed));
-    const auto green = ToByte(hn::Add(y, aChroma.mGreen));
-    const auto blue = ToByte(hn::Add(y, aChroma.mBlue));
-    const auto alpha = hn::Set(ints, static_cast<int32_t>(0xFF000000u));
-    return hn::Or(hn::Or(blue, hn::ShiftLeft<8>(green)), hn::Or(hn::ShiftLeft<16>(red), alpha));
-}
-
-template <bool kStream>
-void YuvToBgra(const uint8_t *aY, const uint8_t *aU, const uint8_t *aV, const YuvMatrix &aMatrix, uint8_t *aOut,
-               size_t aWidth)
-{
-    const Bytes bytes;
-    const Ints ints;
-    const hn::Rebind<uint8_t, Ints> quarter;
-    const size_t step = hn::Lanes(ints);
-    size_t i = 0;
-    for (; i + step <= aWidth; i += step) {
-        const auto y = hn::PromoteTo(ints, hn::LoadU(quarter, aY + i));
-        const auto u = hn::PromoteTo(ints, hn::LoadU(quarter, aU + i));
-        const auto v = hn::PromoteTo(ints, hn::LoadU(quarter, aV + i));
-        const auto pixels = GetPixels(y, GetChroma(u, v, aMatrix), aMatrix);
-        Put<kStream>(hn::BitCast(bytes, pixels), aOut + 4 * i);
-    }
-    if (i < aWidth) {
-        GetScalarKernels().mYuv(aY + i, aU + i, aV + i, aMatrix, aOut + 4 * i, aWidth - i);
-    }
-}
-
-// The byte of each 32-bit word that begins at a bit.
-template <int kBit>
-HWY_INLINE IntVector GetByte(IntVector aWords)
-{
-    const Ints ints;
-    const hn::ScalableTag<uint32_t> unsignedInts;
-    if constexpr (kBit == 24) {
-        return hn::BitCast(ints, hn::ShiftRight<24>(hn::BitCast(unsignedInts, aWords)));
-    }
-    else {
-        return hn::And(hn::ShiftRight<kBit>(aWords), hn::Set(ints, 255));
-    }
-}
-
-// The order of pairs in a vector so that interleaving pixels within blocks of 16 bytes puts them in order.
-HWY_INLINE IntVector SpreadPairsOverBlocks(IntVector aPairs)
-{
-    if constexpr (HWY_MAX_BYTES == 16) {
-        return aPairs;
-    }
-    else {
-        constexpr size_t kBlocks = HWY_MAX_BYTES / 16;
-        struct Order
-        {
-            alignas(64) int32_t mPairs[4 * kBlocks] = {};
-            constexpr Order()
-            {
-                for (size_t i = 0; i < 4 * kBlocks; ++i) {
-                    mPairs[i] = static_cast<int32_t>(i % 4 / 2 * 2 * kBlocks + i / 4 * 2 + i % 2);
-                }
-            }
-        };
-        static constexpr Order kOrder;
-        return hn::TableLookupLanes(aPairs, hn::SetTableIndices(Ints(), kOrder.mPairs));
-    }
-}
-
-using Shorts = hn::ScalableTag<int16_t>;
-using ShortVector = hn::Vec<Shorts>;
-
-// One half of each 32-bit word, 0 the lower, in both halves.
-template <int kHalf>
-HWY_INLINE ShortVector SpreadHalf(ShortVector aWords)
-{
-    constexpr uint8_t kFirst = 2 * kHalf;
-    alignas(16) static constexpr uint8_t kOrder[16] = {
-        kFirst,     kFirst + 1, kFirst,     kFirst + 1, kFirst + 4,  kFirst + 5,  kFirst + 4,  kFirst + 5,
-        kFirst + 8, kFirst + 9, kFirst + 8, kFirst + 9, kFirst + 12, kFirst + 13, kFirst + 12, kFirst + 13};
-    const Bytes bytes;
-    return hn::BitCast(Shorts(), hn::TableLookupBytes(hn::BitCast(bytes, aWords), hn::LoadDup128(bytes, kOrder)));
-}
-
-// The bytes of each 16-bit word that begin at a bit.
-template <int kBit>
-HWY_INLINE ShortVector GetHalves(IntVector aWords)
-{
-    const Shorts shorts;
-    const hn::ScalableTag<uint16_t> unsignedShorts;
-    if constexpr (kBit == 0) {
-        return hn::And(hn::BitCast(shorts, aWords), hn::Set(shorts, 255));
-    }
-    else {
-        return hn::BitCast(shorts, hn::ShiftRight<8>(hn::BitCast(unsignedShorts, aWords)));
-    }
-}
-
-// Two factors, for the lower and the upper half of each 32-bit word.
-HWY_INLINE ShortVector SetPair(int32_t aLower, int32_t aUpper)
-{
-    const auto pair = static_cast<uint32_t>(aUpper) << 16 | (static_cast<uint32_t>(aLower) & 0xFFFFu);
-    return hn::BitCast(Shorts(), hn::Set(hn::ScalableTag<uint32_t>(), pair));
-}
-
-// The sum of the products of both halves of each 32-bit word.
-HWY_INLINE IntVector SumOfProducts(ShortVector aA, ShortVector aB)
-{
-    const Ints ints;
-    auto other = hn::Zero(ints);
-    const auto sum = hn::ReorderWidenMulAccumulate(ints, aA, aB, hn::Zero(ints), other);
-    return hn::RearrangeToOddPlusEven(sum, other);
-}
-
-// What is added to luma so that colours above 255 saturate.
-constexpr int16_t kSaturation = 32767 - 255;
-
-// A colour in 0 to 255, from luma plus kSaturation.
-HWY_INLINE ShortVector AddChroma(ShortVector aLuma, ShortVector aChroma)
-{
-    const hn::ScalableTag<uint16_t> unsignedShorts;
-    const auto sum = hn::BitCast(unsignedShorts, hn::SaturatedAdd(aLuma, aChroma));
-    return hn::BitCast(Shorts(), hn::SaturatedSub(sum, hn::Set(unsignedShorts, kSaturation)));
-}
-
-// Colour of pairs of pixels in full range, where luma is a colour's part as it is. Two pixels share a 32-bit word, so
-// that most is done in 16 bits.
-template <int kU, int kY>
-class FullRangePairs
-{
-public:
-    explicit FullRangePairs(const YuvMatrix &aMatrix)
-        : mFractions(SetPair(GetFractionAboveOne(aMatrix.mBlueU), GetFractionAboveOne(aMatrix.mRedV))),
-          mGreenHigh(SetPair(aMatrix.mGreenU >> kLowBits, aMatrix.mGreenV >> kLowBits)),
-          mGreenLow(SetPair(aMatrix.mGreenU & kLowMask, aMatrix.mGreenV & kLowMask)),
-          mGreenOffset(hn::Set(Ints(), (1 << (kYuvFractionBits - 1)) - 128 * (aMatrix.mGreenU + aMatrix.mGreenV)))
-    {
-    }
-
-    // The pixels of the lower and of the upper half of each block.
-    HWY_INLINE void Convert(IntVector aPairs, ByteVector &aLower, ByteVector &aUpper) const
-    {
-        const Bytes bytes;
-        const Shorts shorts;
-        const auto y = hn::Add(GetHalves<kY>(aPairs), hn::Set(shorts, kSaturation));
-        const auto uv = GetHalves<kU>(aPairs);
-        // A factor between 1 and 2 with 15 bits behind its point rounds every sample as the longer one of the matrix
-        // does; green, which has two, needs all bits.
-        const auto chroma = hn::Sub(uv, hn::Set(shorts, 128));
-        const auto blueRed = hn::Add(chroma, hn::MulFixedPoint15(chroma, mFractions));
-        const auto greenSum = hn::Add(hn::ShiftLeft<kLowBits>(SumOfProducts(uv, mGreenHigh)),
-                                      hn::Add(SumOfProducts(uv, mGreenLow), mGreenOffset));
-        const auto greenChroma = hn::BitCast(shorts, hn::ShiftRight<kYuvFractionBits>(greenSum));
-        const auto blue = AddChroma(y, SpreadHalf<0>(blueRed));
-        const auto green = AddChroma(y, SpreadHalf<0>(greenChroma));
-        const auto red = AddChroma(y, SpreadHalf<1>(blueRed));
-        const auto redAlpha = hn::Or(red, hn::Set(shorts, static_cast<int16_t>(0xFF00)));
-        const auto blueGreen = hn::Or(blue, hn::ShiftLeft<8>(green));
-        aLower = hn::BitCast(bytes, hn::InterleaveLower(shorts, blueGreen, redAlpha));
-        aUpper = hn::BitCast(bytes, hn::InterleaveUpper(shorts, blueGreen, redAlpha));
-    }
-
-private:
-    static constexpr int kLowBits = 6;
-    static constexpr int32_t kLowMask = (1 << kLowBits) - 1;
-
-    static int32_t GetFractionAboveOne(int32_t aFactor)
-    {
-        constexpr int kDropped = kYuvFractionBits - 15;
-        return (aFactor - (1 << kYuvFractionBits) + (1 << (kDropped - 1))) >> kDropped;
-    }
-
-    ShortVector mFractions;  // of blue and red
-    ShortVector mGreenHigh;  // factors of green for U and V, all but the lowest bits
-    ShortVector mGreenLow;   // these
-    IntVector mGreenOffset;  // rounding, and that chroma begins at 128
-};
-
-// Colour of pairs of pixels by any matrix.
-template <int kU, int kY>
-class MatrixPairs
-{
-public:
-    explicit MatrixPairs(const YuvMatrix &aMatrix) : mMatrix(aMatrix) {}
-
-    HWY_INLINE void Convert(IntVector aPairs, ByteVector &aLower, ByteVector &aUpper) const
-    {
-        const Bytes bytes;
-        const Ints ints;
-        const Chroma chroma = GetChroma(GetByte<kU>(aPairs), GetByte<kU + 16>(aPairs), mMatrix);
-        const auto even = GetPixels(GetByte<kY>(aPairs), chroma, mMatrix);
-        const auto odd = GetPixels(GetByte<kY + 16>(aPairs), chroma, mMatrix);
-        aLower = hn::BitCast(bytes, hn::InterleaveLower(ints, even, odd));
-        aUpper = hn::BitCast(bytes, hn::InterleaveUpper(ints, even, odd));
-    }
-
-private:
-    YuvMatrix mMatrix;
-};
-
-// A 32-bit word holds two pixels: kU and kY are the first bits of U and of the first luma sample, V and the second luma
-// sample follow 16 bits later.
-template <bool kStream, int kU, class Pairs>
-HWY_INLINE void ConvertYuvPairs(const Pairs &aPairs, const uint8_t *aSamples, const YuvMatrix &aMatrix, uint8_t *aOut,
-                                size_t aWidth)
-{
-    const Bytes bytes;
-    const Ints ints;
-    const size_t step = 2 * hn::Lanes(ints);
-    size_t i = 0;
-    for (; i + step <= aWidth; i += step) {
-        ByteVector lower;
-        ByteVector upper;
-        aPairs.Convert(SpreadPairsOverBlocks(hn::BitCast(ints, hn::LoadU(bytes, aSamples + 2 * i))), lower, upper);
-        Put<kStream>(lower, aOut + 4 * i);
-        Put<kStream>(upper, aOut + 4 * i + 2 * step);
-    }
-    if (i < aWidth) {
-        // a last pixel without V of its own takes that of the pixels before
-        if (aWidth - i == 1 && i > 0) {
-            i -= 2;
-        }
-        const YuvPairsKernel rest = kU == 0 ? GetScalarKernels().mUyvy : GetScalarKernels().mYuyv;
-        rest(aSamples + 2 * i, aMatrix, aOut + 4 * i, aWidth - i);
-    }
-}
-
-template <bool kStream, int kU, int kY>
-void YuvPairsToBgra(const uint8_t *aSamples, const YuvMatrix &aMatrix, uint8_t *aOut, size_t aWidth)
-{
-    if (aMatrix.mBlack == 0 && aMatrix.mY == 1 << kYuvFractionBits) {
-        ConvertYuvPairs<kStream, kU>(FullRangePairs<kU, kY>(aMatrix), aSamples, aMatrix, aOut, aWidth);
-    }
-    else {
-        ConvertYuvPairs<kStream, kU>(MatrixPairs<kU, kY>(aMatrix), aSamples, aMatrix, aOut, aWidth);
     }
 }
 
@@ -626,6 +297,7 @@ ConversionKernels MakeKernels()
     kernels.mYuv = YuvToBgra<kStream>;
     kernels.mUyvy = YuvPairsToBgra<kStream, 0, 8>;
     kernels.mYuyv = YuvPairsToBgra<kStream, 8, 0>;
+    kernels.mHalfChroma = HalfChromaToBgra<kStream>;
     kernels.mDemosaic = Demosaic<kStream>;
     kernels.mStream = Stream;
     kernels.mFlush = Flush;
@@ -685,7 +357,7 @@ KernelsOfTarget Choose(int64_t aTargets)
             return choice.mKernels;
         }
     }
-    return HWY_CHOOSE_FALLBACK(GetKernels);
+    return [](bool) { return &GetScalarKernels(); };
 }
 
 std::atomic<KernelsOfTarget> sChosen = nullptr;

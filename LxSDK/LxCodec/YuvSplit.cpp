@@ -1,6 +1,7 @@
 #include "LxCodec/YuvSplit.h"
 
 #include <array>
+#include <cmath>
 
 namespace LxDetail
 {
@@ -74,6 +75,25 @@ const YuvMatrix kMatrixFullRange = MakeMatrix(0.299, 0.114, 0, 255.0, 255.0);
 const YuvMatrix kMatrix601 = MakeMatrix(0.299, 0.114, 16, 219.0, 224.0);
 const YuvMatrix kMatrix709 = MakeMatrix(0.2126, 0.0722, 16, 219.0, 224.0);
 const YuvMatrix kMatrix2020 = MakeMatrix(0.2627, 0.0593, 16, 219.0, 224.0);
+
+HalfChromaFactors MakeHalfChromaFactors(double aKr, double aKb, bool aIsFullRange)
+{
+    constexpr double kUnit = 1 << HalfChromaFactors::kFractionBits;
+    const double kg = 1 - aKr - aKb;
+    const double luma = aIsFullRange ? 1.0 : 255.0 / 219;
+    const auto chroma = [&](double aFactor) {
+        return static_cast<int16_t>(std::lround(aFactor * (aIsFullRange ? 1.0 : 255.0 / 224) * kUnit * 256));
+    };
+    HalfChromaFactors factors = {};
+    factors.mY = static_cast<uint16_t>(std::lround(luma * kUnit * 65536 / 257));
+    // half of a unit of the result is added for rounding
+    factors.mBlack = static_cast<int16_t>(std::lround((aIsFullRange ? 0 : 16 * luma * kUnit) - kUnit / 2));
+    factors.mRedV = chroma(2 * (1 - aKr));
+    factors.mGreenU = chroma(2 * aKb * (1 - aKb) / kg);
+    factors.mGreenV = chroma(2 * aKr * (1 - aKr) / kg);
+    factors.mBlueU = chroma(2 * (1 - aKb));
+    return factors;
+}
 
 void SplitUyv(const uint8_t *aSamples, size_t aCount, uint8_t *aY, uint8_t *aU, uint8_t *aV, size_t aWidth)
 {

@@ -14,6 +14,9 @@ extern const YuvMatrix kMatrix601;
 extern const YuvMatrix kMatrix709;
 extern const YuvMatrix kMatrix2020;
 
+/// @param aKr, aKb the weights of red and blue in luma, by which recommendations define a matrix.
+HalfChromaFactors MakeHalfChromaFactors(double aKr, double aKb, bool aIsFullRange);
+
 /// Takes interleaved luma and chroma samples apart, repeating chroma for every pixel that shares it. aCount is the
 /// number of samples that the line has; chroma that the last group lacks is that of the group before, or neutral.
 using YuvSplitKernel = void (*)(const uint8_t *aSamples, size_t aCount, uint8_t *aY, uint8_t *aU, uint8_t *aV,

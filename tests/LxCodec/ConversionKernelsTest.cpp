@@ -285,6 +285,44 @@ TEST_P(Kernels, ConvertLumaAndChroma)
     }
 }
 
+TEST_P(Kernels, ConvertHalfChroma)
+{
+    for (const bool isFullRange : {false, true}) {
+        const LxDetail::HalfChromaFactors factors = LxDetail::MakeHalfChromaFactors(0.2126, 0.0722, isFullRange);
+        CheckWidths([](size_t aWidth) { return aWidth + (aWidth + 1) / 2 * 2; },
+                    [](size_t aWidth) { return 4 * aWidth; },
+                    [&factors](const ConversionKernels &aKernels, const uint8_t *aIn, uint8_t *aOut, size_t aWidth) {
+                        const uint8_t *const u = aIn + aWidth;
+                        aKernels.mHalfChroma(aIn, u, u + (aWidth + 1) / 2, factors, aOut, aWidth);
+                    });
+    }
+}
+
+TEST_P(Kernels, ConvertEveryHalfChromaLikeTheScalarOnes)
+{
+    constexpr size_t kLine = 256;
+    std::vector<uint8_t> y(kLine);
+    std::vector<uint8_t> u(kLine / 2);
+    std::vector<uint8_t> v(kLine / 2);
+    std::vector<uint8_t> got(4 * kLine);
+    std::vector<uint8_t> expected(4 * kLine);
+    for (const bool isFullRange : {false, true}) {
+        const LxDetail::HalfChromaFactors factors = LxDetail::MakeHalfChromaFactors(0.2627, 0.0593, isFullRange);
+        for (unsigned first = 0; first < 256; ++first) {
+            for (unsigned luma = 0; luma < 256; luma += 15) {
+                for (unsigned i = 0; i < kLine; ++i) {
+                    y[i] = static_cast<uint8_t>(luma + i % 2);
+                    u[i / 2] = static_cast<uint8_t>(first);
+                    v[i / 2] = static_cast<uint8_t>(i + luma % 2);
+                }
+                mScalar.mHalfChroma(y.data(), u.data(), v.data(), factors, expected.data(), kLine);
+                mKernels.mHalfChroma(y.data(), u.data(), v.data(), factors, got.data(), kLine);
+                ASSERT_EQ(got, expected);
+            }
+        }
+    }
+}
+
 TEST_P(Kernels, ConvertEveryChromaPairLikeTheScalarOnes)
 {
     constexpr size_t kLine = 256;

@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "H264DecoderTest.h"
-#include "LxCodec/Yuv420Kernel.h"
+#include "LxCodec/YuvSplit.h"
 
 namespace
 {
@@ -217,7 +217,7 @@ TEST_F(LxH264Decoder_, DecodersAreIndependent)
     EXPECT_EQ(Retrieve(), 1);
 }
 
-TEST(Yuv420Kernel, IsWithinOneOfTheExactColour)
+TEST(HalfChroma, IsWithinOneOfTheExactColour)
 {
     constexpr uint32_t width = 511;  // odd: the last pixel has its chroma alone
     std::vector<uint8_t> y(width);
@@ -230,7 +230,7 @@ TEST(Yuv420Kernel, IsWithinOneOfTheExactColour)
                                  std::pair{0.30, 0.11}, std::pair{0.212, 0.087}})
     {
         for (const bool full : {false, true}) {
-            LxDetail::Yuv420Kernel kernel(kr, kb, full);
+            const LxDetail::HalfChromaFactors factors = LxDetail::MakeHalfChromaFactors(kr, kb, full);
             for (int line = 0; line < 200; ++line) {
                 std::generate(y.begin(), y.end(), random);
                 std::generate(u.begin(), u.end(), random);
@@ -242,7 +242,7 @@ TEST(Yuv420Kernel, IsWithinOneOfTheExactColour)
                         v[i] = i / 4 % 2 ? 255 : 0;
                     }
                 }
-                kernel.Convert(y.data(), u.data(), v.data(), out.data(), width);
+                LxDetail::GetScalarKernels().mHalfChroma(y.data(), u.data(), v.data(), factors, out.data(), width);
                 for (size_t x = 0; x < width; ++x) {
                     const auto exact = ToBGR(y[x], u[x / 2], v[x / 2], kr, kb, full, 8);
                     for (size_t i = 0; i < 3; ++i) {
