@@ -120,22 +120,24 @@ Placement ComputePlacement(const Zoom &aZoom, const QSize &aView, const QSize &a
     return {source, QRect(0, (aView.height() - targetHeight) / 2, aView.width(), targetHeight)};
 }
 
+int SourcePixel(int aOffset, int aTarget, int aStart, int aSource, int aLength)
+{
+    // the nearest pixel to the middle of the screen's, in the 16 bits behind the point with which QPainter steps
+    const double exactStep = 65536.0 * aSource / aTarget;
+    const int64_t first = static_cast<int64_t>(std::ceil(0.5 * exactStep)) - 1;
+    const int64_t pixel = aStart + ((first + aOffset * static_cast<int64_t>(exactStep)) >> 16);
+    return static_cast<int>(std::clamp<int64_t>(pixel, 0, aLength - 1));
+}
+
 QPoint PictureAt(const Placement &aPlacement, const QSize &aPicture, const QPoint &aPoint)
 {
     if (!aPlacement.mTarget.contains(aPoint) || aPicture.isEmpty()) {
         return {-1, -1};
     }
-    // the nearest pixel to the middle of the screen's, in the 16 bits behind the point with which QPainter steps
-    const auto find = [](int aOffset, int aTarget, int aStart, int aSource, int aLength) {
-        const double exactStep = 65536.0 * aSource / aTarget;
-        const int64_t first = static_cast<int64_t>(std::ceil(0.5 * exactStep)) - 1;
-        const int64_t pixel = aStart + ((first + aOffset * static_cast<int64_t>(exactStep)) >> 16);
-        return static_cast<int>(std::clamp<int64_t>(pixel, 0, aLength - 1));
-    };
     const QRect &source = aPlacement.mSource;
     const QRect &target = aPlacement.mTarget;
-    return {find(aPoint.x() - target.x(), target.width(), source.x(), source.width(), aPicture.width()),
-            find(aPoint.y() - target.y(), target.height(), source.y(), source.height(), aPicture.height())};
+    return {SourcePixel(aPoint.x() - target.x(), target.width(), source.x(), source.width(), aPicture.width()),
+            SourcePixel(aPoint.y() - target.y(), target.height(), source.y(), source.height(), aPicture.height())};
 }
 
 QPoint FittedPictureAt(const QSize &aView, const QSize &aPicture, const QPoint &aPoint)

@@ -64,6 +64,10 @@ QSize ViewSize(const QSize &aWindow, bool aHorizontalBar, bool aVerticalBar);
 /// Where a picture that is not empty is drawn in a view. Source corners are inclusive.
 Placement ComputePlacement(const Zoom &aZoom, const QSize &aView, const QSize &aPicture, const QPoint &aScroll);
 
+/// Along one axis, the pixel that is drawn at an offset into the target: of a source that starts at a pixel of a
+/// picture of a length. As QPainter does it without smoothing.
+int SourcePixel(int aOffset, int aTarget, int aStart, int aSource, int aLength);
+
 /// The pixel of the picture that is drawn at a point of the view; (-1, -1) where none is.
 QPoint PictureAt(const Placement &aPlacement, const QSize &aPicture, const QPoint &aPoint);
 

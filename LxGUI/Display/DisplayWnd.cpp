@@ -40,6 +40,7 @@ DisplayWnd::~DisplayWnd()
     }
     if (OwnedApplication::CanMakeWidgets()) {
         delete mGLDisplay;
+        TakePainting(nullptr);
     }
     QCoreApplication::removePostedEvents(this);
 }

@@ -12,6 +12,7 @@
 #include "LxCodec/LxBufferConverter.h"
 #include "LxCodec/LxH264Decoder.h"
 #include "LxGUI/Display/DisplayGeometry.h"
+#include "LxGUI/Display/PicturePainter.h"
 #include "LxGUI/Frame/Wnd.h"
 #include "LxGUI/LxDisplayWnd.h"
 
@@ -114,6 +115,7 @@ private:
     bool OnKeyPress(int aKey);
     void ScrollByKey(int aKey);
     void OnContextMenu(const QContextMenuEvent &aEvent);
+    void TakePainting(QWidget *aWidget);
     void RepaintOpenGL();
     void Paint();
 
@@ -127,6 +129,8 @@ private:
     QPointer<QScrollBar> mHorizontalBar;
     QPointer<QScrollBar> mVerticalBar;
     QPointer<GLDisplay> mGLDisplay;  // in OpenGL mode, when there is a widget
+    QPointer<QWidget> mPainted;      // whose background Qt leaves out for us
+    PicturePainter mPicturePainter;
 
     QMutex mImageMutex;  // guards mInternalBuffer, mConverter, mDecoder, mPendingImage, mWaitingProducers,
                          // mEnding and mIsHalved

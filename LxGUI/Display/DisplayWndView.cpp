@@ -74,6 +74,7 @@ void DisplayWnd::CreateLayout()
     }
     MakePictureAccessible(widget, this);
     ApplyBackground();
+    TakePainting(widget);
     if (IsOpenGL()) {
         MakeGLDisplay();
     }
@@ -362,8 +363,22 @@ QPoint DisplayWnd::PictureAt(const QPoint &aPoint)
     return mIsHalved && pixel != none ? 2 * pixel : pixel;
 }
 
+// Paint() covers the whole widget: that Qt fills it before would cost as much as the picture. The widget may be the
+// host's, which gets it back as it was.
+void DisplayWnd::TakePainting(QWidget *aWidget)
+{
+    if (mPainted) {
+        mPainted->setAttribute(Qt::WA_OpaquePaintEvent, false);
+    }
+    mPainted = aWidget && !aWidget->testAttribute(Qt::WA_OpaquePaintEvent) ? aWidget : nullptr;
+    if (mPainted) {
+        mPainted->setAttribute(Qt::WA_OpaquePaintEvent);
+    }
+}
+
 void DisplayWnd::RepaintOpenGL()
 {
+    QPainter(Content()).fillRect(Content()->rect(), mBackgroundColor);
     {
         // a frame that waits keeps its mark: the parent may be painted between the mark and the widget's own paint
         const QMutexLocker lock(&mImageMutex);
@@ -377,23 +392,21 @@ void DisplayWnd::RepaintOpenGL()
 void DisplayWnd::Paint()
 {
     QWidget *widget = Content();
+    QPainter painter(widget);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
     QMutexLocker lock(&mImageMutex);
     const LxImage *image = mInternalBuffer.GetImage();
     const QSize picture(static_cast<int>(image->GetWidth()), static_cast<int>(image->GetHeight()));
     // a host has access to the image and may have made anything of it
     const bool drawable = image->GetPixelType() == LxPixelType::BGRa8 && image->GetPaddingX() == 0;
-    if (picture.isEmpty() || !image->GetDataPointer() || !drawable) {
-        return;
-    }
     const QSize view = ViewSize(widget->size(), mHorizontalBar && !mHorizontalBar->isHidden(),
                                 mVerticalBar && !mVerticalBar->isHidden());
-    if (view.isEmpty()) {
+    if (picture.isEmpty() || !image->GetDataPointer() || !drawable || view.isEmpty()) {
+        painter.fillRect(widget->rect(), mBackgroundColor);
         return;
     }
     const Placement place = ComputePlacement(mZoom, view, picture, mScroll);
 
-    QPainter painter(widget);
-    painter.setCompositionMode(QPainter::CompositionMode_Source);
     // where the picture is drawn, nothing needs to be filled, unless its end leaves a gap
     QRegion around = widget->rect();
     if (QRect({}, picture).contains(place.mSource)) {
@@ -402,10 +415,10 @@ void DisplayWnd::Paint()
     for (const QRect &rect : around) {
         painter.fillRect(rect, mBackgroundColor);
     }
-    painter.drawImage(place.mTarget,
-                      QImage(static_cast<const uchar *>(image->GetDataPointer()), picture.width(), picture.height(),
-                             picture.width() * 4, QImage::Format_RGB32),
-                      place.mSource);
+    mPicturePainter.Draw(painter,
+                         QImage(static_cast<const uchar *>(image->GetDataPointer()), picture.width(), picture.height(),
+                                picture.width() * 4, QImage::Format_RGB32),
+                         place);
     lock.unlock();
     painter.translate(place.mTarget.topLeft());
     DrawOverlay(painter);

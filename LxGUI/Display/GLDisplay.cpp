@@ -58,7 +58,9 @@ void GLDisplay::paintGL()
     mGL.glClear(GL_COLOR_BUFFER_BIT);
     mGL.glEnable(GL_TEXTURE_2D);
     mGL.glLoadIdentity();
+    mGL.glDisable(GL_BLEND);  // frames are opaque
     Draw(mFrame);
+    mGL.glEnable(GL_BLEND);
     Draw(mOverlay);
 }
 
@@ -95,6 +97,7 @@ void GLDisplay::OnContextEnding()
 
 void GLDisplay::UploadFrame()
 {
+    bool converted = false;
     {
         const QMutexLocker lock(&mWindow.ImageMutex());
         const ILxImage *image = mWindow.PendingImage();
@@ -103,18 +106,20 @@ void GLDisplay::UploadFrame()
         {
             return;
         }
-        if (mUsable) {
-            Convert(*image);
-        }
+        converted = mUsable && Convert(*image);
         mNewUpload = false;
         mWindow.WakeProducers();
     }
-    if (mUsable) {
+    if (converted) {
         UploadTexture(mFrame);
+    }
+    else {
+        mFrame.mLive = false;
     }
 }
 
-void GLDisplay::Convert(const ILxImage &aImage)
+// False when the frame's memory holds nothing to show.
+bool GLDisplay::Convert(const ILxImage &aImage)
 {
     uint32_t width = aImage.GetWidth();
     uint32_t height = aImage.GetHeight();
@@ -126,19 +131,17 @@ void GLDisplay::Convert(const ILxImage &aImage)
     if (size != mFrame.mSize) {
         Resize(mFrame, size);
     }
-    if (void *memory = MapAnew(mFrame)) {
-        LxImage &target = *mUploadBuffer.GetImage();
-        LxResult result = target.Attach(memory, width, height, LxPixelType::BGRa8);
-        if (result.IsOK()) {
-            result = mWindow.GetConverter().Convert(&aImage, &mUploadBuffer, false, false);
-        }
-        mUploadBuffer.Detach();
-        if (!result.IsOK()) {
-            // fresh memory holds anything: what could not be converted is shown as empty
-            std::memset(memory, 0, static_cast<size_t>(mFrame.ByteCount()));
-        }
-        Unmap();
+    void *memory = MapAnew(mFrame);
+    if (!memory) {
+        return false;
     }
+    LxResult result = mUploadBuffer.GetImage()->Attach(memory, width, height, LxPixelType::BGRa8);
+    if (result.IsOK()) {
+        result = mWindow.GetConverter().Convert(&aImage, &mUploadBuffer, false, false);
+    }
+    mUploadBuffer.Detach();
+    Unmap();
+    return result.IsOK();
 }
 
 // The overlay

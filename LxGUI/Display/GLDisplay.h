@@ -56,7 +56,7 @@ private:
     void SetUp();
     void OnContextEnding();
     void UploadFrame();
-    void Convert(const ILxImage &aImage);
+    bool Convert(const ILxImage &aImage);
     void UpdateOverlay();
     void Draw(const Layer &aLayer);
     void *MapAnew(const Layer &aLayer);

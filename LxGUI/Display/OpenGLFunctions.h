@@ -25,6 +25,7 @@ QSurfaceFormat DisplaySurfaceFormat();
     X(PFNGLBUFFERDATAPROC, glBufferData)               \
     X(decltype(&::glShadeModel), glShadeModel)         \
     X(decltype(&::glEnable), glEnable)                 \
+    X(decltype(&::glDisable), glDisable)               \
     X(decltype(&::glBlendFunc), glBlendFunc)           \
     X(decltype(&::glTexEnvf), glTexEnvf)               \
     X(decltype(&::glMatrixMode), glMatrixMode)         \

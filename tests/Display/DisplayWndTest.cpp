@@ -288,6 +288,26 @@ TEST_F(DisplayWindow, TheHostsWidgetMayDieFirst)
     display.Close();
 }
 
+TEST_F(DisplayWindow, AHostsWidgetIsFilledByQtAgainWhenTheDisplayLeavesIt)
+{
+    QWidget first;
+    QWidget second;
+    second.setAttribute(Qt::WA_OpaquePaintEvent);
+    {
+        DisplayWnd display;
+        ASSERT_TRUE(display.Create(&first).IsOK());
+        EXPECT_TRUE(first.testAttribute(Qt::WA_OpaquePaintEvent)) << "the display paints all of it";
+        ASSERT_TRUE(display.Create(&second).IsOK());
+        EXPECT_FALSE(first.testAttribute(Qt::WA_OpaquePaintEvent));
+    }
+    EXPECT_TRUE(second.testAttribute(Qt::WA_OpaquePaintEvent)) << "the host's own wish";
+    {
+        DisplayWnd display;
+        ASSERT_TRUE(display.Create(&first).IsOK());
+    }
+    EXPECT_FALSE(first.testAttribute(Qt::WA_OpaquePaintEvent));
+}
+
 TEST_F(DisplayWindow, FramesMayComeFromAnotherThreadWhileTheWindowPaints)
 {
     ShowAt(400, 300);
