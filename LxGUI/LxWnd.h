@@ -7,9 +7,9 @@
 class QWidget;
 class Wnd;
 
-// The type of native window handles, the same that windows.h declares. Where the native window system is X11 the
-// pointer's value is the window's XID: reinterpret_cast<HWND>(static_cast<uintptr_t>(window)).
 struct HWND__;
+/// The type of native window handles, the same that windows.h declares. Where the native window system is X11 the
+/// pointer's value is the window's XID: reinterpret_cast<HWND>(static_cast<uintptr_t>(window)).
 typedef struct HWND__ *HWND;
 
 /// What every window of the library can do: be shown as a modal or modeless dialog, inside a widget of the host, or
