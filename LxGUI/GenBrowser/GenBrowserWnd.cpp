@@ -15,6 +15,7 @@
 
 #include "LxGUI/Frame/BusyCursor.h"
 #include "LxGUI/Frame/EnterKey.h"
+#include "LxGUI/Frame/OwnedApplication.h"
 #include "LxGUI/GenBrowser/FlowLayout.h"
 #include "LxGUI/GenBrowser/GenBrowserItemDelegate.h"
 #include "LxGUI/GenBrowser/GenBrowserPersistence.h"
@@ -229,6 +230,9 @@ void GenBrowserWnd::Rebuild()
 {
     if (!TearDown() || mIsDestroyed || mIsClosed || mIsContentDying || !mParameters || !mTree) {
         return;
+    }
+    if (!OwnedApplication::CanMakeWidgets()) {
+        return;  // the application has gone before the window
     }
     const BusyCursor busy;
     Build();

@@ -1,6 +1,7 @@
 #include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QFile>
 #include <QtCore/QTimer>
 #include <QtTest/QAbstractItemModelTester>
 #include <QtTest/QSignalSpy>
@@ -153,10 +154,16 @@ TEST_F(BrowserThread, WhatPollingFindsReachesTheView)
     EXPECT_TRUE(WaitForGui([&] { return mBrowser->Value("Feature59") == "9 "; }));
 }
 
-/// How many threads this program has.
+/// How many refresh threads run.
 int Threads()
 {
-    return int(QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
+    const QDir tasks("/proc/self/task");
+    int count = 0;
+    for (const QString &task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile name(tasks.filePath(task + "/comm"));
+        count += name.open(QIODevice::ReadOnly) && name.readAll().startsWith("GenBrowserThre") ? 1 : 0;
+    }
+    return count;
 }
 
 /// The objects below a widget that have running timers.
@@ -176,9 +183,9 @@ QStringList RunningTimers(QWidget *aWidget)
 TEST_F(BrowserThread, ManualModeRunsNoThread)
 {
     Show(LxGenRefreshAutomatic);
-    const int threads = Threads();
+    EXPECT_TRUE(WaitForGui([] { return Threads() == 1; })) << "it names itself";
     mBrowser->SetRefreshMode(LxGenRefreshManual);
-    EXPECT_EQ(Threads(), threads - 1);
+    EXPECT_EQ(Threads(), 0);
     EXPECT_EQ(mArray.mScript.Count("Poll"), 0);
 }
 
@@ -323,6 +330,21 @@ TEST_F(BrowserThread, AQuestionThatIsTakenAwayIsAnsweredWithNo)
     }));
     asker.join();
     EXPECT_EQ(answer, 0);
+}
+
+TEST_F(BrowserThread, ARowOfAHiddenWindowCountsAsOnScreenSoClosingMustEndIt)
+{
+    Show(LxGenRefreshAutomatic);
+    EXPECT_TRUE(WaitForGui([&] { return Reads(0) > 1 && Threads() == 1; }));
+    mBrowser->GetQWidget()->hide();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(mBrowser->Tree()->IsVisibleSlot(mBrowser->Cell("Feature0")));
+    EXPECT_FALSE(mBrowser->Tree()->IsVisibleSlot(mBrowser->Cell("Feature59")));
+    const int reads = Reads(0);
+    EXPECT_TRUE(WaitForGui([&] { return Reads(0) > reads; }));
+    mBrowser->Close();
+    EXPECT_EQ(Threads(), 0);
+    EXPECT_FALSE(mFeatures[0]->HasSinks());
 }
 
 // Ending
