@@ -60,16 +60,19 @@ bool Overlap(const void *aA, uint64_t aSizeA, const void *aB, uint64_t aSizeB)
     return aB && (a < b ? b - a < aSizeA : a - b < aSizeB);
 }
 
-// Checks the input and describes its conversion, all but the output.
+// Checks the input and describes its conversion, all but the output. Every property is asked for once: an image of the
+// application's own may answer otherwise the next time.
 LxResult DescribeInput(const ILxImage *aInput, Conversion &aConversion)
 {
-    if (!aInput || !aInput->GetDataPointer() || aInput->GetWidth() == 0 || aInput->GetHeight() == 0) {
+    if (aInput) {
+        aConversion.mInput = static_cast<const uint8_t *>(aInput->GetDataPointer());
+        aConversion.mWidth = aInput->GetWidth();
+        aConversion.mHeight = aInput->GetHeight();
+    }
+    if (!aConversion.mInput || aConversion.mWidth == 0 || aConversion.mHeight == 0) {
         return LxResult(LxResultCode::InvalidArgument, "There is no image to convert.");
     }
     const LxPixelType type = aInput->GetPixelType();
-    aConversion.mInput = static_cast<const uint8_t *>(aInput->GetDataPointer());
-    aConversion.mWidth = aInput->GetWidth();
-    aConversion.mHeight = aInput->GetHeight();
     if (!LxDetail::FindConversionPlan(type, aConversion.mPlan)) {
         return LxResult(LxResultCode::PixelFormatNotSupported,
                         "The pixel format " + LxPixelTypeToString(type).GetString() + " cannot be converted.");
@@ -82,10 +85,9 @@ LxResult DescribeInput(const ILxImage *aInput, Conversion &aConversion)
                         "An image of " + SizeText(aConversion.mWidth, aConversion.mHeight) +
                             " pixels is too large, or has padding that its pixel format does not allow.");
     }
-    if (aInput->GetDataSize() < aConversion.mLayout.mSize) {
+    if (const uint64_t size = aInput->GetDataSize(); size < aConversion.mLayout.mSize) {
         return LxResult(LxResultCode::BufferTooSmall, "The image needs " + std::to_string(aConversion.mLayout.mSize) +
-                                                          " bytes of data and has " +
-                                                          std::to_string(aInput->GetDataSize()) + ".");
+                                                          " bytes of data and has " + std::to_string(size) + ".");
     }
     return LxResult();
 }

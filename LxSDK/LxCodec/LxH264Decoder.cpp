@@ -252,14 +252,17 @@ LxH264Decoder::~LxH264Decoder() = default;
 
 LxResult LxH264Decoder::Process(const ILxH264AccessUnit *aUnit)
 {
-    if (!aUnit || !aUnit->GetDataPointer()) {
+    // each asked for once: a unit of the application's own may answer otherwise the next time
+    const auto *const data = aUnit ? static_cast<const uint8_t *>(aUnit->GetDataPointer()) : nullptr;
+    if (!data) {
         return LxResult(LxResultCode::InvalidArgument, "An access unit is needed to decode it.");
     }
-    if (aUnit->GetDataSize() >= kLongestUnit) {
+    const uint64_t size = aUnit->GetDataSize();
+    if (size >= kLongestUnit) {
         return LxResult(LxResultCode::TooLong, "The access unit is too long.");
     }
     try {
-        return mData->Process({static_cast<const uint8_t *>(aUnit->GetDataPointer()), aUnit->GetDataSize()});
+        return mData->Process({data, size});
     }
     catch (const std::bad_alloc &) {
         return NoMemory();

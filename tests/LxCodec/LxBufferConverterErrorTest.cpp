@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -15,28 +16,140 @@
 namespace
 {
 
-// An image that says of itself whatever a test wants.
+// An image that says of itself whatever a test wants: 4 x 3 pixels of Mono8 unless told otherwise, in memory of exactly
+// the size that it says, so that the address sanitizer sees what is read beyond it.
 class ClaimedImage : public ILxImage
 {
 public:
-    uint32_t GetWidth() const override { return mWidth; }
+    uint32_t GetWidth() const override { return IsGone() ? mLaterWidth : mWidth; }
     uint32_t GetHeight() const override { return mHeight; }
     LxPixelType GetPixelType() const override { return mPixelType; }
-    const void *GetDataPointer() const override { return mData; }
-    uint64_t GetDataSize() const override { return mDataSize; }
+    const void *GetDataPointer() const override { return IsGone() ? nullptr : mData; }
+    uint64_t GetDataSize() const override { return IsGone() ? mLaterSize : mDataSize; }
     uint32_t GetPaddingX() const override { return mPaddingX; }
     uint32_t GetPaddingY() const override { return mPaddingY; }
     uint32_t GetOffsetX() const override { return 0; }
     uint32_t GetOffsetY() const override { return 0; }
 
+    void SetSize(uint64_t aSize)
+    {
+        mMemory.reset(new uint8_t[aSize]());
+        mData = mMemory.get();
+        mDataSize = aSize;
+    }
+
     uint32_t mWidth = 4;
     uint32_t mHeight = 3;
     LxPixelType mPixelType = LxPixelType::Mono8;
-    std::array<uint8_t, 64> mMemory = {};
-    const void *mData = mMemory.data();
+    std::unique_ptr<uint8_t[]> mMemory{new uint8_t[12]()};
+    const void *mData = mMemory.get();
     uint64_t mDataSize = 12;
     uint32_t mPaddingX = 0;
     uint32_t mPaddingY = 0;
+    int mGoneAfter = -1;  // questions for pointer, width or size that are answered before the image is gone; -1: all
+    uint32_t mLaterWidth = 0;
+    uint64_t mLaterSize = 0;
+
+private:
+    bool IsGone() const { return mGoneAfter >= 0 && mAsked++ >= mGoneAfter; }
+
+    mutable int mAsked = 0;
+};
+
+constexpr uint32_t kMost = 0xFFFFFFFF;
+
+struct BadInput
+{
+    const char *mName;
+    void (*mSpoil)(ClaimedImage &aImage);
+    LxResultCode mCode;
+};
+
+const BadInput kBadInputs[] = {
+    {"null data", [](ClaimedImage &i) { i.mData = nullptr; }, LxResultCode::InvalidArgument},
+    {"no width", [](ClaimedImage &i) { i.mWidth = 0; }, LxResultCode::InvalidArgument},
+    {"no height", [](ClaimedImage &i) { i.mHeight = 0; }, LxResultCode::InvalidArgument},
+    {"no pixel type", [](ClaimedImage &i) { i.mPixelType = LxPixelType::None; }, LxResultCode::PixelFormatNotSupported},
+    {"a pixel type without bits", [](ClaimedImage &i) { i.mPixelType = static_cast<LxPixelType>(1); },
+     LxResultCode::PixelFormatNotSupported},
+    {"an unknown pixel type", [](ClaimedImage &i) { i.mPixelType = static_cast<LxPixelType>(0x81080001); },
+     LxResultCode::PixelFormatNotSupported},
+    {"a pixel type of ones", [](ClaimedImage &i) { i.mPixelType = static_cast<LxPixelType>(kMost); },
+     LxResultCode::PixelFormatNotSupported},
+    {"no bytes", [](ClaimedImage &i) { i.SetSize(0); }, LxResultCode::BufferTooSmall},
+    {"a byte too few", [](ClaimedImage &i) { i.SetSize(11); }, LxResultCode::BufferTooSmall},
+    {"lines shorter than their pixels", [](ClaimedImage &i) { i.mWidth = 5; }, LxResultCode::BufferTooSmall},
+    {"a line too few", [](ClaimedImage &i) { i.mHeight = 4; }, LxResultCode::BufferTooSmall},
+    {"packed lines without their last byte",
+     [](ClaimedImage &i) {
+         i.mPixelType = LxPixelType::Mono12p;  // 4.5 bytes a line
+         i.mWidth = 3;
+         i.SetSize(14);
+     },
+     LxResultCode::BufferTooSmall},
+    {"a mosaic of words in half of its bytes", [](ClaimedImage &i) { i.mPixelType = LxPixelType::BayerRG16; },
+     LxResultCode::BufferTooSmall},
+    {"a second plane that is not there",
+     [](ClaimedImage &i) { i.mPixelType = LxPixelType::YCbCr420_8_YY_CbCr_Semiplanar; }, LxResultCode::BufferTooSmall},
+    {"padding that is not there", [](ClaimedImage &i) { i.mPaddingX = 1; }, LxResultCode::BufferTooSmall},
+    {"padding below that is not there", [](ClaimedImage &i) { i.mPaddingY = 1; }, LxResultCode::BufferTooSmall},
+    {"padding of -1", [](ClaimedImage &i) { i.mPaddingX = kMost; }, LxResultCode::BufferTooSmall},
+    {"padding below of -1", [](ClaimedImage &i) { i.mPaddingY = kMost; }, LxResultCode::BufferTooSmall},
+    {"paddings whose size overflows 64 bits",
+     [](ClaimedImage &i) {
+         i.mWidth = i.mPaddingX = kMost;
+         i.mHeight = kMost;
+         i.mDataSize = UINT64_MAX;
+     },
+     LxResultCode::InvalidArgument},
+    {"planes with padding",
+     [](ClaimedImage &i) {
+         i.mPixelType = LxPixelType::RGB8_Planar;
+         i.mPaddingX = 1;
+         i.SetSize(100);
+     },
+     LxResultCode::InvalidArgument},
+    {"the most lines", [](ClaimedImage &i) { i.mHeight = kMost; }, LxResultCode::BufferTooSmall},
+    {"the widest lines in too few bytes",
+     [](ClaimedImage &i) {
+         i.mWidth = 1u << 24;
+         i.mHeight = kMost;
+     },
+     LxResultCode::BufferTooSmall},
+    {"lines wider than that",
+     [](ClaimedImage &i) {
+         i.mWidth = (1u << 24) + 1;
+         i.mHeight = 1;
+     },
+     LxResultCode::InvalidArgument},
+    {"the largest width and height",
+     [](ClaimedImage &i) {
+         i.mWidth = i.mHeight = kMost;
+         i.mDataSize = UINT64_MAX;
+     },
+     LxResultCode::InvalidArgument},
+    {"the largest width and height of the longest pixels",
+     [](ClaimedImage &i) {
+         i.mPixelType = LxPixelType::RGBa16;
+         i.mWidth = i.mHeight = kMost;
+         i.mDataSize = UINT64_MAX;
+     },
+     LxResultCode::InvalidArgument},
+    {"data that shrink behind the back",
+     [](ClaimedImage &i) {
+         i.mGoneAfter = 2;  // pointer and width
+         i.mLaterSize = 11;
+     },
+     LxResultCode::BufferTooSmall},
+    {"data that vanish behind the back", [](ClaimedImage &i) { i.mGoneAfter = 2; }, LxResultCode::BufferTooSmall},
+    {"a width that vanishes behind the back", [](ClaimedImage &i) { i.mGoneAfter = 1; }, LxResultCode::InvalidArgument},
+    {"a width that grows behind the back",
+     [](ClaimedImage &i) {
+         i.mGoneAfter = 1;
+         i.mLaterWidth = 4000;
+         i.mLaterSize = 12;
+     },
+     LxResultCode::BufferTooSmall},
 };
 
 // Converts into an output that is there already, of the right size or not, and checks that failures leave it alone.
@@ -84,17 +197,31 @@ TEST_F(LxBufferConverterError, WithoutAnInputImage)
     ExpectRefused(nullptr, LxResultCode::InvalidArgument);
     const LxImage empty;
     ExpectRefused(&empty, LxResultCode::InvalidArgument);
-    mInput.mData = nullptr;
-    ExpectRefused(&mInput, LxResultCode::InvalidArgument);
 }
 
-TEST_F(LxBufferConverterError, WithoutPixels)
+TEST_F(LxBufferConverterError, EachKindOfBadInputHasItsCode)
 {
-    mInput.mWidth = 0;
-    ExpectRefused(&mInput, LxResultCode::InvalidArgument);
-    mInput.mWidth = 4;
-    mInput.mHeight = 0;
-    ExpectRefused(&mInput, LxResultCode::InvalidArgument);
+    for (const BadInput &bad : kBadInputs) {
+        SCOPED_TRACE(bad.mName);
+        const auto before = OutputState();
+        for (const bool adapt : {false, true}) {
+            for (const int threads : {1, 3}) {
+                ClaimedImage image;
+                bad.mSpoil(image);
+                mConverter.SetThreadCount(threads);
+                const LxResult result = mConverter.Convert(&image, &mOutput, adapt, false);
+                EXPECT_EQ(result, bad.mCode) << result.GetCodeString().GetAscii();
+                EXPECT_FALSE(result.GetDescription().IsEmpty());
+                EXPECT_EQ(OutputState(), before);
+            }
+        }
+    }
+}
+
+TEST_F(LxBufferConverterError, AnImageIsAskedOnceForEachOfItsProperties)
+{
+    mInput.mGoneAfter = 3;  // pointer, width, size
+    EXPECT_TRUE(mConverter.Convert(&mInput, &mOutput, false, false).IsOK());
 }
 
 TEST_F(LxBufferConverterError, WithoutAnOutputImage)
@@ -124,45 +251,7 @@ TEST_F(LxBufferConverterError, WithAFormatThatIsNotSupported)
     EXPECT_EQ(count, 113u);
     for (const uint32_t number : {0u, 1u, 0x01080000u, 0x81080001u, 0xFFFFFFFFu}) {
         EXPECT_FALSE(LxBufferConverter::IsSupported(static_cast<LxPixelType>(number)));
-        mInput.mPixelType = static_cast<LxPixelType>(number);
-        ExpectRefused(&mInput, LxResultCode::PixelFormatNotSupported);
     }
-}
-
-TEST_F(LxBufferConverterError, WithDataThatAreTooShort)
-{
-    mInput.mDataSize = 11;
-    ExpectRefused(&mInput, LxResultCode::BufferTooSmall);
-    mInput.mDataSize = 0;
-    ExpectRefused(&mInput, LxResultCode::BufferTooSmall);
-    mInput.mDataSize = 12;
-    mInput.mPaddingX = 1;
-    ExpectRefused(&mInput, LxResultCode::BufferTooSmall);
-    mInput.mPaddingX = 0;
-    mInput.mPaddingY = 1;
-    ExpectRefused(&mInput, LxResultCode::BufferTooSmall);
-    mInput.mPaddingY = 0;
-    mInput.mWidth = 1u << 24;
-    mInput.mHeight = 0xFFFFFFFF;
-    ExpectRefused(&mInput, LxResultCode::BufferTooSmall);
-}
-
-TEST_F(LxBufferConverterError, WithAGeometryThatHasNoSize)
-{
-    mInput.mWidth = mInput.mHeight = 0xFFFFFFFF;
-    mInput.mDataSize = UINT64_MAX;
-    ExpectRefused(&mInput, LxResultCode::InvalidArgument);
-    mInput.mPixelType = LxPixelType::RGBa16;
-    ExpectRefused(&mInput, LxResultCode::InvalidArgument);
-    mInput.mPixelType = LxPixelType::Mono8;
-    mInput.mWidth = (1u << 24) + 1;
-    mInput.mHeight = 1;
-    ExpectRefused(&mInput, LxResultCode::InvalidArgument);
-    mInput.mWidth = 4;
-    mInput.mHeight = 3;
-    mInput.mPixelType = LxPixelType::RGB8_Planar;
-    mInput.mPaddingX = 1;
-    ExpectRefused(&mInput, LxResultCode::InvalidArgument);
 }
 
 TEST_F(LxBufferConverterError, WithAnOutputTooLargeToBeHad)
@@ -234,14 +323,14 @@ TEST_F(LxBufferConverterError, WithAnInputInTheOutputsMemory)
 TEST_F(LxBufferConverterError, DoesNotSpoilTheNextConversion)
 {
     ExpectRefused(nullptr, LxResultCode::InvalidArgument);
-    mInput.mMemory.fill(7);
+    std::memset(mInput.mMemory.get(), 7, mInput.mDataSize);
     ASSERT_TRUE(mConverter.Convert(&mInput, &mOutput, false, false).IsOK());
     EXPECT_EQ(static_cast<uint8_t *>(mOutput.GetDataPointer())[46], 7);
 }
 
 TEST_F(LxBufferConverterOutput, IsMadeToFitWhenItMayBeAdapted)
 {
-    mInput.mMemory.fill(9);
+    std::memset(mInput.mMemory.get(), 9, mInput.mDataSize);
     const auto expectAdapted = [this](LxBuffer &aOutput) {
         ASSERT_TRUE(mConverter.Convert(&mInput, &aOutput, true, true).IsOK());
         const LxImage &image = *aOutput.GetImage();
@@ -283,6 +372,6 @@ TEST_F(LxBufferConverterOutput, ThatFitsKeepsItsMemory)
 
 TEST_F(LxBufferConverterOutput, IsMadeFromDataThatAreLongerThanTheGeometry)
 {
-    mInput.mDataSize = 64;
+    mInput.SetSize(64);
     EXPECT_TRUE(mConverter.Convert(&mInput, &mOutput, false, false).IsOK());
 }

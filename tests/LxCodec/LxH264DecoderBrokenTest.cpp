@@ -95,20 +95,21 @@ TEST_F(BrokenH264, ADamagedUnitIsNotShownAndNothingUntilTheNextKeyFrame)
     struct Case
     {
         const char *mName;
+        LxResultCode mCode;
         std::function<Bytes(const Bytes &)> mDamage;
     };
     const Case cases[] = {
-        {"cut in half", [](const Bytes &aUnit) { return Cut(aUnit, aUnit.size() / 2); }},
-        {"cut to the start of its slice",
+        {"cut in half", LxResultCode::Failed, [](const Bytes &aUnit) { return Cut(aUnit, aUnit.size() / 2); }},
+        {"cut to the start of its slice", LxResultCode::Failed,
          [](const Bytes &aUnit) {
              const Bytes startCode = {0, 0, 1};
              const auto slice = std::find_end(aUnit.begin(), aUnit.end(), startCode.begin(), startCode.end());
              return Cut(aUnit, static_cast<size_t>(slice - aUnit.begin()) + 6);
          }},
-        {"zeros", [](const Bytes &aUnit) { return Bytes(aUnit.size(), 0); }},
-        {"empty", [](const Bytes &) { return Bytes(); }},
-        {"garbage", [](const Bytes &aUnit) { return Bytes(aUnit.size(), 0xA5); }},
-        {"garbage behind a start code",
+        {"zeros", LxResultCode::InvalidDataFormat, [](const Bytes &aUnit) { return Bytes(aUnit.size(), 0); }},
+        {"empty", LxResultCode::InvalidDataFormat, [](const Bytes &) { return Bytes(); }},
+        {"garbage", LxResultCode::InvalidDataFormat, [](const Bytes &aUnit) { return Bytes(aUnit.size(), 0xA5); }},
+        {"garbage behind a start code", LxResultCode::Failed,
          [](const Bytes &aUnit) {
              Bytes bytes(aUnit.size(), 0xFF);
              bytes[0] = bytes[1] = bytes[2] = 0;
@@ -129,6 +130,14 @@ TEST_F(BrokenH264, ADamagedUnitIsNotShownAndNothingUntilTheNextKeyFrame)
                 expected.push_back(i < static_cast<int>(damaged) || i >= next ? i : -1);
             }
             EXPECT_EQ(pictures, expected) << one.mName << ' ' << damaged;
+            mDecoder.Flush();
+            for (size_t i = 0; i < damaged; ++i) {
+                ASSERT_TRUE(Process(stream[i]).IsOK());
+            }
+            EXPECT_EQ(Process(stream[damaged]), one.mCode) << one.mName << ' ' << damaged;
+            EXPECT_EQ(Process(stream[damaged + 1]),
+                      damaged + 1 == 10 || damaged + 1 == 20 ? LxResultCode::OK : LxResultCode::Failed)
+                << one.mName;
         }
     }
 }
