@@ -9,6 +9,7 @@
 #include <QtWidgets/QVBoxLayout>
 
 #include "BrowserWindowTest.h"
+#include "LxGUI/GenBrowser/GenBrowserWnd.h"
 
 namespace
 {
@@ -64,6 +65,33 @@ TEST_F(BrowserWindow, IsLaidOutAsAToolbarATreeAndADescription)
     EXPECT_EQ(splitter->widget(1), description);
     EXPECT_NEAR(double(splitter->sizes()[0]) / splitter->sizes()[1], 200.0 / 80, 0.1);
     EXPECT_EQ(mBrowser->GetQWidget()->windowTitle(), "");
+}
+
+TEST_F(BrowserWindow, SignalsAndSlotsHaveTheirNames)
+{
+    Show();
+    const auto expectSlots = [](const QObject *aObject, std::initializer_list<const char *> aSlots) {
+        for (const char *slot : aSlots) {
+            EXPECT_GE(aObject->metaObject()->indexOfSlot(slot), 0) << slot;
+        }
+    };
+    const auto expectSignals = [](const QObject *aObject, std::initializer_list<const char *> aSignals) {
+        for (const char *signal : aSignals) {
+            EXPECT_GE(aObject->metaObject()->indexOfSignal(signal), 0) << signal;
+        }
+    };
+    const GenBrowserWnd wnd(nullptr);
+    expectSlots(&wnd,
+                {"OnOptionsButtonClick()", "OnExpandButtonClick()", "OnCollapseButtonClick()", "OnRefreshButtonClick()",
+                 "OnVisibilityComboChange(int)", "OnSelectionChanged(const GenBrowserTreeItem*)"});
+    expectSlots(mBrowser->SearchBar(), {"Search(QString)", "MoveToNextOccurence()", "MoveToPreviousOccurence()"});
+    const GenBrowserOptionsDlg dialog(GenBrowserOptions(), nullptr);
+    expectSlots(&dialog, {"OnNamesComboChange(int)", "OnViewComboChange(int)", "accept()", "reject()"});
+    expectSlots(mBrowser->Tree(), {"IsVisibleSlot(QModelIndex)"});
+    expectSignals(mBrowser->Tree(), {"IsVisibleSignal(QModelIndex)", "OnSelectionChanged(const GenBrowserTreeItem*)"});
+    expectSlots(mBrowser->Model(), {"RefreshItemSlot(QModelIndex,QModelIndex)"});
+    expectSignals(mBrowser->Model(), {"RefreshItemSignal(QModelIndex,QModelIndex)"});
+    expectSlots(mBrowser->Tree()->itemDelegate(), {"closeEditor(QWidget*,QAbstractItemDelegate::EndEditHint)"});
 }
 
 TEST_F(BrowserWindow, ButtonsFollowTheModeBeforeThereIsAnArray)
