@@ -1,5 +1,6 @@
 // The serial bridge manager's window, driven by clicks.
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QMetaMethod>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QDialogButtonBox>
@@ -169,6 +170,46 @@ TEST_F(BridgeManagerTest, ACOMPortThatCannotBeOpenedIsNotSelected)
     EXPECT_EQ(Text("SummaryLabel"), "9600 baud, no parity, 8 bits, 1 stop bit");
     Combo("PortCombo")->setCurrentIndex(-1);
     EXPECT_EQ(Text("SummaryLabel"), "Not selected");
+}
+
+TEST_F(BridgeManagerTest, APortThatIsNotAvailableIsNoneToOpen)
+{
+    Show();
+    Press("COMPortRadio");
+    SelectCOMPort("COM3");
+    const std::string saved = SaveText();
+    Combo("PortCombo")->addItem("Not Available");
+    SelectCOMPort("Not Available");
+    EXPECT_EQ(Text("SummaryLabel"), "Not selected");
+    EXPECT_FALSE(Find<QLabel>("SummaryLabel")->isEnabled());
+    EXPECT_EQ(SaveText(), saved);
+}
+
+TEST_F(BridgeManagerTest, TheStatisticsAreReadFourTimesASecondWhileItIsOpen)
+{
+    class TimerSpy : public QObject
+    {
+    public:
+        TimerSpy() { qApp->installEventFilter(this); }
+        bool eventFilter(QObject *aObject, QEvent *aEvent) override
+        {
+            const auto *timer = aEvent->type() == QEvent::Timer ? qobject_cast<QTimer *>(aObject) : nullptr;
+            if (timer && timer->interval() == 250) {
+                mTimer = timer;
+                ++mCount;
+            }
+            return false;
+        }
+        const QTimer *mTimer = nullptr;
+        int mCount = 0;
+    } spy;
+    Show();
+    QElapsedTimer clock;
+    clock.start();
+    ASSERT_TRUE(WaitForGui([&] { return spy.mCount == 3; }));
+    EXPECT_GE(clock.elapsed(), 2 * 250 - 40) << "a coarse timer may come a twentieth early";
+    mWnd->Close();
+    EXPECT_FALSE(spy.mTimer->isActive());
 }
 
 TEST_F(BridgeManagerTest, AConfigurationThatIsRefusedIsReported)

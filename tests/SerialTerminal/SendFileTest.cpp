@@ -9,8 +9,11 @@
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QCloseEvent>
 #include <QtWidgets/QDialog>
+#include <atomic>
 #include <memory>
 
+#include "LxGUI/SerialTerminal/SendFileThread.h"
+#include "LxGUI/SerialTerminal/SerialTerminalWnd.h"
 #include "TerminalTest.h"
 
 namespace
@@ -61,6 +64,22 @@ protected:
     }
 
     QTemporaryDir mFolder;
+};
+
+/// Makes this process an ordinary user's, who may not read every file, for as long as the object lives.
+class OrdinaryUser
+{
+public:
+    OrdinaryUser() : mFormer(geteuid()) { mDone = mFormer != 0 || seteuid(65534) == 0; }
+    ~OrdinaryUser() { EXPECT_TRUE(!mDone || seteuid(mFormer) == 0); }
+    OrdinaryUser(const OrdinaryUser &) = delete;
+    OrdinaryUser &operator=(const OrdinaryUser &) = delete;
+
+    bool IsDone() const { return mDone; }
+
+private:
+    const uid_t mFormer;
+    bool mDone = false;
 };
 
 }  // namespace
@@ -230,8 +249,10 @@ TEST_F(SendFileTest, AnUnreadableFileIsRefused)
 {
     const QString path = File("secret");
     ASSERT_EQ(chmod(path.toLocal8Bit().constData(), 0), 0);
-    if (access(path.toLocal8Bit().constData(), R_OK) == 0) {
-        GTEST_SKIP() << "this user may read every file";
+    ASSERT_EQ(chmod(mFolder.path().toLocal8Bit().constData(), 0755), 0);  // the file can be seen
+    const OrdinaryUser user;
+    if (!user.IsDone()) {
+        GTEST_SKIP() << "root of this system cannot be another user";
     }
     ExpectRefused(path);
 }
@@ -342,6 +363,35 @@ TEST_F(SendFileTest, DestroyingTheWindowEndsTheSending)
     }
     EXPECT_EQ(device.OpenCount(), 0u);
     QCoreApplication::processEvents();
+}
+
+TEST_F(SendFileTest, TheThreadsAreTimeCritical)
+{
+    std::atomic<int> reading{-1};
+    std::atomic<int> writing{-1};
+    Port().SetObserver([&](bool aWriting) { (aWriting ? writing : reading) = QThread::currentThread()->priority(); });
+    mWnd.SendFile(File("text"));
+    EXPECT_TRUE(WaitForGui([&] { return reading == QThread::TimeCriticalPriority; }));
+    EXPECT_TRUE(WaitForGui([&] { return writing == QThread::TimeCriticalPriority; }));
+    Port().SetObserver(nullptr);
+    EXPECT_TRUE(mWnd.WaitUntilSent());
+}
+
+TEST_F(SendFileTest, WhatIsStoppedBeforeItsFirstChunkIsReportedNevertheless)
+{
+    SerialTerminalWnd wnd;
+    SendFileThread thread(&wnd, File("text"));
+    QStringList reports;
+    bool completed = false;
+    QObject::connect(&thread, &SendFileThread::printText, qApp, [&](const QString &aText) { reports << aText; });
+    QObject::connect(&thread, &SendFileThread::completed, qApp, [&](bool aResult) { completed = aResult; });
+    thread.SetLoopback(true);
+    thread.Stop();
+    thread.start();
+    ASSERT_TRUE(WaitForGui([&] { return completed; }));
+    ASSERT_EQ(reports.size(), 3);
+    EXPECT_EQ(reports[1], "0/4 successfully transmitted bytes (0%)\n");
+    EXPECT_EQ(reports[2], "0/0 bytes received from loopback (nan%)\n") << "of nothing";
 }
 
 // Everything at once

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -52,6 +53,12 @@ public:
         const std::lock_guard lock(mMutex);
         mWriteResult = aResult;
     }
+    /// Called before each write (true) and read (false), on their threads.
+    void SetObserver(std::function<void(bool)> aObserver)
+    {
+        const std::lock_guard lock(mMutex);
+        mObserver = std::move(aObserver);
+    }
     /// While held, a write does not return.
     void HoldWrites(bool aHold)
     {
@@ -88,6 +95,7 @@ public:
 
     LxResult Write(const uint8_t *aData, uint32_t aCount, uint32_t &aWritten) override
     {
+        Observe(true);
         std::unique_lock lock(mMutex);
         ++mWriting;
         mChanged.wait(lock, [this] { return !mHold; });
@@ -109,6 +117,7 @@ public:
     }
     LxResult Read(uint8_t *aData, uint32_t aCapacity, uint32_t &aRead, uint32_t aTimeout) override
     {
+        Observe(false);
         std::unique_lock lock(mMutex);
         ++mReads;
         mLastRead = {aCapacity, aTimeout};
@@ -145,7 +154,17 @@ public:
     }
 
 private:
+    void Observe(bool aWriting)
+    {
+        std::unique_lock lock(mMutex);
+        if (const auto observer = mObserver) {
+            lock.unlock();
+            observer(aWriting);
+        }
+    }
+
     mutable std::mutex mMutex;  // guards what is not atomic
+    std::function<void(bool)> mObserver;
     std::condition_variable mChanged;
     std::deque<char> mReceived;
     std::string mWritten;

@@ -496,6 +496,20 @@ TEST_F(TerminalTest, EchoesWhatItSends)
     EXPECT_EQ(Port().Written(), "echo");
 }
 
+TEST_F(TerminalTest, TheCursorIsBusyWhileItWrites)
+{
+    Qt::CursorShape shape = Qt::ArrowCursor;
+    Port().SetObserver([&](bool aWriting) {
+        if (aWriting) {
+            shape = mWnd.GetQWidget()->cursor().shape();
+        }
+    });
+    mWnd.Send("data");
+    EXPECT_EQ(shape, Qt::WaitCursor);
+    EXPECT_EQ(mWnd.GetQWidget()->cursor().shape(), Qt::ArrowCursor);
+    Port().SetObserver(nullptr);
+}
+
 TEST_F(TerminalTest, AFailingWriteIsSilent)
 {
     Port().FailWrites(LxResultCode::NotConnected);

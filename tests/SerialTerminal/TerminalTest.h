@@ -15,6 +15,24 @@
 #include "LxGUI/SerialTerminal/TranscriptView.h"
 #include "SerialDevice.h"
 
+/// Counts the events of a kind that an object gets; all objects, when it is the application.
+class EventCounter : public QObject
+{
+public:
+    EventCounter(QObject *aWatched, int aType) : mType(aType) { aWatched->installEventFilter(this); }
+
+    bool eventFilter(QObject *, QEvent *aEvent) override
+    {
+        mCount += aEvent->type() == mType;
+        return false;
+    }
+
+    int mCount = 0;
+
+private:
+    const int mType;
+};
+
 /// A terminal that a test uses as a user does.
 class Terminal : public LxSerialTerminalWnd
 {

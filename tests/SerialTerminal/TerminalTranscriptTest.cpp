@@ -166,6 +166,34 @@ TEST_F(TerminalTest, AFloodIsShownInOrder)
     }
 }
 
+TEST_F(TerminalTest, FewCharactersAreShownFourTimesASecondAtMost)
+{
+    const EventCounter shows(qApp, SerialTerminalWnd::ShowEvent);
+    qsizetype bytes = 0;
+    QElapsedTimer clock;
+    clock.start();
+    ASSERT_TRUE(WaitForGui([&] {
+        if (bytes - mWnd.Transcript().size() < 40) {
+            Port().Deliver("x");
+            ++bytes;
+        }
+        return shows.mCount >= 5;
+    }));
+    EXPECT_GE(clock.elapsed(), 4 * 250);
+    EXPECT_TRUE(mWnd.Shows(QString(bytes, 'x')));
+}
+
+TEST_F(TerminalTest, ManyCharactersAreShownAtOnce)
+{
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 1; i <= 40; ++i) {
+        Port().Deliver(std::string(64, 'x'));
+        ASSERT_TRUE(WaitForGui([&] { return mWnd.Transcript().size() == 64 * i; }));
+    }
+    EXPECT_LT(clock.elapsed(), 40 * 250) << "not four times a second";
+}
+
 TEST_F(TerminalTest, ReadErrorsAreSurvivedSlowly)
 {
     Port().FailReads(LxResultCode::Failed);
@@ -210,18 +238,8 @@ TEST(SerialTerminalTranscript, TheWindowShowsItOnItsEvent)
 
 TEST(SerialTerminalTranscript, TheWindowLooksByItselfAFrameAfterItWasAsked)
 {
-    class ShowCounter : public QObject
-    {
-    public:
-        bool eventFilter(QObject *, QEvent *aEvent) override
-        {
-            mCount += aEvent->type() == SerialTerminalWnd::ShowEvent;
-            return false;
-        }
-        int mCount = 0;
-    } shows;
     SerialTerminalWnd wnd;
-    wnd.installEventFilter(&shows);
+    const EventCounter shows(&wnd, SerialTerminalWnd::ShowEvent);
     wnd.ShowModeless(static_cast<QWidget *>(nullptr));
     const auto *view = wnd.GetQWidget()->findChild<TranscriptView *>("Transcript");
     std::vector<uint8_t> bytes(20000, 'x');
@@ -382,20 +400,10 @@ TEST(TranscriptView, PaintsTheNewestTextAlsoBeforeItsTurn)
 
 TEST(TranscriptView, PaintsOnceAFrameHoweverOftenTheTextChanges)
 {
-    class PaintCounter : public QObject
-    {
-    public:
-        bool eventFilter(QObject *, QEvent *aEvent) override
-        {
-            mCount += aEvent->type() == QEvent::Paint;
-            return false;
-        }
-        int mCount = 0;
-    } paints;
     TranscriptView view;
     view.resize(400, 100);
     view.show();
-    view.viewport()->installEventFilter(&paints);
+    EventCounter paints(view.viewport(), QEvent::Paint);
     ASSERT_TRUE(WaitForGui([&] { return paints.mCount > 0; }));
     QElapsedTimer clock;
     clock.start();
