@@ -23,15 +23,19 @@ std::string TwoFeatures()
            Integer("B", "BReg") + Integer("S", "Slow");
 }
 
-// Blocks in its callback until it is let go.
+// Blocks in its first call until it is let go.
 struct BlockingSink : LxGenEventSink
 {
     void OnParameterUpdate(LxGenParameter *) override
     {
+        if (mCalls++ > 0) {
+            return;
+        }
         mInside = true;
         mLeave.wait();
         mInside = false;
     }
+    std::atomic<int> mCalls{0};
     std::atomic<bool> mInside{false};
     std::latch mLeave{1};
 };
@@ -120,6 +124,7 @@ TEST(FailFast, TheStateChangesThoughASinkKeepsTheThreadThatTellsIt)
         {
             mRuns = true;
             mGoOn.get_future().wait();
+            mRuns = false;
         }
         std::atomic<bool> mRuns{false};
         std::promise<void> mGoOn;
@@ -129,8 +134,13 @@ TEST(FailFast, TheStateChangesThoughASinkKeepsTheThreadThatTellsIt)
     ASSERT_TRUE(WaitFor([&] { return busy.mRuns.load(); }));
     int64_t value = 0;
     EXPECT_EQ(camera.Int("A").GetValue(value), LxResultCode::NotConnected);
-    auto unregistering = std::async(std::launch::async, [&] { camera["A"].UnregisterEventSink(&busy); });
-    EXPECT_NE(unregistering.wait_for(50ms), std::future_status::ready) << "it waits for the call that runs";
+    std::atomic<bool> begun{false};
+    auto unregistering = std::async(std::launch::async, [&] {
+        begun = true;
+        camera["A"].UnregisterEventSink(&busy);
+        EXPECT_FALSE(busy.mRuns) << "it waits for the call that runs";
+    });
+    ASSERT_TRUE(WaitFor([&] { return begun.load(); }));
     camera.mPort->Return();
     EXPECT_TRUE(camera.Int("A").GetValue(value).IsOK());
     EXPECT_EQ(vanishing.wait_for(0s), std::future_status::timeout) << "the sink is still busy";
@@ -175,7 +185,13 @@ TEST(SinkBarrier, UnregisteringWaitsForACallOnAnotherThread)
         EXPECT_FALSE(sink.mInside);
         return result;
     });
-    EXPECT_EQ(done.wait_for(20ms), std::future_status::timeout);
+    int64_t next = 2;
+    ASSERT_TRUE(WaitFor([&] {
+        const int calls = sink.mCalls;
+        EXPECT_TRUE(camera.Int("A").SetValue(next++).IsOK());
+        return sink.mCalls == calls;
+    })) << "nobody calls it any more";
+    EXPECT_EQ(done.wait_for(0s), std::future_status::timeout) << "it waits for the call that runs";
     sink.mLeave.count_down();
     EXPECT_TRUE(done.get().IsOK());
     writer.join();

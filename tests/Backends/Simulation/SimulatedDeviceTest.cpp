@@ -412,11 +412,14 @@ TEST_F(SimulatedDeviceTest, ShortFreezeIsNoLoss)
     DeviceSink sink;
     device->RegisterEventSink(&sink);
     ASSERT_TRUE(LxSimulation::FreezeDevice(Camera, 60000).IsOK());
+    LxSimulation::SetRecording(true);
     auto reading = std::async(std::launch::async, [&] {
         int64_t value = 0;
         return device->GetParameters()->GetIntegerValue("Width", value);
     });
-    EXPECT_EQ(reading.wait_for(20ms), std::future_status::timeout);
+    EXPECT_TRUE(WaitFor([] { return !LxSimulation::GetCalls("ReadPort").empty(); }));
+    LxSimulation::SetRecording(false);
+    EXPECT_EQ(reading.wait_for(0s), std::future_status::timeout);
     ASSERT_TRUE(LxSimulation::ThawDevice(Camera).IsOK());
     EXPECT_TRUE(reading.get().IsOK());
     EXPECT_EQ(sink.mDisconnected, 0);
