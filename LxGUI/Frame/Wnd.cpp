@@ -279,8 +279,8 @@ void Wnd::BuildContent()
 void Wnd::DeleteContent()
 {
     for (const QPointer<QObject> &part : std::exchange(mParts, {})) {
-        if (!part) {
-            continue;
+        if (!part || !part->parent()) {
+            continue;  // the window has taken it out and keeps it
         }
         // What goes must not call slots that already expect what comes.
         disconnect(part, nullptr, this, nullptr);

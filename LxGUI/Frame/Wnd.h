@@ -64,7 +64,7 @@ protected:
     /// The first call of every CreateLayout(): takes the content away that this window built earlier, never children of
     /// the host's own, and returns the widget to build into. That is the current widget, or, when a host's widget has a
     /// layout of its own, a container that was added to that layout and has this window as event filter too. What must
-    /// survive of the earlier content is read before.
+    /// survive of the earlier content is read, or taken out (setParent(nullptr)), before.
     QWidget *BeginLayout();
     /// What BeginLayout() returned last: the widget that carries the content, or null.
     QWidget *Content() const { return mContent; }

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <QtCore/QFile>
+#include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QFileDialog>
+#include <QtWidgets/QGroupBox>
 
 #include "CameraBridgeManagerFixture.h"
 #include "LxGUI/CameraBridgeManager/CameraBridgeManagerWnd.h"
@@ -62,6 +64,77 @@ TEST_F(CameraBridgePanelTest, AHostsWidgetGetsTheSizesOfTheWindow)
     EXPECT_EQ(host.size(), QSize(900, 600));
     host.resize(3000, 3000);
     EXPECT_EQ(host.size(), QSize(1600, 1200));
+}
+
+TEST_F(CameraBridgePanelTest, TheLayoutHasItsNumbers)
+{
+    mWnd->ShowKCF();
+    Open();
+    QWidget *widget = mWnd->GetQWidget();
+    ASSERT_NE(widget->layout(), nullptr);
+    EXPECT_EQ(widget->layout()->spacing(), 8);
+    EXPECT_EQ(widget->layout()->contentsMargins(), QMargins(8, 8, 8, 8));
+    const QWidget *setup = Combo("PortCombo")->parentWidget();
+    EXPECT_EQ(setup->layout()->spacing(), 4);
+    EXPECT_EQ(setup->layout()->contentsMargins(), QMargins(8, 8, 8, 8));
+    EXPECT_EQ(setup->parentWidget()->layout()->spacing(), 4);
+    QStringList texts;
+    const int left = Find<QRadioButton>("NoneRadio")->x();
+    for (const QLabel *label : setup->findChildren<QLabel *>(QString())) {
+        if (label->objectName().isEmpty()) {
+            texts.append(label->text());
+            if (label->text() != "Source:") {
+                EXPECT_EQ(label->minimumWidth(), 80) << label->text().toStdString();
+                EXPECT_EQ(label->maximumWidth(), 80) << label->text().toStdString();
+                EXPECT_EQ(label->x(), left + 20) << label->text().toStdString();
+            }
+        }
+        else {
+            EXPECT_EQ(label->contentsMargins().left(), 83) << label->objectName().toStdString();
+        }
+    }
+    EXPECT_EQ(texts, QStringList({"Path", "Template", "XML", "XML", "Source:"}));
+    EXPECT_EQ(Find<QLineEdit>("KCFPathEdit")->minimumWidth(), 210);
+    for (const char *name : {"CLPTemplateCombo", "CLPXMLCombo", "GenCPXMLCombo"}) {
+        EXPECT_EQ(Combo(name)->minimumWidth(), 210) << name;
+    }
+    texts.clear();
+    for (const char *name :
+         {"NoneRadio", "KCFRadio", "KCFPathButton", "KCFLoadButton", "CLPRadio", "CLPProbeButton", "CLPConnectButton",
+          "GenCPRadio", "GenCPConnectButton", "ResetButton", "SyncCheck", "PoCLCheck"})
+    {
+        texts.append(Find<QAbstractButton>(name)->text());
+    }
+    EXPECT_EQ(texts, QStringList({"None", "Kelvra Camera File", "...", "Load", "GenICam CL Protocol", "Probe",
+                                  "Connect", "GenCP", "Connect", "Reset", "Frame Grabber Parameters Synchronization",
+                                  "Power Over Camera Link (PoCL)"}));
+    const QWidget *browser = widget->layout()->itemAt(1)->widget();
+    ASSERT_NE(browser, nullptr);
+    EXPECT_EQ(browser->minimumSize(), QSize(350, 300));
+    EXPECT_EQ(browser->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
+    EXPECT_EQ(browser->sizePolicy().verticalPolicy(), QSizePolicy::Expanding);
+    EXPECT_EQ(static_cast<QBoxLayout *>(widget->layout())->stretch(1), 1);
+}
+
+TEST_F(CameraBridgePanelTest, ADialogMayBeShownModallyAgain)
+{
+    Plug();
+    mWnd->SetDevice(mGrabber.GetDevice());
+    for (int time = 0; time < 2; ++time) {
+        OnNextModal([&](QWidget *aWidget) {
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);  // what goes of the first time
+            EXPECT_EQ(aWidget->findChildren<QGroupBox *>().size(), 3);
+            EXPECT_EQ(Combo("PortCombo")->count(), 2);
+            if (time == 0) {
+                ConnectGenCP();
+            }
+            EXPECT_GT(BrowserRows(), 0);
+            qobject_cast<QDialog *>(aWidget)->reject();
+        });
+        EXPECT_EQ(mWnd->ShowModal().GetCode(), 0x4002u);
+        EXPECT_EQ(BrowserRows(), 0);
+    }
+    EXPECT_TRUE(mWnd->GetBridge(0)->IsConnected());
 }
 
 TEST_F(CameraBridgePanelTest, TheFileDialogHasItsTextsAndItsChoiceIsThePath)
@@ -128,6 +201,8 @@ TEST_F(CameraBridgePanelTest, TheStatisticsTickWhileTheWindowIsOpenWhicheverDial
     EXPECT_EQ(BrowserRows(), 0) << "a closed window lets go of the features";
 
     mWnd->ShowModeless();  // in another dialog
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_GT(BrowserRows(), 0);
     ASSERT_NE(FindTimer(mWnd->GetQWidget()), nullptr);
     EXPECT_TRUE(FindTimer(mWnd->GetQWidget())->isActive());
     EXPECT_TRUE(WaitForGui([&] { return Label("SentLabel") != "Bytes sent: 0"; }));
