@@ -35,6 +35,16 @@ private:
     }
 };
 
+/// What a widget shows on a screen of a scale.
+QImage Render(QWidget *aWidget, double aScale)
+{
+    QImage image((QSizeF(aWidget->size()) * aScale).toSize(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(aScale);
+    image.fill(Qt::black);
+    aWidget->render(&image);
+    return image;
+}
+
 class TreeView : public testing::Test
 {
 protected:
@@ -97,12 +107,14 @@ TEST_F(TreeView, DrawsCellsLikeTheToolkit)
     GenBrowserTree *const tree = mBrowser.Tree();
     ASSERT_TRUE(tree->style()->inherits("QFusionStyle")) << "the style of the offscreen platform";
     tree->setCurrentIndex(mBrowser.Cell("Feature1"));
-    const QImage own = Grab(tree);
     QAbstractItemDelegate *const delegate = tree->itemDelegate();
     ToolkitPainting toolkit(nullptr, nullptr);
-    tree->setItemDelegate(&toolkit);
-    EXPECT_EQ(Grab(tree), own);
-    tree->setItemDelegate(delegate);
+    for (const double scale : {1.0, 1.5, 2.0}) {
+        const QImage own = Render(tree, scale);
+        tree->setItemDelegate(&toolkit);
+        EXPECT_EQ(Render(tree, scale), own) << scale;
+        tree->setItemDelegate(delegate);
+    }
 }
 
 TEST_F(TreeView, DrawsAStripBeforeFeaturesTheGroundOfCategoriesAndAFrameAroundRows)
@@ -146,11 +158,9 @@ TEST_F(TreeView, TheFrameAroundARowIsThatOfAPenAtEveryScale)
     palette.setColor(QPalette::AlternateBase, frame);
     tree->setPalette(palette);
     for (const double scale : {1.0, 1.25, 1.5, 2.0, 3.0}) {
-        QImage own((QSizeF(tree->viewport()->size()) * scale).toSize(), QImage::Format_RGB32);
-        own.setDevicePixelRatio(scale);
-        own.fill(Qt::black);
+        const QImage own = Render(tree->viewport(), scale);
         QImage pen = own;
-        tree->viewport()->render(&own);
+        pen.fill(Qt::black);
         QPainter painter(&pen);
         painter.setPen(frame);
         for (QModelIndex index = mBrowser.Cell("General"); index.isValid(); index = tree->indexBelow(index)) {
