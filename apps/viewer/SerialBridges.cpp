@@ -72,11 +72,15 @@ void ShowBridgeMessages(QWidget *aParent, const QStringList &aMessages)
     if (aMessages.isEmpty()) {
         return;
     }
+    QStringList sentences;
+    for (const QString &message : aMessages) {  // those that end with a sentence of the SDK have another full stop
+        sentences << (message.endsWith(QLatin1String("..")) ? message.chopped(1) : message);
+    }
     auto *box =
         new QMessageBox(QMessageBox::Warning, QObject::tr("Bridges"),
                         QObject::tr("Not all bridges of the last time could be restored."), QMessageBox::Ok, aParent);
     box->setObjectName(QStringLiteral("bridgeMessages"));
-    box->setInformativeText(aMessages.join(QStringLiteral("\n\n")));
+    box->setInformativeText(sentences.join(QStringLiteral("\n\n")));
     box->setTextFormat(Qt::PlainText);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();  // the camera's picture goes on meanwhile

@@ -99,7 +99,7 @@ TEST_F(ViewerSerial, WhatCannotBeRestoredIsToldInOneBox)
     EXPECT_EQ(box->text(), "Not all bridges of the last time could be restored.");
     EXPECT_EQ(box->informativeText(),
               "Serial bridge on Serial0: Unable to open serial port COM4711: NOT_FOUND, There is no COM port "
-              "\"COM4711\"..\n\n"
+              "\"COM4711\".\n\n"
               "Serial bridge on Serial1: Unable to parse Camera Link DLL hard-coded baud rate.\n\n"
               "Serial bridge manager: Port Bulk3 found in persistence file, not supported by device.");
     EXPECT_EQ(CountOffered(), 1u) << "one that failed does not stop another";
