@@ -156,6 +156,20 @@ HWY_INLINE IntVector SumOfProducts(ShortVector aA, ShortVector aB)
 // What is added to luma so that colours above 255 saturate.
 constexpr int16_t kSaturation = 32767 - 255;
 
+// Luma, which begins at a bit of each 16-bit word, plus kSaturation, which has no bit in common with it.
+template <int kBit>
+HWY_INLINE ShortVector GetSaturatingLuma(IntVector aWords)
+{
+    const Shorts shorts;
+    const auto saturation = hn::Set(shorts, kSaturation);
+    if constexpr (kBit == 0) {
+        return hn::OrAnd(saturation, hn::BitCast(shorts, aWords), hn::Set(shorts, 255));
+    }
+    else {
+        return hn::Or(GetHalves<kBit>(aWords), saturation);
+    }
+}
+
 // A colour in 0 to 255, from luma plus kSaturation.
 HWY_INLINE ShortVector AddChroma(ShortVector aLuma, ShortVector aChroma)
 {
@@ -183,7 +197,7 @@ public:
     {
         const Bytes bytes;
         const Shorts shorts;
-        const auto y = hn::Add(GetHalves<kY>(aPairs), hn::Set(shorts, kSaturation));
+        const auto y = GetSaturatingLuma<kY>(aPairs);
         const auto uv = GetHalves<kU>(aPairs);
         // A factor between 1 and 2 with 15 bits behind its point rounds every sample as the longer one of the matrix
         // does; green, which has two, needs all bits.
