@@ -86,17 +86,8 @@ LxResult DisplayWnd::Display(const ILxImage *aImage, bool aVSync)
 LxResult DisplayWnd::ConvertFrame(const ILxImage *aImage)
 {
     const QMutexLocker lock(&mImageMutex);
-    const bool wasEmpty = !mInternalBuffer.GetDataPointer();
-    LxResult result;
-    if (wasEmpty) {
-        result = mInternalBuffer.GetImage()->Alloc(aImage->GetWidth(), aImage->GetHeight(), LxPixelType::BGRa8);
-    }
-    if (result.IsOK()) {
-        result = mConverter.Convert(aImage, &mInternalBuffer, true, false);
-    }
-    if (wasEmpty && !result.IsOK()) {
-        mInternalBuffer.Free();  // new memory holds anything, which must not be shown
-    }
+    // makes the picture's memory too, once the frame has proved to be what it says
+    const LxResult result = mConverter.Convert(aImage, &mInternalBuffer, true, false);
     Refresh();
     return result;
 }

@@ -127,6 +127,9 @@ bool GLDisplay::Convert(const ILxImage &aImage)
         width /= 2;
         height = std::max(height / 2, 1u);
     }
+    if (std::max(width, height) > MostTextureLength()) {
+        return false;  // before memory is asked for that a frame only says it needs
+    }
     const QSize size(static_cast<int>(width), static_cast<int>(height));
     if (size != mFrame.mSize) {
         Resize(mFrame, size);
@@ -248,11 +251,17 @@ void GLDisplay::Unmap()
     mGL.glBindBuffer(GL_PIXEL_UNPACK_BUFFER, 0);
 }
 
-void GLDisplay::UploadTexture(Layer &aLayer)
+uint32_t GLDisplay::MostTextureLength() const
 {
     GLint limit = 0;
     mGL.glGetIntegerv(GL_MAX_TEXTURE_SIZE, &limit);
-    aLayer.mLive = !aLayer.mSize.isEmpty() && std::max(aLayer.mSize.width(), aLayer.mSize.height()) <= limit;
+    return static_cast<uint32_t>(std::max(limit, 0));
+}
+
+void GLDisplay::UploadTexture(Layer &aLayer)
+{
+    const auto longest = static_cast<uint32_t>(std::max(aLayer.mSize.width(), aLayer.mSize.height()));
+    aLayer.mLive = !aLayer.mSize.isEmpty() && longest <= MostTextureLength();
     if (!aLayer.mLive) {
         return;
     }

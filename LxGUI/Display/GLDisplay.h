@@ -61,6 +61,7 @@ private:
     void Draw(const Layer &aLayer);
     void *MapAnew(const Layer &aLayer);
     void Unmap();
+    uint32_t MostTextureLength() const;
     void UploadTexture(Layer &aLayer);
     void Resize(Layer &aLayer, const QSize &aSize);
     void MakeBuffer(Layer &aLayer);
