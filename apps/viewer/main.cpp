@@ -3,6 +3,7 @@
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
 #include <QtGui/QIcon>
+#include <QtGui/QImageReader>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
 #include <cstdio>
@@ -114,6 +115,8 @@ int main(int argc, char **argv)
     std::thread fonts(FcInit);  // what fonts there are takes as long to find out as all the rest: both at once
     QApplication application(argc, argv);
     fonts.join();
+    // the menu bar's icon has each plugin asked whether it can read it: they are loaded while the rest is built
+    const std::jthread images([] { QImageReader::supportedImageFormats(); });
     QApplication::setOrganizationName(QStringLiteral("LxGUI"));
     QApplication::setApplicationName(QStringLiteral("lxgui-viewer"));
     QApplication::setApplicationVersion(QStringLiteral(LXGUI_VERSION_STRING));
