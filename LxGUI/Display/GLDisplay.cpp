@@ -172,15 +172,18 @@ void GLDisplay::UpdateOverlay()
     if (!hadText && !mWindow.HasOverlay()) {
         return;
     }
-    // painted beside the mapped memory, which must not be read back, and copied as a whole
+    // painted beside the mapped memory, which must not be read back, and copied as a whole;
+    // premultiplied while it is painted, as otherwise Qt darkens the edges of text
     if (mOverlayImage.size() != fitted) {
-        mOverlayImage = QImage(fitted, QImage::Format_ARGB32);
+        mOverlayImage = QImage(fitted, QImage::Format_ARGB32_Premultiplied);
     }
+    mOverlayImage.reinterpretAsFormat(QImage::Format_ARGB32_Premultiplied);
     mOverlayImage.setDevicePixelRatio(devicePixelRatioF());
     mOverlayImage.fill(0);
     QPainter painter(&mOverlayImage);
     mOverlayRect = mWindow.DrawOverlay(painter);
     painter.end();
+    mOverlayImage.convertTo(QImage::Format_ARGB32);  // what the blending takes
     if (void *memory = MapAnew(mOverlay)) {
         std::memcpy(memory, mOverlayImage.constBits(), static_cast<size_t>(mOverlay.ByteCount()));
         Unmap();

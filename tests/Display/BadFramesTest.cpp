@@ -1,6 +1,7 @@
 // What is wrong with a frame decides the result, in either renderer; nothing behind its data is read, which the address
 // sanitizer sees, because the memory is exactly as large as the frame says. On an X server.
 
+#include <QtCore/QElapsedTimer>
 #include <cstring>
 #include <functional>
 #include <memory>
@@ -175,6 +176,27 @@ TEST_F(BadFrames, AreNoErrorByOpenGLOnceTheyAreHandedOver)
         EXPECT_EQ(mDisplay.Display(&image, false), LxResult(row.mSoftware == NoImage ? NoImage : LxResultCode::OK));
         EXPECT_EQ(Screen().pixel(30, 40), row.mOpenGL == Then::Last ? PictureColor(30, 40) : cBackground);
     }
+}
+
+TEST_F(BadFrames, WithoutDataAreNotTakenByOpenGLSoThatTheirCallerWaitsInVain)
+{
+    ShowGood(LxRendererModeOpenGL);
+    mSpy.mUploads.clear();
+    mSpy.mQuads = 0;
+    BadImage image;
+    image.mData.reset();
+    qint64 elapsed = 0;
+    OnAnotherThread([&] {
+        QElapsedTimer clock;
+        clock.start();
+        EXPECT_EQ(mDisplay.Display(&image, false).GetCode(), 0u);
+        elapsed = clock.elapsed();
+    });
+    EXPECT_GE(elapsed, 490);
+    EXPECT_GT(mSpy.mQuads, 0) << "painted meanwhile";
+    EXPECT_TRUE(mSpy.mUploads.empty());
+    EXPECT_EQ(mDisplay.PendingImage(), nullptr);
+    EXPECT_EQ(Screen().pixel(30, 40), PictureColor(30, 40));
 }
 
 // The memory is that of the small size.

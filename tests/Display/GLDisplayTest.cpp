@@ -3,15 +3,17 @@
 #include <gmock/gmock.h>
 
 #include <QtCore/QElapsedTimer>
+#include <QtGui/QOpenGLContext>
+#include <QtGui/QOpenGLFunctions>
 #include <QtGui/QWheelEvent>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
 #include "LxGUI/LxDisplayWnd.h"
 #include "OpenGLTest.h"
-#include "WaitFor.h"
 
 using testing::ElementsAre;
 using namespace DisplayGeometry;
@@ -21,23 +23,71 @@ namespace
 
 const QRgb cDarkGray = QColor(Qt::darkGray).rgb();
 
-/// Runs something on another thread while the GUI thread handles events.
-template <typename Function>
-void OnAnotherThread(Function aFunction)
+/// Spoils the OpenGL widgets that come into a host: no platform makes contexts of their kind.
+class ContextSpoiler : public QObject
 {
-    std::atomic<bool> done{false};
-    std::thread thread([&] {
-        aFunction();
-        done = true;
-    });
-    EXPECT_TRUE(WaitForGui([&] { return done.load(); }));
-    thread.join();
-}
+public:
+    bool eventFilter(QObject *, QEvent *aEvent) override
+    {
+        if (aEvent->type() == QEvent::ChildAdded) {
+            if (auto *widget = qobject_cast<GLDisplay *>(static_cast<QChildEvent *>(aEvent)->child())) {
+                QSurfaceFormat format;
+                format.setRenderableType(QSurfaceFormat::OpenVG);
+                widget->setFormat(format);
+            }
+        }
+        return false;
+    }
+};
+
+/// Paints also when Qt would not, as nothing of it can be seen.
+class PaintedByHand : public GLDisplay
+{
+public:
+    using GLDisplay::GLDisplay;
+    void Paint()
+    {
+        makeCurrent();
+        paintGL();
+        doneCurrent();
+    }
+};
 
 }  // namespace
 
 class OpenGLDisplay : public OpenGLTest
 {
+protected:
+    bool IsFrameWaiting()
+    {
+        const QMutexLocker lock(&mDisplay.ImageMutex());
+        return mDisplay.PendingImage() != nullptr;
+    }
+
+    /// Shows a picture on another thread; once it waits, calls the function, which has to take it. Again and again
+    /// until one is taken, as a busy machine may need longer than a picture waits.
+    template <typename Function>
+    bool IsTakenFromAnotherThread(const LxBuffer &aPicture, Function aTake)
+    {
+        for (int i = 0; i < 20; ++i) {
+            std::atomic<qint64> elapsed{-1};
+            std::thread producer([&] {
+                QElapsedTimer clock;
+                clock.start();
+                EXPECT_EQ(mDisplay.Display(aPicture, false).GetCode(), 0u);
+                elapsed = clock.elapsed();
+            });
+            EXPECT_TRUE(WaitFor([&] { return IsFrameWaiting() || elapsed >= 0; }));
+            mSpy.mUploads.clear();
+            aTake();
+            const bool isUploaded = !mSpy.mUploads.empty();
+            producer.join();
+            if (isUploaded && elapsed < 490) {
+                return true;
+            }
+        }
+        return false;
+    }
 };
 
 TEST_F(OpenGLDisplay, LargeFramesAreHalvedOnce)
@@ -130,29 +180,60 @@ TEST_F(OpenGLDisplay, AClearOnItsWayDoesNotTakeTheNextFrame)
     EXPECT_EQ(Screen().pixel(30, 40), PictureColor(30, 40));
 }
 
-TEST_F(OpenGLDisplay, TheOverlayIsUploadedOnlyWhenItChanges)
+TEST_F(OpenGLDisplay, AFrameThatWaitsWhileTheDisplayIsClearedIsShownAfterwards)
 {
-    ShowAt(300, 200);
-    mDisplay.SetTextOverlay("one");
-    ShowPicture(100, 50);
-    Screen();
-    mSpy.mUploads.clear();
-    ShowPicture(100, 50);
-    Screen();
-    EXPECT_THAT(mSpy.mUploads, ElementsAre(QSize(100, 50)));
-    mDisplay.SetTextOverlay("two");
-    ShowPicture(100, 50);
-    Screen();
-    EXPECT_THAT(mSpy.mUploads, ElementsAre(QSize(100, 50), QSize(100, 50), QSize(300, 150)));
+    ShowAt(200, 100);
+    ShowPicture(300, 100);
+    const auto picture = MakePicture(200, 100);
+    EXPECT_TRUE(IsTakenFromAnotherThread(*picture, [&] {
+        mDisplay.Clear();
+        QCoreApplication::sendPostedEvents(&mDisplay);
+        EXPECT_EQ(GL()->LiveBufferCount(), 0u) << "cleared";
+        EXPECT_TRUE(WaitForGui([&] { return !mSpy.mUploads.empty() || !IsFrameWaiting(); }));
+    }));
+    EXPECT_EQ(GL()->FrameSize(), QSize(200, 100));
+    EXPECT_EQ(Screen().pixel(30, 40), PictureColor(30, 40));
 }
 
-TEST_F(OpenGLDisplay, WithoutTextNoOverlayIsUploaded)
+TEST_F(OpenGLDisplay, WithoutAFrameThereAreObjectsWithoutMemoryAndNothingIsDrawn)
 {
-    ShowAt(300, 200);
-    ShowPicture(100, 50);
-    ShowPicture(100, 50);
+    QCoreApplication::sendPostedEvents(&mDisplay);  // the change of the renderer clears
+    mDisplay.SetTextOverlay("text");
+    ShowAt(200, 100);
+    EXPECT_EQ(Screen().pixel(100, 50), cDarkGray);
+    EXPECT_EQ(mSpy.mBuffersMade, 2);
+    EXPECT_EQ(mSpy.mTexturesMade, 2);
+    EXPECT_EQ(GL()->LiveBufferCount(), 2u);
+    EXPECT_EQ(GL()->LiveTextureCount(), 2u);
+    EXPECT_EQ(mSpy.mMaps, 0) << "mapping nothing is an error";
+    EXPECT_EQ(mSpy.mQuads, 0);
+    GL()->makeCurrent();
+    EXPECT_EQ(GL()->context()->functions()->glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+    GL()->doneCurrent();
+}
+
+TEST_F(OpenGLDisplay, AWidgetWithoutHeightTakesFramesAndDrawsNothing)
+{
+    ShowAt(200, 100);
+    mDisplay.SetTextOverlay("text");
+    PaintedByHand widget(mDisplay);
+    widget.setParent(&mHost);
+    widget.resize(200, 100);
+    widget.show();
+    widget.resize(200, 0);
     Screen();
-    EXPECT_THAT(mSpy.mUploads, ElementsAre(QSize(100, 50), QSize(100, 50)));
+    mSpy.mQuads = 0;
+    const auto picture = MakePicture(60, 40);
+    EXPECT_TRUE(IsTakenFromAnotherThread(*picture, [&] {
+        widget.SetNewUpload(true);
+        widget.Paint();
+    }));
+    EXPECT_THAT(mSpy.mUploads, ElementsAre(QSize(60, 40))) << "no overlay";
+    EXPECT_EQ(mSpy.mQuads, 0);
+    widget.resize(200, 100);
+    mSpy.mQuads = 0;
+    widget.Paint();
+    EXPECT_EQ(mSpy.mQuads, 2);
 }
 
 TEST_F(OpenGLDisplay, ADisplayOnTheGuiThreadShowsItsFrameAtOnce)
@@ -286,6 +367,29 @@ TEST_F(OpenGLDisplay, AFailedMappingDropsTheFrameAndNobodyWaits)
     EXPECT_EQ(Screen().pixel(150, 80), PictureColor(150, 80));
 }
 
+TEST_F(OpenGLDisplay, WithoutAContextTheModeIsSetAndNothingIsDrawn)
+{
+    ASSERT_EQ(mDisplay.SetRendererMode(0).GetCode(), 0u);
+    ShowAt(200, 100);
+    ContextSpoiler spoiler;
+    mHost.installEventFilter(&spoiler);
+    EXPECT_EQ(mDisplay.SetRendererMode(1).GetCode(), 0u);
+    EXPECT_EQ(mDisplay.GetRendererMode(), 1);
+    ASSERT_NE(GL(), nullptr);
+    EXPECT_EQ(mDisplay.Display(*MakePicture(200, 100), false).GetCode(), 0u);
+    Screen();
+    EXPECT_FALSE(GL()->isValid());
+    EXPECT_EQ(mSpy.mBuffersMade, 0);
+    EXPECT_EQ(mSpy.mQuads, 0);
+    EXPECT_EQ(mDisplay.PendingImage(), nullptr);
+    mDisplay.Clear();
+    mDisplay.SetBackgroundColor(Qt::red);
+    Settle();
+    EXPECT_EQ(mDisplay.SetRendererMode(0).GetCode(), 0u);
+    ShowPicture(200, 100);
+    EXPECT_EQ(Screen().pixel(30, 40), PictureColor(30, 40)) << "software still draws";
+}
+
 TEST_F(OpenGLDisplay, TheSwapIntervalFollowsTheFlagOfTheLastFrame)
 {
     mSpy.mPlatformExtensions = "GLX_EXT_something GLX_SGI_swap_control";
@@ -390,11 +494,7 @@ TEST_F(OpenGLDisplay, AChangeOfTheRendererLetsAWaitingFrameGo)
         mDisplay.Display(*picture, false);
         done = true;
     });
-    const auto isPending = [&] {
-        const QMutexLocker lock(&mDisplay.ImageMutex());
-        return mDisplay.PendingImage() != nullptr;
-    };
-    EXPECT_TRUE(WaitFor([&] { return isPending() || done; }));
+    EXPECT_TRUE(WaitFor([&] { return IsFrameWaiting() || done; }));
     EXPECT_EQ(mDisplay.SetRendererMode(0).GetCode(), 0u);
     EXPECT_TRUE(WaitFor([&] { return done.load(); }));
     producer.join();

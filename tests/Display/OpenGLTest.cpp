@@ -4,6 +4,7 @@
 #include <QtGui/QOpenGLContext>
 #include <QtGui/QScreen>
 #include <algorithm>
+#include <cstring>
 
 #include "LxGUI/Display/RendererInfo.h"
 
@@ -13,7 +14,10 @@ namespace
 OpenGLSpy *sSpy = nullptr;
 
 PFNGLGENBUFFERSPROC sGenBuffers;
+PFNGLBUFFERDATAPROC sBufferData;
 PFNGLMAPBUFFERPROC sMapBuffer;
+GLsizeiptr sBufferSize;
+decltype(&::glBegin) sBegin;
 decltype(&::glGenTextures) sGenTextures;
 decltype(&::glTexImage2D) sTexImage;
 
@@ -23,9 +27,26 @@ void APIENTRY GenBuffers(GLsizei aCount, GLuint *aNames)
     sGenBuffers(aCount, aNames);
 }
 
+void APIENTRY BufferData(GLenum aTarget, GLsizeiptr aSize, const void *aData, GLenum aUsage)
+{
+    sBufferSize = aSize;
+    sBufferData(aTarget, aSize, aData, aUsage);
+}
+
 void *APIENTRY MapBuffer(GLenum aTarget, GLenum aAccess)
 {
-    return sSpy->mFailMaps ? nullptr : sMapBuffer(aTarget, aAccess);
+    ++sSpy->mMaps;
+    void *memory = sSpy->mFailMaps ? nullptr : sMapBuffer(aTarget, aAccess);
+    if (memory && sSpy->mDirtyMaps) {
+        std::memset(memory, 0xA5, static_cast<size_t>(sBufferSize));
+    }
+    return memory;
+}
+
+void APIENTRY Begin(GLenum aMode)
+{
+    ++sSpy->mQuads;
+    sBegin(aMode);
 }
 
 void APIENTRY GenTextures(GLsizei aCount, GLuint *aNames)
@@ -75,6 +96,12 @@ QFunctionPointer Look(const char *aName)
     }
     if (name == "glGenBuffers") {
         return Wrap<PFNGLGENBUFFERSPROC>(real, sGenBuffers, GenBuffers);
+    }
+    if (name == "glBufferData") {
+        return Wrap<PFNGLBUFFERDATAPROC>(real, sBufferData, BufferData);
+    }
+    if (name == "glBegin") {
+        return Wrap<decltype(&::glBegin)>(real, sBegin, Begin);
     }
     if (name == "glMapBuffer") {
         return Wrap<PFNGLMAPBUFFERPROC>(real, sMapBuffer, MapBuffer);

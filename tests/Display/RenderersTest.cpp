@@ -1,6 +1,8 @@
 // Both renderers show the same frames in the same way. On an X server.
 
+#include <QtCore/QThread>
 #include <QtWidgets/QDialog>
+#include <atomic>
 
 #include "FakePayloads.h"
 #include "H264Stream.h"
@@ -51,6 +53,39 @@ std::unique_ptr<LxBuffer> Converted(const LxBuffer &aBuffer)
     EXPECT_TRUE(converter.Convert(aBuffer.GetImage(), picture.get(), true, false).IsOK());
     return picture;
 }
+
+/// An image that looks, whenever somebody wants its data, who that is and whether the display is locked meanwhile.
+class WatchingImage : public ILxImage
+{
+public:
+    WatchingImage(const LxImage &aImage, DisplayWnd &aDisplay) : mImage(aImage), mDisplay(aDisplay) {}
+    uint32_t GetWidth() const override { return mImage.GetWidth(); }
+    uint32_t GetHeight() const override { return mImage.GetHeight(); }
+    LxPixelType GetPixelType() const override { return mImage.GetPixelType(); }
+    const void *GetDataPointer() const override
+    {
+        if (mDisplay.ImageMutex().tryLock()) {
+            mDisplay.ImageMutex().unlock();
+            ++mUnlocked;
+        }
+        mOnGuiThread += QThread::currentThread() == mDisplay.thread();
+        ++mAsked;
+        return mImage.GetDataPointer();
+    }
+    uint64_t GetDataSize() const override { return mImage.GetDataSize(); }
+    uint32_t GetPaddingX() const override { return mImage.GetPaddingX(); }
+    uint32_t GetPaddingY() const override { return mImage.GetPaddingY(); }
+    uint32_t GetOffsetX() const override { return mImage.GetOffsetX(); }
+    uint32_t GetOffsetY() const override { return mImage.GetOffsetY(); }
+
+    mutable std::atomic<int> mAsked{0};
+    mutable std::atomic<int> mUnlocked{0};
+    mutable std::atomic<int> mOnGuiThread{0};
+
+private:
+    const LxImage &mImage;
+    DisplayWnd &mDisplay;
+};
 
 }  // namespace
 
@@ -144,6 +179,18 @@ TEST_P(BothRenderers, SkipThePaddingOfLines)
     const auto buffer = MakePattern(128, 96, LxPixelType::Mono8, 7);
     ASSERT_TRUE(mDisplay.Display(*buffer, false).IsOK());
     ExpectFitted(Screen(), *Converted(*buffer)->GetImage(), cBackground);
+}
+
+TEST_P(BothRenderers, ConvertFramesWhileNobodyElseMayUseTheDisplay)
+{
+    ShowAt(200, 150);
+    const auto picture = MakePicture(200, 150);
+    const WatchingImage image(*picture->GetImage(), mDisplay);
+    OnAnotherThread([&] { EXPECT_TRUE(mDisplay.Display(&image, false).IsOK()); });
+    EXPECT_EQ(Screen().pixel(30, 40), PictureColor(30, 40));
+    EXPECT_GT(image.mAsked, 0);
+    EXPECT_EQ(image.mUnlocked, 0);
+    EXPECT_EQ(image.mOnGuiThread, GetParam() ? image.mAsked.load() : 0) << "OpenGL converts where it paints";
 }
 
 TEST_P(BothRenderers, FollowEveryResize)
