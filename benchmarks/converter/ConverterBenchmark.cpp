@@ -74,6 +74,16 @@ double TimeRing(const Convert &aConvert)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count() / kRing;
 }
 
+// Seconds that a converter takes for a frame.
+double TimeConverter(benchmark::State &aState, Ring &aRing, LxBufferConverter &aConverter)
+{
+    return TimeRing([&](int aFrame) {
+        if (!aConverter.Convert(&aRing.GetInput(aFrame), &aRing.GetOutput(aFrame), false, false).IsOK()) {
+            aState.SkipWithError("not converted");
+        }
+    });
+}
+
 double Median(std::vector<double> aValues)
 {
     const auto middle = aValues.begin() + static_cast<long>(aValues.size() / 2);
@@ -112,11 +122,7 @@ void Convert(benchmark::State &aState, LxPixelType aType, Size aSize)
             });
         };
         limit.push_back(std::min(pass(false), pass(true)));
-        ours.push_back(TimeRing([&](int aFrame) {
-            if (!converter.Convert(&ring.GetInput(aFrame), &ring.GetOutput(aFrame), false, false).IsOK()) {
-                aState.SkipWithError("not converted");
-            }
-        }));
+        ours.push_back(TimeConverter(aState, ring, converter));
         aState.SetIterationTime(ours.back());
         for (size_t i = 0; i < peers.size(); ++i) {
             others[i].push_back(TimeRing([&](int aFrame) {
@@ -193,16 +199,12 @@ void TwoThreads(benchmark::State &aState, LxPixelType aType, Size aSize)
     std::vector<double> together;
     std::vector<double> limit;
     for (auto _ : aState) {
-        const auto time = [&](LxBufferConverter &aConverter) {
-            return TimeRing(
-                [&](int aFrame) { aConverter.Convert(&ring.GetInput(aFrame), &ring.GetOutput(aFrame), false, false); });
-        };
         const auto pass = [&](bool aStream) {
             return TimeRing(
                 [&](int aFrame) { PassOverImage(ring.GetIn(aFrame), bits, ring.GetOut(aFrame), pixels, aStream); });
         };
-        alone.push_back(time(one));
-        together.push_back(time(two));
+        alone.push_back(TimeConverter(aState, ring, one));
+        together.push_back(TimeConverter(aState, ring, two));
         aState.SetIterationTime(together.back());
         const double single = std::min(pass(false), pass(true));
         SecondThread second;
@@ -237,12 +239,8 @@ void ChosenThreads(benchmark::State &aState, LxPixelType aType, Size aSize)
     std::vector<double> alone;
     std::vector<double> together;
     for (auto _ : aState) {
-        const auto time = [&](LxBufferConverter &aConverter) {
-            return TimeRing(
-                [&](int aFrame) { aConverter.Convert(&ring.GetInput(aFrame), &ring.GetOutput(aFrame), false, false); });
-        };
-        alone.push_back(time(one));
-        together.push_back(time(chosen));
+        alone.push_back(TimeConverter(aState, ring, one));
+        together.push_back(TimeConverter(aState, ring, chosen));
         aState.SetIterationTime(together.back());
     }
     aState.counters["speedup"] = MedianRatio(alone, together);
