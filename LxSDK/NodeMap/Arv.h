@@ -86,7 +86,6 @@ void *FindArv(const char *aName);
 #define arv_get_minor_version LX_ARV(arv_get_minor_version)
 #define arv_get_n_interfaces LX_ARV(arv_get_n_interfaces)
 #define arv_gv_device_auto_packet_size LX_ARV(arv_gv_device_auto_packet_size)
-#define arv_gv_device_get_type LX_ARV(arv_gv_device_get_type)
 #define arv_gv_device_is_controller LX_ARV(arv_gv_device_is_controller)
 #define arv_gv_device_leave_control LX_ARV(arv_gv_device_leave_control)
 #define arv_gv_device_new LX_ARV(arv_gv_device_new)
