@@ -301,8 +301,10 @@ TEST_F(COMBridgeTest, UnpluggedCOMPortEndsTheLinkOnly)
 TEST_F(COMBridgeTest, GoesOnWhenTheDeviceIsBack)
 {
     ASSERT_TRUE(Start().IsOK());
+    LxSimulation::SetRecording(true);
     LxSimulation::SetDevicePresent(SimulatedGrabber::ID, false);
     mTerminal.Write("lost");
+    ASSERT_TRUE(WaitFor([] { return LxSimulation::GetCalls("SerialWrite").size() > 0; }));
     EXPECT_EQ(mTerminal.Read(1, 50), "");
     LxSimulation::SetDevicePresent(SimulatedGrabber::ID, true);
     // What was sent just then may be lost too.
@@ -317,8 +319,10 @@ TEST_F(COMBridgeTest, ReadErrorsAreOvercome)
     ASSERT_TRUE(Start().IsOK());
     LxSimulatedSerialConditions failing;
     failing.mReadResult = LxResultCode::ProtocolError;
+    LxSimulation::SetRecording(true);
     SimulatedGrabber::SetConditions(Serial0, failing);
     mTerminal.Write("abc");
+    ASSERT_TRUE(WaitFor([] { return LxSimulation::GetCalls("SerialRead").size() >= 2; })) << "it goes on reading";
     EXPECT_EQ(mTerminal.Read(1, 50), "");
     SimulatedGrabber::SetConditions(Serial0, {});
     EXPECT_EQ(mTerminal.Read(3), "abc");
@@ -344,7 +348,7 @@ TEST_F(COMBridgeTest, StopEndsTransfersThatAreStuck)
     const auto start = std::chrono::steady_clock::now();
     mBridge.Stop();
     flooded.Stop();
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 20s) << "what is stuck would be so for ever";
     EXPECT_EQ(LxSimulation::GetCounters().mSerialPorts, 0u);
 }
 

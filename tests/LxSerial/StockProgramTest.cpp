@@ -107,7 +107,7 @@ TEST(StockProgramTest, PicocomTalksToTheDeviceOverASocatPair)
         EXPECT_TRUE(picocom.Shows("Simulated Serial Camera\r\n")) << picocom.GetShown();
         picocom.Type("TEMP?\r");
         EXPECT_TRUE(picocom.Shows("42.5\r\n")) << picocom.GetShown();
-        EXPECT_EQ(bridge.GetBytesSentToDevice(), 10u);
+        EXPECT_TRUE(WaitFor([&] { return bridge.GetBytesSentToDevice() == 10; })) << "counted after the writing";
         EXPECT_EQ(bridge.GetBytesReceivedFromDevice(), 31u);
         const std::string conversation = GetConversation(picocom.GetShown());
         std::cout << conversation << "\n";

@@ -203,11 +203,11 @@ TEST_F(BridgeManagerTest, TheStatisticsAreReadFourTimesASecondWhileItIsOpen)
         const QTimer *mTimer = nullptr;
         int mCount = 0;
     } spy;
-    Show();
     QElapsedTimer clock;
-    clock.start();
-    ASSERT_TRUE(WaitForGui([&] { return spy.mCount == 3; }));
-    EXPECT_GE(clock.elapsed(), 2 * 250 - 40) << "a coarse timer may come a twentieth early";
+    clock.start();  // not after the timer, whose next times do not move when one comes late
+    Show();
+    ASSERT_TRUE(WaitForGui([&] { return spy.mCount >= 3; }));
+    EXPECT_GE(clock.elapsed(), 3 * 250 - 40) << "a coarse timer may come a twentieth early";
     mWnd->Close();
     EXPECT_FALSE(spy.mTimer->isActive());
 }
@@ -338,7 +338,7 @@ TEST_F(BridgeManagerTest, ClosingKeepsTheBridges)
     ASSERT_TRUE(mWnd->ShowModeless(static_cast<QWidget *>(nullptr)).IsOK());
     EXPECT_TRUE(IsChecked("COMPortRadio"));
     EXPECT_EQ(Combo("PortCombo")->currentText(), "COM3");
-    EXPECT_EQ(Text("SentLabel"), "Bytes sent: 5");
+    EXPECT_TRUE(WaitForGui([&] { return Text("SentLabel") == "Bytes sent: 5"; })) << "counted after the writing";
     mWnd.reset();
     EXPECT_EQ(LxSimulation::GetCounters().mSerialPorts, 0u) << "the end of the window stops them";
 }
