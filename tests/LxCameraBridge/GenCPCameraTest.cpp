@@ -1,6 +1,9 @@
 // The GenCP client against the camera behind a simulated serial port.
 
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstring>
@@ -162,6 +165,30 @@ TEST_F(GenCPCameraTest, LateAcknowledgeOfAnEarlierCommandIsNotTakenForTheNextOne
     EXPECT_EQ(GenCP::Get32(bytes), 768u);
 }
 
+TEST_F(GenCPCameraTest, WhoStoodStillHasNotMissedTheAnswer)
+{
+    Open();
+    LxSimulatedGenCPFaults faults;
+    faults.mDelay = 300;
+    mCamera->SetFaults(faults);
+    const uint64_t heard = mCamera->GetCommandCount();
+    auto read = std::async(std::launch::async, [&] {
+        uint32_t width = 0;
+        return ReadWidth(width);
+    });
+    EXPECT_TRUE(WaitFor([&] { return mCamera->GetCommandCount() > heard; }));
+    const pid_t other = fork();
+    if (other == 0) {
+        kill(getppid(), SIGSTOP);
+        usleep(600000);  // longer than an answer may take
+        kill(getppid(), SIGCONT);
+        _exit(0);
+    }
+    waitpid(other, nullptr, 0);
+    EXPECT_TRUE(read.get().IsOK());
+    EXPECT_EQ(mCamera->GetCommandCount(), heard + 1) << "nothing was sent twice";
+}
+
 TEST_F(GenCPCameraTest, PendingAcknowledgesOfTwoSecondsAreWaitedFor)
 {
     Open();
@@ -213,10 +240,12 @@ TEST_F(GenCPCameraTest, ClosingThePortEndsAReadThatWaits)
 {
     Open();
     mCamera->SetPlugged(false);
+    LxSimulation::SetRecording(true);
     auto read = std::async(std::launch::async, [&] {
         uint32_t width = 0;
         return ReadWidth(width);
     });
+    ASSERT_TRUE(WaitFor([] { return LxSimulation::GetCalls("SerialRead").size() > 0; }));
     mPort->Close();
     const LxResult result = read.get();
     EXPECT_TRUE(result == LxResultCode::Aborted || result == LxResultCode::InvalidState) << result.GetCode();
@@ -229,13 +258,18 @@ TEST_F(GenCPCameraTest, SpeedIsSwitchedAndFallsBackUnlessConfirmed)
     ASSERT_TRUE(mGrabber.GetFeatures().SetEnumValue("Uart0BaudRate", "Baud9600").IsOK());
     Open(values);
     const uint8_t bit[] = {0, 0, 0, 0x10};  // 115200 baud
-    ASSERT_TRUE(mClient->Write(0x10004, bit, sizeof(bit)).IsOK());
-    ASSERT_TRUE(mGrabber.GetFeatures().SetEnumValue("Uart0BaudRate", "Baud115200").IsOK());
-    ASSERT_TRUE(mClient->Write(0x10004, bit, sizeof(bit)).IsOK());
+    // The camera goes back when the confirmation takes a quarter of a second, as on a busy machine.
+    ASSERT_TRUE(WaitFor([&] {
+        return mGrabber.GetFeatures().SetEnumValue("Uart0BaudRate", "Baud9600").IsOK() &&
+               mClient->Write(0x10004, bit, sizeof(bit)).IsOK() &&
+               mGrabber.GetFeatures().SetEnumValue("Uart0BaudRate", "Baud115200").IsOK() &&
+               mClient->Write(0x10004, bit, sizeof(bit)).IsOK();
+    }));
     EXPECT_EQ(mCamera->GetBaudRate(), 115200u);
+    const uint32_t fallbacks = mCamera->GetSpeedFallbackCount();
     const uint8_t unconfirmed[] = {0, 0, 0, 0x20};
     ASSERT_TRUE(mClient->Write(0x10004, unconfirmed, sizeof(unconfirmed)).IsOK());
-    EXPECT_TRUE(WaitFor([&] { return mCamera->GetSpeedFallbackCount() == 1; }));
+    EXPECT_TRUE(WaitFor([&] { return mCamera->GetSpeedFallbackCount() == fallbacks + 1; }));
     EXPECT_EQ(mCamera->GetBaudRate(), 115200u);
     EXPECT_TRUE(mClient->Ping().IsOK());
 }

@@ -33,6 +33,7 @@ constexpr uint32_t Speeds[] = {9600, 19200, 38400, 57600, 115200, 230400, 460800
 constexpr milliseconds ConfirmTime{250};
 constexpr milliseconds LongestGap{300};
 constexpr uint32_t LongestPending = 1000;
+constexpr uint32_t PendingReserve = 2000;  // announced beyond what it takes, so that coming late is no failure
 constexpr size_t MostTraced = 10000;
 
 std::string ToHex(char aDirection, const std::vector<uint8_t> &aBytes)
@@ -325,7 +326,7 @@ void LxSimulatedGenCPCamera::OnReceive(const uint8_t *aData, uint32_t aCount, Lx
             pending.mCommand = PendingAck;
             pending.mRequestID = command.mRequestID;
             Append16(pending.mData, 0);
-            Append16(pending.mData, static_cast<uint16_t>(step));
+            Append16(pending.mData, static_cast<uint16_t>(step + PendingReserve));
             const std::vector<uint8_t> bytes = Encode(pending);
             data.Trace('<', bytes);
             lock.unlock();
