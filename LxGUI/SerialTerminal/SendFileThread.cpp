@@ -12,8 +12,11 @@
 namespace
 {
 
-constexpr qint64 sChunk = 256;              // bytes
-constexpr unsigned long sLoopbackTime = 1;  // seconds that the last bytes get to come back
+constexpr qint64 sChunk = 256;  // bytes
+// The time that the last bytes get to come back: a second (milliseconds), in parts, so that a moment in which the whole
+// program stands still does not use it up.
+constexpr unsigned long sLoopbackPart = 100;
+constexpr int sLoopbackParts = 10;
 
 QString Number(double aNumber)
 {
@@ -66,7 +69,9 @@ void SendFileThread::run()
     }
     mWnd->RequestShow();
     const qint64 elapsed = clock.elapsed();
-    sleep(sLoopbackTime);
+    for (int i = 0; i < sLoopbackParts; ++i) {
+        msleep(sLoopbackPart);
+    }
     Report(elapsed, sent, size);
     emit completed(true);
 }

@@ -73,6 +73,9 @@ TEST_F(GrabberTerminal, ABulkPortIsSelectedAndUsed)
 
 TEST_F(GrabberTerminal, AFileComesBackWhole)
 {
+    LxSimulatedSerialConditions conditions;
+    conditions.mCapacity = 256;  // or all of it could be on its way when a second of waiting for its end begins
+    SimulatedGrabber::SetConditions(LxDeviceSerial::Bulk2, conditions);
     mWnd.SetSerialPort(LxDeviceSerial::Bulk2);
     mWnd.Mark("ValidationCheck");
     QByteArray bytes;

@@ -367,12 +367,17 @@ TEST_F(SendFileTest, DestroyingTheWindowEndsTheSending)
 
 TEST_F(SendFileTest, TheThreadsAreTimeCritical)
 {
-    std::atomic<int> reading{-1};
-    std::atomic<int> writing{-1};
-    Port().SetObserver([&](bool aWriting) { (aWriting ? writing : reading) = QThread::currentThread()->priority(); });
+    struct Priorities
+    {
+        std::atomic<int> mReading{-1};
+        std::atomic<int> mWriting{-1};
+    };
+    const auto seen = std::make_shared<Priorities>();  // a call of the observer may outlive the test
+    Port().SetObserver(
+        [seen](bool aWriting) { (aWriting ? seen->mWriting : seen->mReading) = QThread::currentThread()->priority(); });
     mWnd.SendFile(File("text"));
-    EXPECT_TRUE(WaitForGui([&] { return reading == QThread::TimeCriticalPriority; }));
-    EXPECT_TRUE(WaitForGui([&] { return writing == QThread::TimeCriticalPriority; }));
+    EXPECT_TRUE(WaitForGui([&] { return seen->mReading == QThread::TimeCriticalPriority; }));
+    EXPECT_TRUE(WaitForGui([&] { return seen->mWriting == QThread::TimeCriticalPriority; }));
     Port().SetObserver(nullptr);
     EXPECT_TRUE(mWnd.WaitUntilSent());
 }

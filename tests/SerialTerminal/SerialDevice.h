@@ -33,6 +33,7 @@ public:
     /// From now on every read gets as many bytes as it can take: 0, 1, ... 255, 0, ...
     void Flood(bool aFlood)
     {
+        const std::lock_guard lock(mMutex);
         mFlood = aFlood;
         mChanged.notify_all();
     }
@@ -107,6 +108,10 @@ public:
         mWriteSizes.push_back(aCount);
         mWritten.append(reinterpret_cast<const char *>(aData), aCount);
         aWritten = aCount;
+        // A line holds little: whoever writes cannot be far ahead of who reads.
+        mChanged.wait(lock, [this] {
+            return !mLoopback || mReceived.size() < LineCapacity || mFlood || mClosed || !mReadResult.IsOK();
+        });
         for (uint32_t i = 0; mLoopback && i < aCount; ++i) {
             if (mLossPeriod == 0 || ++mLooped % mLossPeriod != 0) {
                 mReceived.push_back(static_cast<char>(aData[i]));
@@ -142,6 +147,7 @@ public:
                 aData[aRead] = static_cast<uint8_t>(mReceived.front());
                 mReceived.pop_front();
             }
+            mChanged.notify_all();
         }
         mBytesRead += aRead;
         return LxResult();
@@ -162,6 +168,8 @@ private:
             observer(aWriting);
         }
     }
+
+    static constexpr size_t LineCapacity = 256;
 
     mutable std::mutex mMutex;  // guards what is not atomic
     std::function<void(bool)> mObserver;

@@ -88,13 +88,13 @@ public:
     /// Waits until the transcript is this text; reports what it is otherwise.
     testing::AssertionResult Shows(const QString &aText)
     {
-        return WaitForGui([&] { return Transcript() == aText; }, 5000)
+        return WaitForGui([&] { return Transcript() == aText; })
                    ? testing::AssertionSuccess()
                    : testing::AssertionFailure() << '"' << Transcript().toStdString() << '"';
     }
     testing::AssertionResult ShowsInAll(const QString &aPart)
     {
-        return WaitForGui([&] { return Transcript().contains(aPart); }, 5000)
+        return WaitForGui([&] { return Transcript().contains(aPart); })
                    ? testing::AssertionSuccess()
                    : testing::AssertionFailure() << '"' << Transcript().toStdString() << '"';
     }
