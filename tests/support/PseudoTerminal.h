@@ -59,7 +59,7 @@ public:
         }
     }
     /// Reads until there are so many bytes or nothing comes for a while.
-    std::string Read(size_t aCount, int aTimeout = 5000)
+    std::string Read(size_t aCount, int aTimeout = 20000)
     {
         std::string text;
         while (text.size() < aCount) {
