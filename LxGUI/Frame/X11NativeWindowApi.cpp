@@ -134,7 +134,7 @@ HWND X11NativeWindowApi::SetParent(HWND aChild, HWND aParent)
     if (mapped) {
         xcb_map_window(connection, WindowOf(aChild));
     }
-    xcb_flush(connection);
+    FamilyOf(connection, WindowOf(aChild));  // the answer comes when the server has done it, for other clients too
     return before.mParent == before.mRoot ? nullptr : HandleOf(before.mParent);
 }
 
@@ -180,9 +180,10 @@ bool X11NativeWindowApi::SetWindowPos(HWND aWindow, HWND /*aAfter*/, int aX, int
         return false;
     }
     if (aFlags & WindowStyles::cShowWindow) {
-        xcb_map_window(connection, WindowOf(aWindow));
+        const ReplyPointer<xcb_generic_error_t> mapError(
+            xcb_request_check(connection, xcb_map_window_checked(connection, WindowOf(aWindow))));
+        return !mapError;
     }
-    xcb_flush(connection);
     return true;
 }
 
