@@ -15,8 +15,10 @@
 namespace
 {
 
-// How long the end of an object waits for a GUI thread that may be waiting for the thread that ends it.
-constexpr std::chrono::seconds cPatience(2);
+// How long the end of an object waits for a GUI thread that may be waiting for the thread that ends it: so many short
+// times, as the clock goes on when the whole program stands still.
+constexpr std::chrono::milliseconds cShortTime(100);
+constexpr int cShortTimes = 20;
 
 /// One window that gives up one object.
 class GivingUp
@@ -50,17 +52,19 @@ public:
     void Wait()
     {
         std::unique_lock lock(mMutex);
-        if (!mChanged.wait_for(lock, cPatience, [this] { return mState == State::Done; })) {
-            if (mState == State::Waiting) {
-                mState = State::TooLate;
-                qWarning(
-                    "LxGUI: %s was destroyed while a window used it and the GUI thread was busy. The window must "
-                    "not be used any more.",
-                    mWhat);
-                return;
-            }
-            mChanged.wait(lock, [this] { return mState == State::Done; });
+        const auto isDone = [this] { return mState == State::Done; };
+        for (int i = 0; i < cShortTimes && !isDone(); ++i) {
+            mChanged.wait_for(lock, cShortTime, isDone);
         }
+        if (mState == State::Waiting) {
+            mState = State::TooLate;
+            qWarning(
+                "LxGUI: %s was destroyed while a window used it and the GUI thread was busy. The window must not be "
+                "used any more.",
+                mWhat);
+            return;
+        }
+        mChanged.wait(lock, isDone);
     }
 
 private:
