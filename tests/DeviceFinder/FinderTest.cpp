@@ -2,6 +2,8 @@
 
 #include <QtTest/QTest>
 
+#include "WaitFor.h"
+
 TestFinder::~TestFinder()
 {
     StopDiscovery();
@@ -88,4 +90,10 @@ bool FinderTest::WaitForRounds(size_t aCount) const
 {
     const size_t end = mDevices->GetFindCount() + aCount;
     return WaitForGui([this, end] { return mDevices->GetFindCount() >= end; });
+}
+
+bool FinderTest::WaitForRoundsUnseen(size_t aCount) const
+{
+    const size_t end = mDevices->GetFindCount() + aCount;
+    return WaitFor([this, end] { return mDevices->GetFindCount() >= end; });
 }

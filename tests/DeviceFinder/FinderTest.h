@@ -59,8 +59,11 @@ protected:
     void DoubleClick(const QString &aText) const;
     /// The rows of a table, "label = value".
     QStringList Rows(const char *aTable) const;
-    /// Waits until some searches have been started and their reports shown.
+    /// Waits until some more searches have been started, so that all but the last of them have ended. Reports are shown
+    /// meanwhile.
     bool WaitForRounds(size_t aCount) const;
+    /// The same, but the window stays as it is.
+    bool WaitForRoundsUnseen(size_t aCount) const;
 
     ScriptedDevices mDevices;
     mutable TestFinder mFinder;

@@ -344,6 +344,9 @@ TEST_F(ForceIPDlgTest, MarkersStandInTheRowsOfTheirFields)
 
 TEST_F(ForceIPDlgTest, AMarkerExplainsItselfUnderTheMouse)
 {
+    // a tool tip of before stays for a while
+    QToolTip::hideText();
+    ASSERT_TRUE(WaitForGui([] { return QToolTip::text().isEmpty(); }));
     Open();
     const auto ask = [this](const QPoint &aPoint) {
         QHelpEvent help(QEvent::ToolTip, aPoint, mDialog->mapToGlobal(aPoint));
