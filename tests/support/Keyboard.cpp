@@ -29,7 +29,8 @@ QWindow *FocusWindow()
     if (!isUsable()) {
         QWidget *next = QApplication::activeModalWidget();
         for (QWidget *widget : QApplication::topLevelWidgets()) {
-            if (!next && widget->isVisible() && widget->windowType() != Qt::Popup) {
+            const bool isWindow = widget->windowType() == Qt::Window || widget->windowType() == Qt::Dialog;
+            if (!next && widget->isVisible() && isWindow) {
                 next = widget;
             }
         }

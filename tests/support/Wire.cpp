@@ -4,6 +4,8 @@
 
 #include <cstdlib>
 
+#include "WaitFor.h"
+
 bool RunCommand(const std::string &aCommand)
 {
     return std::system(aCommand.c_str()) == 0;
@@ -21,6 +23,11 @@ Wire::Wire(const std::string &aName, const std::string &aNear, const std::string
     }
     EXPECT_TRUE(RunCommand("ip -n " + mName + " link set " + GetFarEnd() + " up"));
     EXPECT_TRUE(RunCommand("ip link set " + GetNearEnd() + " up"));
+    // the kernel drops what is sent before it has seen, a little later, that the other end is up
+    EXPECT_TRUE(WaitFor([this] {
+        return RunCommand("ip link show " + GetNearEnd() + " | grep -q 'state UP'") &&
+               RunCommand("ip -n " + mName + " link show " + GetFarEnd() + " | grep -q 'state UP'");
+    }));
     // packets from foreign subnets are what these tests are about
     const std::string filter = "/proc/sys/net/ipv4/conf/$i/rp_filter; done";
     EXPECT_TRUE(RunCommand("for i in all " + GetNearEnd() + "; do echo 0 > " + filter));
