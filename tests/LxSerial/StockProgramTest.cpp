@@ -86,9 +86,9 @@ TEST(StockProgramTest, PicocomTalksToTheDeviceOverASocatPair)
     const std::string bridgeEnd = std::string(folder) + "/bridge";
     const std::string programEnd = std::string(folder) + "/program";
     {
-        const Program pair({"socat", "pty,raw,echo=0,link=" + bridgeEnd, "pty,raw,echo=0,link=" + programEnd});
-        ASSERT_TRUE(WaitFor([&] { return std::filesystem::exists(bridgeEnd) && std::filesystem::exists(programEnd); }))
-            << "socat is installed by script/setup";
+        Program pair({"socat", "-d", "-d", "pty,raw,echo=0,link=" + bridgeEnd, "pty,raw,echo=0,link=" + programEnd});
+        // it sets a terminal only after it has made the link
+        ASSERT_TRUE(pair.Shows("starting data transfer loop")) << "socat is installed by script/setup";
 
         const SimulatedGrabber grabber;
         const auto console = std::make_shared<LxSimulatedSerialScript>();
