@@ -33,6 +33,9 @@ Wnd::~Wnd()
                 widget->disconnect(this);
             }
         }
+        if (mWidget && mEmbeddingParent) {
+            mWidget->hide();  // the native parent may go now: OpenGL must not draw where no window is any more
+        }
         DeleteContent();
         FreeWidget(mDialog);
         FreeWidget(mPrivateWidget);

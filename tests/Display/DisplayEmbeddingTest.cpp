@@ -52,17 +52,18 @@ TEST(DisplayEmbedding, AChangeOfTheRendererKeepsTheNativeParent)
     NativeHost host;
     DisplayWnd display;
     ASSERT_TRUE(display.Create(host.Handle(), 0).IsOK());
-    QWidget *widget = display.GetQWidget();
+    const std::unique_ptr<QWidget> widget(display.GetQWidget());  // whoever asks for it keeps it
     ASSERT_TRUE(WaitForGui([&] { return host.IsParentOf(widget->winId()) && widget->size() == QSize(200, 150); }));
     for (const int mode : {1, 0, 1}) {
         ASSERT_EQ(display.SetRendererMode(mode).GetCode(), 0u);
         QCoreApplication::processEvents();
         EXPECT_TRUE(host.IsParentOf(widget->winId())) << mode;
-        EXPECT_TRUE(WaitForGui([&] { return widget->size() == QSize(200, 150); }));
+        EXPECT_TRUE(WaitForGui([&] { return widget->size() == QSize(200, 150); }))
+            << mode << ": " << widget->width() << " x " << widget->height();
         EXPECT_EQ(widget->pos(), QPoint(0, 0)) << mode;
         ASSERT_TRUE(display.Display(*MakePicture(200, 150), false).IsOK());
         QCoreApplication::processEvents();
-        EXPECT_EQ(Grab(widget).pixel(30, 40), PictureColor(30, 40)) << mode;
+        EXPECT_EQ(Grab(widget.get()).pixel(30, 40), PictureColor(30, 40)) << mode;
     }
 }
 
@@ -72,9 +73,27 @@ TEST(DisplayEmbedding, ADisplayThatDrawsByOpenGLFromTheStartIsEmbedded)
     DisplayWnd display;
     ASSERT_EQ(display.SetRendererMode(1).GetCode(), 0u);
     ASSERT_TRUE(display.Create(host.Handle(), 0).IsOK());
-    QWidget *widget = display.GetQWidget();
+    const std::unique_ptr<QWidget> widget(display.GetQWidget());  // whoever asks for it keeps it
     ASSERT_TRUE(WaitForGui([&] { return host.IsParentOf(widget->winId()) && widget->size() == QSize(200, 150); }));
     QCoreApplication::processEvents();
     ASSERT_TRUE(display.Display(*MakePicture(200, 150), false).IsOK());
-    EXPECT_EQ(Grab(widget).pixel(30, 40), PictureColor(30, 40));
+    EXPECT_EQ(Grab(widget.get()).pixel(30, 40), PictureColor(30, 40));
+}
+
+TEST(DisplayEmbedding, WhatADisplayLeavesBehindDrawsNothingOnceTheNativeParentHasGone)
+{
+    for (int i = 0; i < 3; ++i) {
+        std::unique_ptr<QWidget> widget;
+        {
+            NativeHost host;
+            DisplayWnd display;
+            ASSERT_EQ(display.SetRendererMode(1).GetCode(), 0u);
+            ASSERT_TRUE(display.Create(host.Handle(), 0).IsOK());
+            widget.reset(display.GetQWidget());
+            ASSERT_TRUE(WaitForGui([&] { return host.IsParentOf(widget->winId()); }));
+            ASSERT_TRUE(display.Display(*MakePicture(200, 150), false).IsOK());
+        }
+        EXPECT_FALSE(widget->isVisible());
+        QCoreApplication::processEvents();
+    }
 }
