@@ -186,7 +186,10 @@ TEST_P(BothRenderers, ConvertFramesWhileNobodyElseMayUseTheDisplay)
     ShowAt(200, 150);
     const auto picture = MakePicture(200, 150);
     const WatchingImage image(*picture->GetImage(), mDisplay);
-    OnAnotherThread([&] { EXPECT_TRUE(mDisplay.Display(&image, false).IsOK()); });
+    // again where the machine was busy for longer than a frame waits
+    for (int i = 0; i < 20 && image.mAsked == 0; ++i) {
+        OnAnotherThread([&] { EXPECT_TRUE(mDisplay.Display(&image, false).IsOK()); });
+    }
     EXPECT_EQ(Screen().pixel(30, 40), PictureColor(30, 40));
     EXPECT_GT(image.mAsked, 0);
     EXPECT_EQ(image.mUnlocked, 0);
