@@ -114,7 +114,11 @@ bool HeadlessTour::TourPicture()
         return false;
     }
     mFailure = mWindow.Session().IsConnected() ? ExitCode::NoPictures : ExitCode::ConnectFailed;
-    if (!WaitUntil(QStringLiteral("live pictures"), [&] { return mWindow.Session().Statistics().mDelivered > 30; })) {
+    const bool answered = WaitUntil(QStringLiteral("live pictures"), [&] {
+        return !mWindow.Session().IsLive() || mWindow.Session().Statistics().mDelivered > 30;
+    });
+    if (!answered || !mWindow.Session().IsLive()) {
+        std::fprintf(stderr, "no live pictures: %s\n", qPrintable(mWindow.BannerText()));
         return false;
     }
     mFailure = ExitCode::Failed;

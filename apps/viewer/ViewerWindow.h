@@ -40,6 +40,7 @@ public:
 
     LxDeviceFinderWnd &Finder() { return mFinder; }
     LxDisplayWnd &Display() { return mDisplay; }
+    const ShownFrame &Shown() const { return mShownFrame; }
     LxRegisterInterfaceWnd &Registers() { return mRegisters; }
     LxSerialBridgeManagerWnd &SerialBridgeManager() { return mSerialBridges.Window(); }
     FeatureDock &Features() { return *mFeatureDock; }

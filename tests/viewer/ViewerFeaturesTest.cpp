@@ -22,7 +22,7 @@ class ViewerFeatures : public Viewer
 protected:
     void ConnectLive()
     {
-        ASSERT_TRUE(QTest::qWaitForWindowActive(mWindow.get()));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(mWindow.get(), 20000));
         Viewer::ConnectLive();
         ASSERT_TRUE(WaitForGui([&] { return Find("OffsetX").isValid(); }));
     }
@@ -268,13 +268,20 @@ TEST_F(ViewerFeatures, OptionsThatCannotBeReadAreReportedAndKept)
 TEST_F(ViewerFeatures, ACameraThatIsStuckKeepsNobodyFromLookingAroundAndClosing)
 {
     ConnectLive();
-    // each access takes far longer than anything that follows should
-    LxSimulation::FreezeDevice(Camera, 4000);
+    // an access takes far longer than anything that follows, also on a busy machine, unless events go on
+    constexpr int cStuck = 60000;
+    LxSimulation::FreezeDevice(Camera, cStuck);
     qint64 longest = 0;
     QElapsedTimer clock;
     clock.start();
+    bool isClosing = false;
     QTimer pulse;
-    QObject::connect(&pulse, &QTimer::timeout, [&] { longest = std::max(longest, clock.restart()); });
+    QObject::connect(&pulse, &QTimer::timeout, [&] {
+        longest = std::max(longest, clock.restart());
+        if (isClosing) {
+            LxSimulation::ThawDevice(Camera);
+        }
+    });
     pulse.start(1);
     QTest::keyClicks(Dock().findChild<QLineEdit *>("SearchBar"), "gain");
     EXPECT_TRUE(Current().contains("Gain"));
@@ -282,10 +289,11 @@ TEST_F(ViewerFeatures, ACameraThatIsStuckKeepsNobodyFromLookingAroundAndClosing)
     QTest::keyClick(Tree(), Qt::Key_PageUp);
     Tree()->verticalScrollBar()->setValue(0);
     QApplication::processEvents();
+    isClosing = true;
     mWindow->close();  // processes events until nobody reads the camera any more
     EXPECT_FALSE(mWindow->isVisible());
     longest = std::max(longest, clock.elapsed());
     RecordProperty("longest_ms", static_cast<int>(longest));
-    EXPECT_LT(longest, 2000);
+    EXPECT_LT(longest, cStuck / 2);
     LxSimulation::ThawDevice(Camera);
 }

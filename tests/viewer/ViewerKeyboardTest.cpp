@@ -49,7 +49,7 @@ protected:
             Keyboard::Press(Qt::Key_Return);
         });
         Keyboard::Press(Qt::Key_F, Qt::ControlModifier);
-        ASSERT_TRUE(WaitForGui([this] { return mWindow->Session().Statistics().mDelivered > 2; }));
+        ASSERT_TRUE(WaitForGui([this] { return Shown().mWidth > 0; }));
     }
 
     const QDir mPictures{KEYBOARD_PICTURES};

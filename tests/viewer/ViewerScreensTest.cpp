@@ -2,6 +2,7 @@
 // scale factor is one of the process; they run side by side, because a tour mostly waits.
 
 #include <QtCore/QProcess>
+#include <QtCore/QSettings>
 #include <QtCore/QStandardPaths>
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QImage>
@@ -55,6 +56,7 @@ int Tour(int aArgumentCount, char **aArguments, const QString &aVariant)
     int windows = 0;
     {
         const QTemporaryDir folder;
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
         ViewerWindow window(folder.filePath(QStringLiteral("viewer.xml")));
         window.show();
         HeadlessTour tour(window, folder.filePath(QStringLiteral("pictures")), {});

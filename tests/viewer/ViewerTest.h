@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QtCore/QSettings>
 #include <QtCore/QStandardPaths>
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QAction>
+#include <QtGui/QCursor>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QTreeView>
@@ -16,16 +19,46 @@
 #include "LxSimulation/LxSimulation.h"
 #include "ViewerWindow.h"
 
+/// Writes a file's name into a file dialog, as QFileDialog::selectFile() does unless the field has got the focus.
+inline void EnterFile(QWidget *aDialog, const QString &aFile)
+{
+    auto *field = aDialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+    ASSERT_NE(field, nullptr);
+    field->setText(aFile);
+}
+
 /// A viewer whose options are in a folder of their own.
 class ViewerBase : public testing::Test
 {
 protected:
+    ViewerBase()
+    {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, mFolder.path());
+        QCursor::setPos(0, 0);  // a window that opens below the mouse takes it for a move
+    }
     /// Ends the viewer, if there is one, and starts it anew.
     void Restart()
     {
         mWindow.reset();
         mWindow = std::make_unique<ViewerWindow>(mFolder.filePath("viewer.xml"));
         mWindow->show();
+    }
+    /// Of the image on the screen, as the camera sent it; nothing as long as there is none. A frame that has been
+    /// delivered is on its way there.
+    struct Sent
+    {
+        uint32_t mWidth = 0;
+        uint32_t mHeight = 0;
+        LxPixelType mType = LxPixelType::None;
+    };
+    Sent Shown() const
+    {
+        const std::shared_ptr<const LxBuffer> frame = mWindow->Shown().Frame();
+        if (!frame) {
+            return {};
+        }
+        const LxImage raw = ShownFrame::RawImage(*frame);
+        return {raw.GetWidth(), raw.GetHeight(), raw.GetPixelType()};
     }
     QString Status(const char *aName) const { return mWindow->findChild<QLabel *>(aName)->text(); }
     QAction *Action(const char *aName) const { return mWindow->findChild<QAction *>(aName); }
@@ -102,7 +135,7 @@ protected:
     void ConnectLive()
     {
         mWindow->Connect(Address);
-        ASSERT_TRUE(WaitForGui([&] { return mWindow->Session().Statistics().mDelivered > 2; }));
+        ASSERT_TRUE(WaitForGui([&] { return mWindow->Session().Statistics().mDelivered > 2 && Shown().mWidth > 0; }));
     }
 
     /// Waits for the viewer's failure box, closes it and gives its texts.
