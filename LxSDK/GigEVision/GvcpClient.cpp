@@ -129,8 +129,8 @@ bool Ask(std::vector<GvcpSocket> &aSockets, uint32_t aAddress, Gvcp::Command aCo
 {
     const uint16_t id = MakeRequestId();
     const std::vector<uint8_t> packet = Gvcp::BuildCommand(aCommand, Gvcp::flagAckRequired, id, aPayload);
-    const auto last = Clock::now() + aPatience.mTries * aPatience.mTimeout;
-    for (int i = 0; i < aPatience.mTries && Clock::now() < last; ++i) {
+    bool pending = false;
+    for (int i = 0; i < aPatience.mTries && !pending; ++i) {
         for (const GvcpSocket &socket : aSockets) {
             socket.Send(packet, aAddress);
         }
@@ -148,8 +148,9 @@ bool Ask(std::vector<GvcpSocket> &aSockets, uint32_t aAddress, Gvcp::Command aCo
                         continue;
                     }
                     if (ack->Is(Gvcp::Ack::Pending)) {
-                        // the device asks for time; it gets what all tries together would have taken
-                        end = last;
+                        // the device asks for time; it gets, once, what this and the other tries would have taken
+                        end = pending ? end : Clock::now() + (aPatience.mTries - i) * aPatience.mTimeout;
+                        pending = true;
                     }
                     else if (ack->Answers(aCommand, id) && aReceived(*ack, *datagram)) {
                         return true;
