@@ -71,7 +71,11 @@ void GiveBackInBackground(GObjectPtr<_ArvDevice> aDevice, std::chrono::milliseco
         device.reset();
         done->set_value();
     });
-    done->get_future().wait_for(aPatience);
+    // in short waits, so that a halt of the whole machine does not use the patience up
+    constexpr std::chrono::milliseconds look{10};
+    const std::future<void> ended = done->get_future();
+    for (auto left = aPatience; left.count() > 0 && ended.wait_for(look) != std::future_status::ready; left -= look) {
+    }
 }
 
 }  // namespace LxDetail
