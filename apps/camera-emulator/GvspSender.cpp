@@ -108,10 +108,7 @@ LxResult GvspSender::Open(uint32_t aAddress, const std::string &aInterface)
 
 void GvspSender::Start()
 {
-    mCamera.SetAcquisitionListener([this](bool aAcquiring) {
-        if (!aAcquiring) {
-            mEnded = true;
-        }
+    mCamera.SetAcquisitionListener([this](bool) {
         std::lock_guard lock(mMutex);
         mWake.notify_all();
     });
@@ -135,17 +132,18 @@ void GvspSender::Stop()
 
 void GvspSender::Run()
 {
+    uint64_t acquisition = 0;
     while (!mStop) {
         {
             std::unique_lock lock(mMutex);
             mWake.wait(lock, [this] { return mStop || mCamera.IsAcquiring(); });
-            mEnded = true;
         }
         while (!mStop && mCamera.WaitForFrame(mStop)) {
             if (GetDestination() == Endpoint()) {
                 continue;  // the channel is closed
             }
-            if (mEnded.exchange(false)) {
+            if (const uint64_t current = mCamera.GetAcquisitionCount(); current != acquisition) {
+                acquisition = current;
                 std::lock_guard lock(mMutex);
                 mLastId = 0;
                 mKept.clear();

@@ -77,7 +77,6 @@ private:
     LxDetail::SimulatedCamera &mCamera;
     std::atomic<bool> mStop{false};
     std::atomic<bool> mSilent{false};
-    std::atomic<bool> mEnded{false};  ///< an acquisition ended: the next image is the first of another
     std::thread mThread;
 
     mutable std::mutex mMutex;  // guards all members below

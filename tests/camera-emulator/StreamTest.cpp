@@ -166,7 +166,9 @@ TEST_F(Stream, TestPacketHasTheSizeOfAPacket)
 TEST_F(Stream, NothingIsSentBeforeTheChannelIsOpenAndAfterItIsClosed)
 {
     Begin();
+    ASSERT_EQ(0, mClient->WriteRegister(Register::CounterEventSource, 1));  // counts frames
     StartAcquisition();
+    EXPECT_TRUE(WaitFor([this] { return mClient->ReadRegister(Register::CounterValue) > 2; }));
     EXPECT_EQ(0u, mCamera.GetStreamStatistics().mPackets);
     OpenChannel();
     EXPECT_FALSE(ReceiveBlock().empty());
@@ -216,7 +218,8 @@ TEST_F(Stream, SingleFrameIsOneBlock)
         StartAcquisition();
         const auto packets = ReceiveBlock();
         ASSERT_EQ(cPackets + 2, packets.size());
-        EXPECT_TRUE(WaitFor([this] { return !mCamera.GetCamera().IsAcquiring(); }));
+        EXPECT_EQ(1u, packets.front().mBlock) << "also when nobody has stopped the acquisition before";
+        EXPECT_FALSE(mCamera.GetCamera().IsAcquiring());
     }
     EXPECT_TRUE(WaitFor([this] { return mCamera.GetStreamStatistics().mBlocks == 3; }));
 }
@@ -374,22 +377,23 @@ TEST_F(Stream, DropsEveryNth)
 TEST_F(Stream, DropsAtRandomAsTheSeedSays)
 {
     std::vector<uint32_t> ids[2];
+    constexpr uint32_t blocks = 8;
     Begin();
     OpenChannel();
-    for (auto &run : ids) {
+    ASSERT_EQ(0, mClient->WriteRegister(Register::AcquisitionMode, 2));  // so many frames
+    ASSERT_EQ(0, mClient->WriteRegister(Register::AcquisitionFrameCount, blocks));
+    for (uint64_t sent = blocks; std::vector<uint32_t> & run : ids) {
         Command("drop-random 500 3");
         StartAcquisition();
-        const auto packets = ReceiveUntil([](const StreamPacket &aPacket) { return aPacket.mBlock == 8; });
-        for (const StreamPacket &packet : packets) {
-            if (packet.mBlock < 8) {
-                run.push_back(static_cast<uint32_t>(packet.mBlock) << 8 | packet.mId);
-            }
+        ASSERT_TRUE(WaitFor([&] { return mCamera.GetStreamStatistics().mBlocks == sent; }));
+        while (const auto packet = ReceivePacket(0ms)) {
+            run.push_back(static_cast<uint32_t>(packet->mBlock) << 8 | packet->mId);
         }
-        StopAcquisition();
-        EXPECT_TRUE(WaitFor([this] { return !ReceivePacket(50ms); }));
+        sent += blocks;
     }
+    EXPECT_FALSE(ids[0].empty());
     EXPECT_EQ(ids[0], ids[1]);
-    EXPECT_LT(ids[0].size(), 7 * (cPackets + 2));
+    EXPECT_LT(ids[0].size(), blocks * (cPackets + 2));
 }
 
 TEST_F(Stream, FaultsEndAfterSoManyBlocks)

@@ -67,6 +67,12 @@ bool SimulatedCamera::IsAcquiring() const
     return mData->mAcquiring;
 }
 
+uint64_t SimulatedCamera::GetAcquisitionCount() const
+{
+    std::lock_guard lock(mData->mMutex);
+    return mData->mAcquisitions;
+}
+
 void SimulatedCamera::SetAcquisitionListener(std::function<void(bool aAcquiring)> aListener)
 {
     std::lock_guard lock(mData->mMutex);

@@ -64,6 +64,8 @@ public:
     double GetFrameRate() const;
 
     bool IsAcquiring() const;
+    /// How often the acquisition was started: tells the frames of one acquisition from those of the next.
+    uint64_t GetAcquisitionCount() const;
     /// Called on the thread that writes AcquisitionStart or AcquisitionStop, without any lock. Not called when the
     /// acquisition ends because it has taken all its frames.
     void SetAcquisitionListener(std::function<void(bool aAcquiring)> aListener);

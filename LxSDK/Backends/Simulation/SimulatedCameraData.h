@@ -42,6 +42,7 @@ public:
 
     mutable std::mutex mMutex;  // guards all members below; the port's own lock is taken inside it
     bool mAcquiring = false;
+    uint64_t mAcquisitions = 0;
     LxPayloadType mPayloadType = LxPayloadType::Image;
     std::function<void(bool)> mListener;
 

@@ -43,6 +43,7 @@ void SimulatedCamera::Data::StartAcquisition()
             break;
     }
     mAcquiring = true;
+    ++mAcquisitions;
     mTriggers = 0;
     mNextFrame = Clock::now() + Microseconds(GetFloat(R::ExposureTime));
     mNotify = true;
