@@ -173,6 +173,9 @@ void GenBrowserTreeItem::Refresh()
         number = ++mLastReading;
         cache = mCache;
     }
+    const bool isAsked = QThread::currentThread() == thread();
+    const auto isAway = [this, isAsked] { return !isAsked && mOwner && !mOwner->IsDeviceReadable(); };
+    const bool wasAway = isAway();  // it may be back when the reading has failed
     FeatureReading reading;
     if (mParameter) {
         const std::optional<FeatureReading> result =
@@ -183,8 +186,7 @@ void GenBrowserTreeItem::Refresh()
         reading = *result;
     }
     // While the device is lost no reading can succeed; what was read last says more than one failure for every feature.
-    const bool isAsked = QThread::currentThread() == thread();
-    if (!isAsked && !reading.mError.isEmpty() && mOwner && !mOwner->IsDeviceReadable()) {
+    if (!reading.mError.isEmpty() && (wasAway || isAway())) {
         return;
     }
     Deliver(number, reading);

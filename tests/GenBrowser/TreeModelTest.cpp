@@ -371,6 +371,25 @@ TEST_F(TreeModel, RefreshAllKeepsTheCacheOfALostDevice)
     EXPECT_EQ(mArray.mScript.Count("InvalidateCache"), 0);
 }
 
+TEST_F(TreeModel, AReadingThatFailsWhileTheDeviceIsLostIsNotShownAlthoughItIsBackByThen)
+{
+    auto &width = mArray.Add<FakeInteger>("Width");
+    Build();
+    mArray.mAccessMode = 1;
+    width.mScript.Fail("GetValue", LxResult(LxResultCode::NotConnected, "Device lost"));
+    width.mScript.OnCall([this](const std::string &aCall) {
+        if (aCall == "GetValue") {
+            mArray.mAccessMode = 0;
+        }
+    });
+    GenBrowserTreeItem *const item = GenBrowserTreeModel::Item(Cell(sName, "Width"));
+    std::thread([item] { item->Refresh(); }).join();
+    QCoreApplication::processEvents();  // what the reading sent
+    EXPECT_EQ(width.mScript.Count("GetValue"), 2);
+    EXPECT_EQ(item->ErrorMsg(), "");
+    EXPECT_EQ(Cell(sValue, "Width").data(), "0 ");
+}
+
 TEST_F(TreeModel, RefreshAllLeavesTheEditedRowAlone)
 {
     mArray.Add<FakeInteger>("Width");

@@ -137,7 +137,7 @@ TEST_P(NetworkBrowser, ACameraThatStopsAnsweringIsWaitedForByNobodyWhoBrowsesIt)
         browser.Browse();
         EXPECT_EQ(readings.mOnGui, 0);
         mCamera->Thaw();
-        EXPECT_TRUE(WaitForGui([&] { return mDevice->IsConnected(); }));
+        EXPECT_TRUE(WaitForGui([&] { return mDevice->IsConnected() && Parameters()->GetAccessMode() == 0; }));
     }
 }
 
