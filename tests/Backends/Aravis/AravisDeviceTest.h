@@ -13,6 +13,7 @@
 #include "Backends/Aravis/AravisConnect.h"
 #include "CameraProcess.h"
 #include "LxDevice/LxDeviceGEV.h"
+#include "RunningTime.h"
 #include "WaitFor.h"
 
 using Milliseconds = std::chrono::duration<double, std::milli>;

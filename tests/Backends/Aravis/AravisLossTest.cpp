@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "AravisDeviceTest.h"
+#include "Backends/Aravis/LinkMonitor.h"
 #include "EmulatedCamera.h"
 #include "LxGenICam/LxGenParameterArray.h"
 
@@ -33,18 +34,15 @@ Milliseconds LongestCall(LxDeviceGEV &aDevice)
         uint32_t value = 0;
         uint8_t byte = 0;
         int64_t width = 0;
-        auto start = Clock::now();
-        EXPECT_FALSE(aDevice.ReadRegister(0, value).IsOK());
-        longest = std::max(longest, Since(start));
-        start = Clock::now();
-        EXPECT_FALSE(aDevice.WriteRegister(0x1000, 1).IsOK());
-        longest = std::max(longest, Since(start));
-        start = Clock::now();
-        EXPECT_FALSE(aDevice.ReadMemory(0, &byte, 1).IsOK());
-        longest = std::max(longest, Since(start));
-        start = Clock::now();
-        EXPECT_FALSE(aDevice.GetParameters()->GetIntegerValue("Width", width).IsOK());
-        longest = std::max(longest, Since(start));
+        const auto expectRefused = [&longest](const auto &aCall) {
+            const RunningTime time;
+            EXPECT_FALSE(aCall().IsOK());
+            longest = std::max(longest, time.Get());
+        };
+        expectRefused([&] { return aDevice.ReadRegister(0, value); });
+        expectRefused([&] { return aDevice.WriteRegister(0x1000, 1); });
+        expectRefused([&] { return aDevice.ReadMemory(0, &byte, 1); });
+        expectRefused([&] { return aDevice.GetParameters()->GetIntegerValue("Width", width); });
     }
     return longest;
 }
@@ -84,11 +82,11 @@ TEST_P(AravisLoss, ADeviceThatIsKilledWhileItsRegistersAreReadAnswersAtOnceUntil
 {
     Reader stuck(*mDevice);
     ASSERT_TRUE(WaitFor([&] { return stuck.mGood > 100; }));
-    const auto killed = Clock::now();
+    const RunningTime sinceKilled;
     mCamera.Kill();
     // looks at the port's state only, so that this thread does not get stuck itself
     ASSERT_TRUE(WaitFor([&] { return mDevice->GetParameters()->GetAccessMode() != 0; }));
-    const Milliseconds noticed = Since(killed);
+    const Milliseconds noticed = sinceKilled.Get();
     Report("a killed device is noticed after", noticed);
     EXPECT_LT(noticed, libraryTimeout);
     const bool wasStuck = stuck.mInCall && stuck.mBad == 0;
@@ -121,31 +119,40 @@ TEST_P(AravisLoss, ADeviceThatFreezesIsBackWhenItGoesOn)
 {
     Reader stuck(*mDevice);
     ASSERT_TRUE(WaitFor([&] { return stuck.mGood > 100; }));
-    const auto frozen = Clock::now();
+    const RunningTime sinceFrozen;
     mCamera.Freeze();
     ASSERT_TRUE(WaitFor([&] { return mDevice->GetParameters()->GetAccessMode() != 0; }));
-    Report("a frozen device is noticed after", Since(frozen));
-    EXPECT_LT(Since(frozen), libraryTimeout);
+    const Milliseconds noticed = sinceFrozen.Get();
+    Report("a frozen device is noticed after", noticed);
+    EXPECT_LT(noticed, libraryTimeout);
     Report("longest call while it is frozen", LongestCall(*mDevice));
     ASSERT_TRUE(WaitForEvents("-"));
     mCamera.Thaw();
-    const auto thawed = Clock::now();
+    const RunningTime sinceThawed;
     ASSERT_TRUE(WaitFor([&] { return !IsRefused(*mDevice); }));
-    Report("a device that goes on is in use again after", Since(thawed));
-    EXPECT_LT(Since(thawed), libraryTimeout);
+    const Milliseconds took = sinceThawed.Get();
+    Report("a device that goes on is in use again after", took);
+    EXPECT_LT(took, libraryTimeout);
     EXPECT_TRUE(mDevice->WriteRegister(mMemory, 5).IsOK());
     EXPECT_TRUE(WaitForReturn());
 }
 
 TEST_P(AravisLoss, AShortFreezeIsNoLoss)
 {
+    const auto frozen = Clock::now();
     mCamera.Freeze();
     ASSERT_TRUE(WaitFor([&] { return mDevice->GetParameters()->GetAccessMode() != 0; }));
     mCamera.Thaw();
     ASSERT_TRUE(WaitFor([&] { return !IsRefused(*mDevice); }));
-    // a loss would have been reported before the device is in use again
-    EXPECT_EQ(mEvents.GetEvents().size() % 2, 0U);
-    EXPECT_TRUE(mDevice->IsConnected());
+    if (Since(frozen) < LxDetail::LinkTiming().mSuspectTime) {
+        // a loss would have been reported before the device is in use again
+        EXPECT_EQ(mEvents.GetEvents(), "");
+    }
+    else {
+        std::printf("[ NOTICE   ] the machine was too slow for a short freeze\n");
+        EXPECT_TRUE(WaitFor([&] { return mEvents.GetEvents().size() % 2 == 0; }));
+    }
+    EXPECT_TRUE(WaitFor([&] { return mDevice->IsConnected(); }));
 }
 
 TEST_P(AravisLoss, ADeviceThatRestartsQuicklyIsControlledAgain)
@@ -164,10 +171,11 @@ TEST_P(AravisLoss, DisconnectingALostDeviceWaitsForNobody)
 {
     mCamera.Kill();
     ASSERT_TRUE(WaitForEvents("-"));
-    const auto start = Clock::now();
+    const RunningTime time;
     mDevice->Disconnect();
-    Report("disconnecting a lost device takes", Since(start));
-    EXPECT_LT(Since(start), libraryTimeout);
+    const Milliseconds took = time.Get();
+    Report("disconnecting a lost device takes", took);
+    EXPECT_LT(took, libraryTimeout);
     uint32_t value = 0;
     EXPECT_EQ(mDevice->ReadRegister(0, value), LxResultCode::NotConnected);
 }
@@ -268,12 +276,13 @@ TEST_P(AravisLoss, DisconnectingAnswersThoseWhoWaitForAThreadThatIsStuck)
     // usually both hang now: one in the library, one waiting for it
     int asked = -1;
     ASSERT_TRUE(WaitFor([&] { return std::exchange(asked, asking.load()) == asking; }));
-    const auto start = Clock::now();
+    const RunningTime time;
     mDevice->Disconnect();
-    Report("disconnecting a device that has just frozen takes", Since(start));
+    Report("disconnecting a device that has just frozen takes", time.Get());
     EXPECT_TRUE(WaitFor([&] { return answered >= 1; }));
-    Report("one who waits for a stuck thread is answered after", Since(start));
-    EXPECT_LT(Since(start), libraryTimeout);
+    const Milliseconds took = time.Get();
+    Report("one who waits for a stuck thread is answered after", took);
+    EXPECT_LT(took, libraryTimeout);
     for (auto &reader : readers) {
         EXPECT_EQ(reader.get(), LxResultCode::NotConnected);
     }
@@ -303,10 +312,13 @@ TEST(AravisLosses, ADeviceThatAnotherApplicationTookMeanwhileIsDeniedUntilItIsFr
     ASSERT_TRUE(WaitFor([&] { return !device->IsConnected(); }));
     camera.OverrideControl(2);
     camera.SetFrozen(false);
-    uint32_t value = 0;
-    ASSERT_TRUE(WaitFor([&] { return device->ReadRegister(0, value) == LxResultCode::AccessDenied; }));
-    EXPECT_NE(std::string(device->ReadRegister(0, value).GetDescription().GetAscii()).find("Another application"),
-              std::string::npos);
+    LxResult denied;
+    ASSERT_TRUE(WaitFor([&] {
+        uint32_t value = 0;
+        denied = device->ReadRegister(0, value);
+        return denied == LxResultCode::AccessDenied;
+    }));
+    EXPECT_NE(std::string(denied.GetDescription().GetAscii()).find("Another application"), std::string::npos);
     EXPECT_FALSE(device->IsConnected());
     camera.OverrideControl(0);
     ASSERT_TRUE(WaitFor([&] { return !IsRefused(*device); })) << "taken again when it is free";

@@ -183,9 +183,9 @@ TEST_P(AravisStream, IsStoppedAtOnceWhileTheCameraIsGoneAndStartedWhenItIsBack)
     ASSERT_NE(TakeOne(mStream), nullptr);
     mCamera.Kill();
     ASSERT_TRUE(WaitFor([&] { return !mDevice->IsConnected(); }));
-    const auto start = Clock::now();
+    const RunningTime time;
     EXPECT_TRUE(mStream.Stop().IsOK());
-    EXPECT_LT(Since(start), libraryTimeout);
+    EXPECT_LT(time.Get(), libraryTimeout);
     EXPECT_EQ(mStream.Start(), LxResultCode::NotConnected);
     ASSERT_TRUE(mCamera.Start());
     ASSERT_TRUE(WaitFor([&] { return mDevice->IsConnected(); }));
@@ -340,9 +340,12 @@ TEST_F(AravisStreamFaults, BelievesNoLeaderThatPromisesMoreThanTheBufferHolds)
     LxStreamConfiguration configuration;
     configuration.mDeliverIncomplete = true;
     ASSERT_TRUE(StartStream(configuration).IsOK());
-    const Frame frame = TakeOne(mStream);
+    // one that is held up on its way is given up before its size is looked at
+    const Frame frame = TakeUntil(mStream, [](const LxBuffer &aFrame) {
+        EXPECT_NE(aFrame.GetStatus(), LxBufferStatus::Complete);
+        return aFrame.GetStatus() == LxBufferStatus::SizeMismatch;
+    });
     ASSERT_NE(frame, nullptr);
-    EXPECT_EQ(frame->GetStatus(), LxBufferStatus::SizeMismatch);
     EXPECT_EQ(frame->GetImage()->GetDataPointer(), nullptr);
     mCamera.ClearFaults();
     EXPECT_NE(TakeUntil(mStream, [](const LxBuffer &aFrame) { return aFrame.GetStatus() == LxBufferStatus::Complete; }),
