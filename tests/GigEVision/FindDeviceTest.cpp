@@ -17,7 +17,7 @@ TEST_F(Discovery, ADeviceTooManyIsNotFoundByItsAddressEither)
     });
     const LxDeviceInfo *found = nullptr;
     ASSERT_TRUE(WaitFor([&] {
-        mSystem.Find();
+        FindInAFlood();
         return mSystem.FindDevice("127.0.0.1", &found) == LxResultCode::NoMemory;
     }));
     EXPECT_EQ(found, nullptr);
