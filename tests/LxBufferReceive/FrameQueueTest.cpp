@@ -219,11 +219,18 @@ TEST_F(FrameQueueTest, LostDeviceFailsRetrieveAfterTheLastFrame)
 
 TEST_F(FrameQueueTest, RatesCoverTheLastSecond)
 {
-    for (uint64_t id = 1; id <= 10; ++id) {
-        mQueue->Push(MakeFrame(id));
-    }
-    EXPECT_NEAR(GetStatistics().mFrameRate, 10.0, 1e-9);
-    EXPECT_NEAR(GetStatistics().mBandwidth, 1000.0, 1e-9);
+    LxStreamStatistics statistics;
+    ASSERT_TRUE(WaitFor([&] {  // until it is looked at in time
+        Make();
+        const auto start = std::chrono::steady_clock::now();
+        for (uint64_t id = 1; id <= 10; ++id) {
+            mQueue->Push(MakeFrame(id));
+        }
+        statistics = GetStatistics();
+        return std::chrono::steady_clock::now() - start < std::chrono::milliseconds(900);
+    }));
+    EXPECT_NEAR(statistics.mFrameRate, 10.0, 1e-9);
+    EXPECT_NEAR(statistics.mBandwidth, 1000.0, 1e-9);
     EXPECT_TRUE(WaitFor([&] { return GetStatistics().mFrameRate == 0.0; }));
 }
 

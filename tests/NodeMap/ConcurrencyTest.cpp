@@ -118,33 +118,23 @@ TEST(FailFast, NobodyWaitsForAThreadThatIsStuckOnceTheDeviceIsSuspect)
 TEST(FailFast, TheStateChangesThoughASinkKeepsTheThreadThatTellsIt)
 {
     const TestCamera camera("A B S", TwoFeatures());
-    struct : LxGenEventSink
-    {
-        void OnParameterUpdate(LxGenParameter *) override
-        {
-            mRuns = true;
-            mGoOn.get_future().wait();
-            mRuns = false;
-        }
-        std::atomic<bool> mRuns{false};
-        std::promise<void> mGoOn;
-    } busy;
+    BlockingSink busy;
     camera["A"].RegisterEventSink(&busy);
     auto vanishing = std::async(std::launch::async, [&] { camera.mPort->Vanish(); });
-    ASSERT_TRUE(WaitFor([&] { return busy.mRuns.load(); }));
+    ASSERT_TRUE(WaitFor([&] { return busy.mInside.load(); }));
     int64_t value = 0;
     EXPECT_EQ(camera.Int("A").GetValue(value), LxResultCode::NotConnected);
     std::atomic<bool> begun{false};
     auto unregistering = std::async(std::launch::async, [&] {
         begun = true;
         camera["A"].UnregisterEventSink(&busy);
-        EXPECT_FALSE(busy.mRuns) << "it waits for the call that runs";
+        EXPECT_FALSE(busy.mInside) << "it waits for the call that runs";
     });
     ASSERT_TRUE(WaitFor([&] { return begun.load(); }));
     camera.mPort->Return();
     EXPECT_TRUE(camera.Int("A").GetValue(value).IsOK());
     EXPECT_EQ(vanishing.wait_for(0s), std::future_status::timeout) << "the sink is still busy";
-    busy.mGoOn.set_value();
+    busy.mLeave.count_down();
     vanishing.get();
     unregistering.get();
 }

@@ -62,13 +62,17 @@ protected:
         ASSERT_TRUE(error.IsClear()) << aFeature;
     }
 
-    void StartStream(int aBuffers)
+    /// @param aRetention how long a frame may be on its way, in microseconds; 0 for the library's tenth of a second.
+    void StartStream(int aBuffers, guint aRetention = 0)
     {
         ErrorHolder error;
         mStream.reset(arv_camera_create_stream(mCamera.get(), nullptr, nullptr, &error.mError));
         ASSERT_TRUE(error.IsClear());
         g_object_set(mStream.get(), "socket-buffer", ARV_GV_STREAM_SOCKET_BUFFER_FIXED, "socket-buffer-size",
                      4 * 1024 * 1024, nullptr);
+        if (aRetention > 0) {
+            g_object_set(mStream.get(), "frame-retention", aRetention, nullptr);
+        }
         const size_t payload = arv_camera_get_payload(mCamera.get(), &error.mError);
         ASSERT_TRUE(error.IsClear());
         for (int i = 0; i < aBuffers; ++i) {
@@ -131,7 +135,7 @@ TEST_F(AravisTest, StreamsGoodFrames)
     Connect();
     Set("Width", 640);
     Set("Height", 480);
-    StartStream(5);
+    StartStream(5, 10'000'000);  // also when the machine comes to a halt in the middle of a frame
     EXPECT_EQ(10, CountGood(10, 640, 480));
     StopStream();
 }

@@ -123,7 +123,8 @@ TEST_F(ControlFaultsTest, PendingAcknowledgeComesFirst)
 
 TEST_F(ControlFaultsTest, RepetitionWhilePendingIsAnsweredAsPending)
 {
-    Command("pending " + std::to_string(Register::Width) + " 4 200");
+    // so long that the repetition comes in time on a slow machine too
+    Command("pending " + std::to_string(Register::Width) + " 4 1000");
     const Bytes command = EmulatorClient::MakeCommand(0x0082, mClient->NextId(), Words({Register::Width, 64}));
     mClient->SendBytes(command);
     mClient->SendBytes(command);

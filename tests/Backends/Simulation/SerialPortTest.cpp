@@ -96,7 +96,7 @@ protected:
         return result;
     }
     /// Reads until there are so many bytes, or nothing comes for a while.
-    std::string Read(size_t aCount, uint32_t aTimeout = 2000)
+    std::string Read(size_t aCount, uint32_t aTimeout = 20000)
     {
         std::string text;
         while (text.size() < aCount) {
@@ -472,9 +472,10 @@ TEST_F(SerialPortTest, UnpluggedDeviceHasItsDefaultsAgain)
     ASSERT_TRUE(LxSimulation::SetDevicePresent(Camera, false).IsOK());
     ASSERT_TRUE(LxSimulation::SetDevicePresent(Camera, true).IsOK());
     LxString rate;
-    EXPECT_TRUE(WaitFor([&] { return Features().GetEnumValue("Uart0BaudRate", rate).IsOK(); }))
-        << "features hear of it on a thread of the SDK";
-    EXPECT_EQ(rate, LxString("Baud115200"));
+    EXPECT_TRUE(WaitFor([&] {
+        return Features().GetEnumValue("Uart0BaudRate", rate).IsOK() && rate == LxString("Baud115200");
+    })) << "features hear of it on a thread of the SDK; it is still "
+        << rate.GetAscii();
 }
 
 TEST_F(SerialPortTest, DisconnectedDeviceClosesItsPorts)

@@ -50,6 +50,11 @@ protected:
         mCamera.DrawFrame(aNumber, frame.data(), frame.size());
         return frame;
     }
+    /// Whether so much time has passed since a command was written that it may be done.
+    static bool IsSlow(std::chrono::steady_clock::time_point aWritten)
+    {
+        return std::chrono::steady_clock::now() - aWritten >= std::chrono::milliseconds(200);
+    }
     void SetSize(uint32_t aWidth, uint32_t aHeight)
     {
         ASSERT_TRUE(Write(R::Width, aWidth).IsOK());
@@ -213,14 +218,13 @@ TEST_F(SimulatedCameraTest, MultiFrameModeTakesAsManyAsAskedFor)
 TEST_F(SimulatedCameraTest, FramesComeAtTheFrameRate)
 {
     ASSERT_TRUE(WriteFloat(R::AcquisitionFrameRate, 200.0).IsOK());
-    Write(R::AcquisitionStart, 1);
-    ASSERT_TRUE(mCamera.WaitForFrame(mStop));
     const auto start = std::chrono::steady_clock::now();
-    for (int i = 0; i < 20; ++i) {
+    Write(R::AcquisitionStart, 1);
+    for (int i = 0; i < 21; ++i) {
         ASSERT_TRUE(mCamera.WaitForFrame(mStop));
     }
     // Never early; how late depends on the machine.
-    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(95));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(100));
 }
 
 TEST_F(SimulatedCameraTest, SoftwareTriggerTakesOneFrameEach)
@@ -251,9 +255,11 @@ TEST_F(SimulatedCameraTest, StopFlagEndsTheWait)
 
 TEST_F(SimulatedCameraTest, CommandIsDoneAfterAWhile)
 {
+    const auto start = std::chrono::steady_clock::now();
     ASSERT_TRUE(Write(R::SimCommand, 1).IsOK());
-    EXPECT_EQ(Read(R::SimCommand), 1u);
-    EXPECT_EQ(Read(R::SimCommandCount), 0u);
+    const uint32_t pending = Read(R::SimCommand);
+    const uint32_t count = Read(R::SimCommandCount);
+    EXPECT_TRUE((pending == 1 && count == 0) || IsSlow(start)) << pending << ' ' << count;
     EXPECT_TRUE(WaitFor([&] { return Read(R::SimCommand) == 0; }));
     EXPECT_EQ(Read(R::SimCommandCount), 1u);
 }
@@ -275,8 +281,10 @@ TEST_F(SimulatedCameraTest, UserSetRemembersSettingsAndResetBringsTheDefault)
     EXPECT_DOUBLE_EQ(ReadFloat(R::Gain), 0.0);
 
     ASSERT_TRUE(Write(R::UserSetSelector, 1).IsOK());
+    const auto start = std::chrono::steady_clock::now();
     ASSERT_TRUE(Write(R::UserSetLoad, 1).IsOK());
-    EXPECT_EQ(Write(R::AcquisitionStart, 1), LxResultCode::Busy) << "the size of the pictures is about to change";
+    EXPECT_TRUE(Write(R::AcquisitionStart, 1) == LxResultCode::Busy || IsSlow(start))
+        << "the size of the pictures is about to change";
     EXPECT_TRUE(WaitFor([&] { return Read(R::UserSetLoad) == 0; }));
     EXPECT_EQ(Read(R::Width), 640u);
     EXPECT_DOUBLE_EQ(ReadFloat(R::Gain), 6.0);
@@ -468,11 +476,13 @@ TEST_F(SimulatedCameraTest, ManyThreadsReadWriteAndDraw)
         }
     });
     std::thread writing([&] {
+        int stopped = 0;
         for (int i = 0; !mStop; ++i) {
             WriteFloat(R::Gain, i % 20);
             Write(R::AcquisitionStart, 1);
             Write(R::OffsetX, static_cast<uint32_t>(i % 64 * 4));
-            if (i % 10 == 0) {
+            if (const int taken = frames; taken != stopped) {  // each acquisition gets its frame
+                stopped = taken;
                 Write(R::AcquisitionStop, 1);
             }
         }

@@ -246,7 +246,10 @@ TEST_F(SimulatedStreamTest, StreamGoesOnWhenTheDeviceIsBack)
 
 TEST_F(SimulatedStreamTest, ALossThatIsOverBeforeTheStreamLooksIsNotMissed)
 {
-    Start();
+    LxStreamConfiguration configuration;
+    configuration.mBufferCount = 64;
+    configuration.mQueueLimit = 32;  // no first frame is dropped while this thread waits for its turn
+    Start(configuration);
     for (int i = 0; i < 20; ++i) {
         LxSimulation::SetDevicePresent(Camera, false);
         LxSimulation::SetDevicePresent(Camera, true);
@@ -264,9 +267,15 @@ TEST_F(SimulatedStreamTest, FrozenDeviceSendsNothing)
     Take();
     LxSimulation::FreezeDevice(Camera, 50);
     std::shared_ptr<const LxBuffer> buffer;
-    EXPECT_TRUE(WaitFor([&] { return mStream.RetrieveBuffer(buffer, 30) == LxResultCode::Timeout; }));
+    LxResult result;
+    EXPECT_TRUE(WaitFor([&] {
+        result = mStream.RetrieveBuffer(buffer, 30);
+        return !result.IsOK();
+    }));
+    // on a slow machine it may be lost already
+    EXPECT_TRUE(result == LxResultCode::Timeout || result == LxResultCode::NotConnected);
     LxSimulation::ThawDevice(Camera);
-    EXPECT_NE(Take(), nullptr);
+    EXPECT_TRUE(WaitFor([&] { return mStream.RetrieveBuffer(buffer, 1000).IsOK(); }));
 }
 
 TEST_F(SimulatedStreamTest, StartFailsWithTheErrorOfTheDevice)
