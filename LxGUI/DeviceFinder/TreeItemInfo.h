@@ -25,6 +25,8 @@ public:
     const InfoRows &GetRows() const { return mRows; }
     /// The tile of the icon strip.
     int GetIconIndex() const { return mIconIndex; }
+    /// The one that the tree shows at present. GUI thread only.
+    int GetShownIcon() const { return mShownIcon; }
 
     /// Shows text and icon in the tree where they changed. GUI thread only.
     void Display(const IconStrip &aIcons);

@@ -59,7 +59,7 @@ QTreeWidgetItem *FinderTest::Item(const QString &aText) const
 int FinderTest::Icon(const QString &aText) const
 {
     const auto *item = dynamic_cast<TreeItemInfo *>(Item(aText));
-    return item ? item->GetIconIndex() : -1;
+    return item ? item->GetShownIcon() : -1;
 }
 
 void FinderTest::Select(const QString &aText) const
