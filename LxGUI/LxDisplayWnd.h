@@ -100,7 +100,7 @@ public:
     void GetTextOverlayColor(unsigned char &aRed, unsigned char &aGreen, unsigned char &aBlue);
 
     /// One pixel of the picture on one of the screen. This and the next three are the actions of the context menu, for
-    /// a host's own menus; drawn by OpenGL they have no effect.
+    /// a host's own menus; drawn by OpenGL they show when the software renderer draws again.
     /// @thread{GUI}
     void Zoom1To1();
     /// Fits the whole picture into the window, and keeps it so while the window is resized.

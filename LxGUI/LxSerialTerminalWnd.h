@@ -21,8 +21,7 @@ public:
     /// Sets the device whose ports are offered. An open window closes the port of the device that it had and opens one
     /// of the new device.
     /// @param aAdapter not owned; it, and its device, must stay valid until another adapter or null is set or the
-    /// window
-    ///        is destroyed. Null (the default) leaves the window without a port.
+    ///        window is destroyed. Null (the default) leaves the window without a port.
     /// @return OK; NoSerialPort (25) when the device has none of the ports that the window offers, "Serial0", "Serial1"
     ///         and "Bulk0" to "Bulk6". The adapter is kept in that case, too.
     /// @thread{GUI}

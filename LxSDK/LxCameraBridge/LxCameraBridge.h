@@ -45,9 +45,9 @@ public:
     /// Errors: NotFound (no such template), those of the serial port and of the camera.
     LxResult ProbeCLProtocol(const LxString &aTemplate, LxString &aCameraID, LxStringList &aXMLIDs);
     /// @param aTemplate a template, or a camera ID, which begins with one.
-    /// @param aXMLID one of those that ProbeCLProtocol() gave. Errors: NotFound, AlreadyOpen, GenICamError, those of
-    /// the
-    ///        serial port and of the camera.
+    /// @param aXMLID one of those that ProbeCLProtocol() gave.
+    /// @return NotFound (no such template, or no such XML), AlreadyOpen, GenICamError, those of the serial port and of
+    ///         the camera.
     LxResult ConnectCLProtocol(const LxString &aTemplate, const LxString &aXMLID);
 
     /// Asks a GenCP camera for its XML descriptions, the best first. An ID is a text of the form

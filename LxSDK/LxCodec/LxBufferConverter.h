@@ -42,9 +42,8 @@ public:
     ///        its paddings are not written to.
     /// @param aReserved kept for the interface, without effect.
     /// @return InvalidArgument for null or empty images, images that are too large or share memory, and an output that
-    /// is
-    ///         not BGRa8; PixelFormatNotSupported; BufferTooSmall when the input's data are shorter than its geometry;
-    ///         SizeMismatch; NoMemory. On every failure the output is untouched.
+    ///         is not BGRa8; PixelFormatNotSupported; BufferTooSmall when the input's data are shorter than its
+    ///         geometry; SizeMismatch; NoMemory. On every failure the output is untouched.
     LxResult Convert(const ILxImage *aInput, LxBuffer *aOutput, bool aAdapt, bool aReserved);
 
     /// The number as it was given.
