@@ -1,5 +1,7 @@
 #include "LxBuffer/LxImage.h"
 
+#include <sys/mman.h>
+
 #include <cstdlib>
 #include <string>
 #include <utility>
@@ -9,6 +11,23 @@ namespace
 
 constexpr uint64_t kLargestImage = uint64_t{1} << 40;
 constexpr uint64_t kAlignment = 64;  // a cache line, and enough for every vector instruction
+// Images from here on get pages of this size where the system has them: a pass over an image then does not wait for
+// the addresses of thousands of small ones.
+constexpr uint64_t kHugePage = uint64_t{1} << 21;
+
+// Memory for std::free(), or null.
+void *Allocate(uint64_t aSize)
+{
+    const bool isHuge = aSize >= kHugePage;
+    void *memory = nullptr;
+    if (aSize > SIZE_MAX || posix_memalign(&memory, isHuge ? kHugePage : kAlignment, aSize) != 0) {
+        return nullptr;
+    }
+    if (isHuge) {
+        madvise(memory, aSize / kHugePage * kHugePage, MADV_HUGEPAGE);  // refused, the memory is as good as any other
+    }
+    return memory;
+}
 
 // The bytes that a geometry needs; the result says what is wrong with a geometry that has no size.
 LxResult GetCheckedSize(uint64_t &aSize, uint32_t aWidth, uint32_t aHeight, LxPixelType aPixelType, uint32_t aPaddingX,
@@ -74,7 +93,7 @@ LxResult LxImage::Alloc(uint32_t aWidth, uint32_t aHeight, LxPixelType aPixelTyp
     }
     if (!mOwned || mOwnedSize < size) {
         const uint64_t rounded = (size + kAlignment - 1) / kAlignment * kAlignment;
-        void *const memory = rounded > SIZE_MAX ? nullptr : std::aligned_alloc(kAlignment, rounded);
+        void *const memory = Allocate(rounded);
         if (!memory) {
             return LxResult(LxResultCode::NoMemory,
                             "There is no memory for an image of " + std::to_string(size) + " bytes.");

@@ -3,8 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cinttypes>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -36,6 +41,25 @@ void Fill(LxImage &aImage, int aByte)
     std::memset(aImage.GetDataPointer(), aByte, aImage.GetDataSize());
 }
 
+// What the kernel says of the piece of memory that an address lies in: pairs of letters.
+std::string FlagsOfMemoryAt(const void *aAddress)
+{
+    std::ifstream maps("/proc/self/smaps");
+    const auto address = reinterpret_cast<uintptr_t>(aAddress);
+    bool isIt = false;
+    for (std::string line; std::getline(maps, line);) {
+        uintptr_t first = 0;
+        uintptr_t end = 0;
+        if (std::sscanf(line.c_str(), "%" SCNxPTR "-%" SCNxPTR " ", &first, &end) == 2) {
+            isIt = first <= address && address < end;
+        }
+        else if (isIt && line.rfind("VmFlags:", 0) == 0) {
+            return line;
+        }
+    }
+    return {};
+}
+
 uint8_t FirstByte(const LxImage &aImage)
 {
     return *static_cast<const uint8_t *>(aImage.GetDataPointer());
@@ -63,6 +87,19 @@ TEST(LxImage, AllocGivesWritableMemoryOfTheGeometry)
     EXPECT_EQ(image.GetDataSize(), 28u);
     ASSERT_NE(image.GetDataPointer(), nullptr);
     EXPECT_EQ(reinterpret_cast<uintptr_t>(image.GetDataPointer()) % 64, 0u);
+    Fill(image, 0x5A);
+}
+
+// Of a large image no pass waits for the addresses of thousands of small pages.
+TEST(LxImage, AllocAsksForHugePagesForALargeImage)
+{
+    if (!std::filesystem::exists("/sys/kernel/mm/transparent_hugepage")) {
+        GTEST_SKIP() << "this kernel has no transparent huge pages";
+    }
+    LxImage image;
+    ASSERT_TRUE(image.Alloc(2048, 1536, LxPixelType::Mono8).IsOK());
+    EXPECT_EQ(reinterpret_cast<uintptr_t>(image.GetDataPointer()) % (2u << 20), 0u);
+    EXPECT_NE(FlagsOfMemoryAt(image.GetDataPointer()).find(" hg"), std::string::npos);
     Fill(image, 0x5A);
 }
 
