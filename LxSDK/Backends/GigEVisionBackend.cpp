@@ -16,13 +16,6 @@ namespace
 
 using YrUtilsLib::Network::IpAddress;
 
-uint32_t ParseAddress(const LxString &aText)
-{
-    IpAddress address;
-    address.Set(aText.GetAscii());
-    return address.Get();
-}
-
 std::string FormatSubnet(uint32_t aAddress, uint32_t aMask)
 {
     return IpAddress(aAddress & aMask).ToString() + " (mask " + IpAddress(aMask).ToString() + ')';
@@ -118,7 +111,7 @@ LxResult GigEVisionBackend::GetAccessType(const LxString &aIPAddress, int &aType
 {
     aType = LxAccessUnknown;
     uint32_t privilege = 0;
-    const LxResult result = ReadRegister(ListNetworkAdapters(), ParseAddress(aIPAddress),
+    const LxResult result = ReadRegister(ListNetworkAdapters(), ParseIPAddress(aIPAddress),
                                          Gvcp::Register::controlChannelPrivilege, GvcpPatience(), privilege);
     if (result == LxResultCode::AccessDenied) {
         aType = LxAccessExclusive;  // nobody else may read even this
@@ -143,9 +136,9 @@ LxResult GigEVisionBackend::SetGEVIPConfiguration(const LxString &aMACAddress, c
     if (!ParseMACAddress(aMACAddress.GetString(), configuration.mMACAddress)) {
         return LxResult(LxResultCode::InvalidArgument, "\"" + aMACAddress.GetString() + "\" is no MAC address.");
     }
-    configuration.mIPAddress = ParseAddress(aIPAddress);
-    configuration.mSubnetMask = ParseAddress(aSubnetMask);
-    configuration.mDefaultGateway = ParseAddress(aDefaultGateway);
+    configuration.mIPAddress = ParseIPAddress(aIPAddress);
+    configuration.mSubnetMask = ParseIPAddress(aSubnetMask);
+    configuration.mDefaultGateway = ParseIPAddress(aDefaultGateway);
     return ForceIP(ListNetworkAdapters(), configuration);
 }
 

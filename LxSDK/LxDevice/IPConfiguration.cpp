@@ -75,6 +75,13 @@ std::string FormatMACAddress(uint64_t aAddress)
     return text;
 }
 
+uint32_t ParseIPAddress(const LxString &aText)
+{
+    YrUtilsLib::Network::IpAddress address;
+    address.Set(aText.GetAscii());
+    return address.Get();
+}
+
 LxResult SetIPConfiguration(SetIPConfigurationFunction aFunction, const LxString &aMACAddress,
                             const LxString &aIPAddress, const LxString &aSubnetMask, const LxString &aDefaultGateway)
 {

@@ -22,6 +22,9 @@ bool ParseMACAddress(const std::string &aText, uint64_t &aAddress);
 /// "00:11:22:33:44:55", upper case.
 std::string FormatMACAddress(uint64_t aAddress);
 
+/// Reads "192.168.0.1", the first octet most significant; 0 for anything else.
+uint32_t ParseIPAddress(const LxString &aText);
+
 using SetIPConfigurationFunction = LxResult (DeviceBackend::*)(const LxString &, const LxString &, const LxString &,
                                                                const LxString &);
 /// Checks the four texts and asks the backends.

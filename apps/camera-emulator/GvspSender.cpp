@@ -1,7 +1,5 @@
 #include "GvspSender.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -70,15 +68,6 @@ struct Batch
         return refused;
     }
 };
-
-sockaddr_in ToSocketAddress(const Endpoint &aEndpoint)
-{
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(aEndpoint.mAddress);
-    address.sin_port = htons(aEndpoint.mPort);
-    return address;
-}
 
 uint64_t GetNextId(uint64_t aId, bool aExtendedIds)
 {

@@ -1,7 +1,6 @@
 #include "UdpSocket.h"
 
 #include <arpa/inet.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -17,16 +16,7 @@ namespace LxEmulator
 namespace
 {
 
-sockaddr_in ToSocketAddress(const Endpoint &aEndpoint)
-{
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(aEndpoint.mAddress);
-    address.sin_port = htons(aEndpoint.mPort);
-    return address;
-}
-
-LxResult Error(const std::string &aWhat)
+LxResult SystemError(const std::string &aWhat)
 {
     const int error = errno;
     const std::string text = aWhat + ": " + std::strerror(error);
@@ -44,6 +34,15 @@ bool SetOption(int aDescriptor, int aLevel, int aName, int aValue)
 std::string Endpoint::ToString() const
 {
     return YrUtilsLib::Network::IpAddress(mAddress).ToString() + ":" + std::to_string(mPort);
+}
+
+sockaddr_in ToSocketAddress(const Endpoint &aEndpoint)
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(aEndpoint.mAddress);
+    address.sin_port = htons(aEndpoint.mPort);
+    return address;
 }
 
 UdpSocket::~UdpSocket()
@@ -65,22 +64,22 @@ LxResult UdpSocket::Open(const Endpoint &aLocal, const std::string &aInterface, 
     UdpSocket opened;
     opened.mDescriptor = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     if (!opened.IsOpen()) {
-        return Error("Cannot create a socket");
+        return SystemError("Cannot create a socket");
     }
     const int descriptor = opened.mDescriptor;
     if (!aInterface.empty() && setsockopt(descriptor, SOL_SOCKET, SO_BINDTODEVICE, aInterface.c_str(),
                                           static_cast<socklen_t>(aInterface.size())) != 0)
     {
-        return Error("Cannot use the network interface " + aInterface);
+        return SystemError("Cannot use the network interface " + aInterface);
     }
     if (!SetOption(descriptor, SOL_SOCKET, SO_BROADCAST, 1) || !SetOption(descriptor, IPPROTO_IP, IP_PKTINFO, 1) ||
         (aShared && !SetOption(descriptor, SOL_SOCKET, SO_REUSEADDR, 1)))
     {
-        return Error("Cannot prepare a socket");
+        return SystemError("Cannot prepare a socket");
     }
     const sockaddr_in address = ToSocketAddress(aLocal);
     if (bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
-        return Error("Cannot listen on " + aLocal.ToString());
+        return SystemError("Cannot listen on " + aLocal.ToString());
     }
     std::swap(mDescriptor, opened.mDescriptor);
     return LxResult();

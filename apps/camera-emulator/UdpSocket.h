@@ -1,5 +1,7 @@
 #pragma once
 
+#include <netinet/in.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -18,6 +20,9 @@ struct Endpoint
     bool operator==(const Endpoint &) const = default;
     std::string ToString() const;
 };
+
+/// As the sockets of the operating system take it.
+sockaddr_in ToSocketAddress(const Endpoint &aEndpoint);
 
 /// Where a datagram came from, the address that it was sent to and the network interface that it came in on.
 struct DatagramOrigin

@@ -10,7 +10,7 @@ namespace
 
 constexpr uint64_t SourceAddress = 0xC100;
 constexpr uint64_t PoCLAddress = 0xC104;
-constexpr uint64_t EndAddress = 0xC108;
+constexpr uint64_t GrabberEnd = 0xC108;
 constexpr uint32_t SourceCount = 4;
 
 std::string Register(const std::string &aName, const std::string &aAddress)
@@ -66,7 +66,7 @@ std::string SimulatedGrabberRegisters::MakeXML() const
 void SimulatedGrabberRegisters::Attach(const std::shared_ptr<MemoryPort> &aMemory)
 {
     mMemory = aMemory;
-    mMemory->Map(SourceAddress, EndAddress - SourceAddress);
+    mMemory->Map(SourceAddress, GrabberEnd - SourceAddress);
     Restart();
 }
 

@@ -15,7 +15,7 @@ constexpr uint64_t BulkSelectorAddress = FirstAddress;
 constexpr uint64_t BaudRateAddress = 0xC040;
 constexpr uint64_t LoopbackAddress = 0xC080;
 constexpr uint64_t DividerAddress = 0xC0C0;
-constexpr uint64_t EndAddress = 0xC100;
+constexpr uint64_t SerialEnd = 0xC100;
 
 constexpr uint32_t PortCount = 10;
 constexpr uint32_t FirstBulk = static_cast<uint32_t>(LxDeviceSerial::Bulk0);
@@ -28,15 +28,15 @@ constexpr uint32_t HighestDivider = 65535;
 constexpr uint32_t LowestDivider = 100;
 constexpr uint32_t BaudRates[] = {9600, 14400, 19200, 28800, 38400, 57600, 115200, 230400, 460800, 921600};
 
-std::string Element(const std::string &aName, const std::string &aValue)
+std::string Child(const std::string &aName, const std::string &aValue)
 {
     return "  <" + aName + ">" + aValue + "</" + aName + ">\n";
 }
 
 std::string Head(const std::string &aKind, const std::string &aName, const std::string &aToolTip)
 {
-    return "<" + aKind + " Name=\"" + aName + "\" NameSpace=\"Custom\">\n" + Element("ToolTip", aToolTip) +
-           Element("Visibility", "Beginner");
+    return "<" + aKind + " Name=\"" + aName + "\" NameSpace=\"Custom\">\n" + Child("ToolTip", aToolTip) +
+           Child("Visibility", "Beginner");
 }
 
 /// A feature with its register; those of the bulk ports are elements of arrays, which the selector chooses from.
@@ -44,23 +44,23 @@ std::string Register(const std::string &aFeature, uint64_t aAddress, bool aSelec
 {
     char address[24];
     std::snprintf(address, sizeof(address), "0x%llX", static_cast<unsigned long long>(aAddress));
-    return "<IntReg Name=\"" + aFeature + "Reg\">\n" + Element("Address", address) +
-           (aSelected ? "  <pIndex Offset=\"4\">BulkSelectorReg</pIndex>\n" : "") + Element("Length", "4") +
-           Element("AccessMode", "RW") + Element("pPort", "Device") + Element("Cachable", "WriteThrough") +
-           Element("Sign", "Unsigned") + Element("Endianess", "BigEndian") + "</IntReg>\n";
+    return "<IntReg Name=\"" + aFeature + "Reg\">\n" + Child("Address", address) +
+           (aSelected ? "  <pIndex Offset=\"4\">BulkSelectorReg</pIndex>\n" : "") + Child("Length", "4") +
+           Child("AccessMode", "RW") + Child("pPort", "Device") + Child("Cachable", "WriteThrough") +
+           Child("Sign", "Unsigned") + Child("Endianess", "BigEndian") + "</IntReg>\n";
 }
 
 std::string Entry(const std::string &aName, uint32_t aValue)
 {
-    return "  <EnumEntry Name=\"" + aName + "\" NameSpace=\"Custom\">\n  " + Element("Value", std::to_string(aValue)) +
+    return "  <EnumEntry Name=\"" + aName + "\" NameSpace=\"Custom\">\n  " + Child("Value", std::to_string(aValue)) +
            "  </EnumEntry>\n";
 }
 
 std::string Integer(const std::string &aName, const std::string &aToolTip, uint32_t aMin, uint32_t aMax,
                     const std::string &aUnit)
 {
-    return Head("Integer", aName, aToolTip) + Element("pValue", aName + "Reg") + Element("Min", std::to_string(aMin)) +
-           Element("Max", std::to_string(aMax)) + (aUnit.empty() ? "" : Element("Unit", aUnit)) + "</Integer>\n";
+    return Head("Integer", aName, aToolTip) + Child("pValue", aName + "Reg") + Child("Min", std::to_string(aMin)) +
+           Child("Max", std::to_string(aMax)) + (aUnit.empty() ? "" : Child("Unit", aUnit)) + "</Integer>\n";
 }
 
 /// The feature for the speed of a port, or none.
@@ -74,7 +74,7 @@ std::string Speed(const std::string &aPrefix, LxSimulatedSpeed aKind, uint32_t a
             for (const uint32_t rate : BaudRates) {
                 text += Entry("Baud" + std::to_string(rate), rate);
             }
-            return text + Element("pValue", name + "Reg") + "</Enumeration>\n" + Register(name, address, aSelected);
+            return text + Child("pValue", name + "Reg") + "</Enumeration>\n" + Register(name, address, aSelected);
         }
         case LxSimulatedSpeed::Integer:
             return Integer(name, "Speed of the port.", LowestBaudRate, HighestBaudRate, "baud") +
@@ -92,8 +92,8 @@ std::string Speed(const std::string &aPrefix, LxSimulatedSpeed aKind, uint32_t a
 std::string Loopback(const std::string &aPrefix, uint32_t aPort, bool aSelected)
 {
     const std::string name = aPrefix + "Loopback";
-    return Head("Boolean", name, "Whether the port hears what it sends.") + Element("pValue", name + "Reg") +
-           Element("OnValue", "1") + Element("OffValue", "0") + "</Boolean>\n" +
+    return Head("Boolean", name, "Whether the port hears what it sends.") + Child("pValue", name + "Reg") +
+           Child("OnValue", "1") + Child("OffValue", "0") + "</Boolean>\n" +
            Register(name, LoopbackAddress + 4 * aPort, aSelected);
 }
 
@@ -105,7 +105,7 @@ std::string References(const std::string &aText, const std::string &aElement)
     for (const char *kind : {"<Enumeration", "<Integer", "<Boolean"}) {
         for (size_t at = aText.find(kind + tag); at != std::string::npos; at = aText.find(kind + tag, at + 1)) {
             const size_t name = aText.find(tag, at) + tag.size();
-            references += Element(aElement, aText.substr(name, aText.find('"', name) - name));
+            references += Child(aElement, aText.substr(name, aText.find('"', name) - name));
         }
     }
     return references;
@@ -146,19 +146,19 @@ std::string SimulatedSerialRegisters::MakeXML() const
                 features += Entry("Bulk" + std::to_string(port - FirstBulk), port - FirstBulk);
             }
         }
-        features += Element("pValue", "BulkSelectorReg") + References(selected, "pSelected") + "</Enumeration>\n" +
+        features += Child("pValue", "BulkSelectorReg") + References(selected, "pSelected") + "</Enumeration>\n" +
                     Register("BulkSelector", BulkSelectorAddress, false) + selected;
     }
     return "<Group Comment=\"SerialControl\">\n<Category Name=\"SerialControl\" NameSpace=\"Custom\">\n" +
-           Element("ToolTip", "The serial ports to the cameras.") + References(features, "pFeature") + "</Category>\n" +
+           Child("ToolTip", "The serial ports to the cameras.") + References(features, "pFeature") + "</Category>\n" +
            features + "</Group>\n";
 }
 
 void SimulatedSerialRegisters::Attach(const std::shared_ptr<MemoryPort> &aMemory)
 {
     mMemory = aMemory;
-    mMemory->Map(FirstAddress, EndAddress - FirstAddress);
-    mMemory->OnWrite(FirstAddress, EndAddress - FirstAddress,
+    mMemory->Map(FirstAddress, SerialEnd - FirstAddress);
+    mMemory->OnWrite(FirstAddress, SerialEnd - FirstAddress,
                      [this](MemoryPort &, uint64_t aAddress, uint32_t aLength) { return OnWrite(aAddress, aLength); });
     Restart();
 }
@@ -220,7 +220,7 @@ LxResult SimulatedSerialRegisters::OnWrite(uint64_t aAddress, uint32_t aLength)
 
 void SimulatedSerialRegisters::Apply()
 {
-    mShadow.resize(EndAddress - FirstAddress);
+    mShadow.resize(SerialEnd - FirstAddress);
     mMemory->Peek(FirstAddress, mShadow.data(), static_cast<uint32_t>(mShadow.size()));
     for (uint32_t port = 0; port < PortCount; ++port) {
         uint32_t speed = DefaultBaudRate;

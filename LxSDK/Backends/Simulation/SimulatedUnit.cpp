@@ -20,13 +20,6 @@ namespace
 
 constexpr auto FrozenUntilLost = 1500ms;
 
-uint32_t ToNumber(const LxString &aAddress)
-{
-    IpAddress address;
-    address.Set(aAddress.GetAscii());
-    return address.Get();
-}
-
 SimulatedCameraIdentity MakeIdentity(const LxSimulatedDevice &aValues)
 {
     SimulatedCameraIdentity identity;
@@ -37,9 +30,9 @@ SimulatedCameraIdentity MakeIdentity(const LxSimulatedDevice &aValues)
     identity.mSerialNumber = aValues.mSerialNumber.GetString();
     identity.mUserName = aValues.mUserDefinedName.GetString();
     ParseMACAddress(aValues.mMACAddress.GetString(), identity.mMACAddress);
-    identity.mIPAddress = ToNumber(aValues.mIPAddress);
-    identity.mSubnetMask = ToNumber(aValues.mSubnetMask);
-    identity.mDefaultGateway = ToNumber(aValues.mDefaultGateway);
+    identity.mIPAddress = ParseIPAddress(aValues.mIPAddress);
+    identity.mSubnetMask = ParseIPAddress(aValues.mSubnetMask);
+    identity.mDefaultGateway = ParseIPAddress(aValues.mDefaultGateway);
     identity.mUSB3Vision = aValues.mType == LxDeviceInfoTypeU3V;
     return identity;
 }

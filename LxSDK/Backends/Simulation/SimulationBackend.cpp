@@ -4,23 +4,9 @@
 #include "Backends/Simulation/SimulationLog.h"
 #include "Backends/Simulation/SimulationScanner.h"
 #include "LxDevice/IPConfiguration.h"
-#include "YrUtilsLib/IpAddress.h"
 
 namespace LxDetail
 {
-
-namespace
-{
-
-/// Number of a text that is an address, else 0.
-uint32_t ToNumber(const LxString &aText)
-{
-    YrUtilsLib::Network::IpAddress address;
-    address.Set(aText.GetAscii());
-    return address.Get();
-}
-
-}  // namespace
 
 std::unique_ptr<DeviceScanner> SimulationBackend::CreateScanner()
 {
@@ -52,10 +38,10 @@ LxResult SimulationBackend::Connect(const LxDeviceInfo &aInfo, LxDeviceAccess aA
 
 LxResult SimulationBackend::GetAccessType(const LxString &aIPAddress, int &aType)
 {
-    const uint32_t address = ToNumber(aIPAddress);
+    const uint32_t address = ParseIPAddress(aIPAddress);
     for (const auto &unit : mHost.GetUnits()) {
         const LxSimulatedDevice values = unit->GetValues();
-        if (values.mType != LxDeviceInfoTypeGEV || address == 0 || ToNumber(values.mIPAddress) != address) {
+        if (values.mType != LxDeviceInfoTypeGEV || address == 0 || ParseIPAddress(values.mIPAddress) != address) {
             continue;
         }
         SimulationLog &log = SimulationLog::Get();
@@ -97,7 +83,8 @@ LxResult SimulationBackend::SetIPConfiguration(const char *aOperation, int aType
         if (unit->GetLink() != SimulatedUnit::Link::Connected || unit->IsFrozen()) {
             return LxResult(LxResultCode::Timeout, "The device does not answer.");
         }
-        return unit->SetIPConfiguration(ToNumber(aIPAddress), ToNumber(aSubnetMask), ToNumber(aDefaultGateway));
+        return unit->SetIPConfiguration(ParseIPAddress(aIPAddress), ParseIPAddress(aSubnetMask),
+                                        ParseIPAddress(aDefaultGateway));
     }
     return LxResultCode::NotFound;
 }
