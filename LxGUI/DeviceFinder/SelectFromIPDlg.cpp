@@ -14,8 +14,8 @@
 namespace
 {
 
-constexpr int sWidth = 350;
-constexpr int sHeight = 200;
+constexpr int sSelectWidth = 350;
+constexpr int sSelectHeight = 200;
 constexpr int sSpaceBehindAddress = 20;
 
 }  // namespace
@@ -51,7 +51,7 @@ SelectFromIPDlg::SelectFromIPDlg(QWidget *aParent) : QDialog(aParent), mAddressE
     QWidget::setTabOrder(mAddressEdit, buttons.mOK);
     QWidget::setTabOrder(buttons.mOK, buttons.mCancel);
     mAddressEdit->setFocus();
-    MakeFixedSizeDialog(this, sWidth, sHeight);
+    MakeFixedSizeDialog(this, sSelectWidth, sSelectHeight);
 }
 
 void SelectFromIPDlg::accept()

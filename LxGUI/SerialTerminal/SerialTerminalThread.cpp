@@ -7,7 +7,7 @@
 namespace
 {
 
-constexpr uint32_t sChunk = 64;          // bytes
+constexpr uint32_t sReadSize = 64;       // bytes
 constexpr uint32_t sReadTimeout = 250;   // milliseconds
 constexpr unsigned long sBackOff = 250;  // milliseconds
 // Fewer characters than this are shown only after the time (milliseconds).
@@ -26,11 +26,11 @@ void SerialTerminalThread::run()
 {
     QElapsedTimer sinceShown;
     sinceShown.start();
-    uint8_t chunk[sChunk] = {};
+    uint8_t chunk[sReadSize] = {};
     bool waits = true;
     while (!mStop) {
         uint32_t count = 0;
-        const LxResult result = mWnd->Port().Read(chunk, sChunk, count, sReadTimeout);
+        const LxResult result = mWnd->Port().Read(chunk, sReadSize, count, sReadTimeout);
         if (result.IsOK()) {
             mWnd->Render(chunk, count);
             mWnd->Loopback().Compare(chunk, count);

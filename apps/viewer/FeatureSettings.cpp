@@ -24,7 +24,7 @@ constexpr int MostPasses = 6;
 
 using Features = std::vector<LxGenParameter *>;
 
-QString Tr(const char *aText)
+QString SettingsText(const char *aText)
 {
     return QCoreApplication::translate("FeatureSettings", aText);
 }
@@ -153,7 +153,7 @@ public:
             Take(*selector, std::string());
         }
         if (mParameters.GetAccessMode() != 0) {
-            mOutcome.mProblems = {Tr("The camera stopped answering.")};
+            mOutcome.mProblems = {SettingsText("The camera stopped answering.")};
         }
         return mOutcome;
     }
@@ -193,7 +193,7 @@ private:
         aFeature.GetType(type);
         const LxString value = aFeature.ToString();
         if (value.IsEmpty() && type != LxGenTypeString) {
-            mOutcome.mProblems << Tr("%1 could not be read.").arg(QString::fromStdString(name));
+            mOutcome.mProblems << SettingsText("%1 could not be read.").arg(QString::fromStdString(name));
             return;
         }
         mList.Add(LxProperty(LxString(name.c_str()), value));
@@ -250,7 +250,7 @@ public:
             }
         }
         if (mHasGone) {
-            outcome.mProblems = {Tr("The camera stopped answering.")};
+            outcome.mProblems = {SettingsText("The camera stopped answering.")};
         }
         return outcome;
     }
@@ -283,8 +283,8 @@ private:
     {
         LxGenParameter *feature = mParameters.Get(LxString(aName.toUtf8().constData()));
         if (!feature) {
-            aSetting.mProblem = aName == aSetting.mName ? Tr("The camera has no such feature.")
-                                                        : Tr("The camera has no feature %1.").arg(aName);
+            aSetting.mProblem = aName == aSetting.mName ? SettingsText("The camera has no such feature.")
+                                                        : SettingsText("The camera has no feature %1.").arg(aName);
         }
         return feature;
     }
@@ -320,7 +320,8 @@ private:
         aSetting.mProblem.reset();
         aSetting.mIsRestored = true;
         if (!(after == aSetting.mValue) && feature.IsReadable()) {
-            aSetting.mProblem = Tr("The camera made %1 of %2.").arg(ToQString(after), ToQString(aSetting.mValue));
+            aSetting.mProblem =
+                SettingsText("The camera made %1 of %2.").arg(ToQString(after), ToQString(aSetting.mValue));
             aSetting.mIsRestored = false;
         }
         return !(after == before);
@@ -329,7 +330,8 @@ private:
     void Note(Setting &aSetting, const LxResult &aResult)
     {
         aSetting.mIsRestored = false;
-        aSetting.mProblem = Tr("%1 could not be written. %2").arg(ToQString(aSetting.mValue), Reason(aResult));
+        aSetting.mProblem =
+            SettingsText("%1 could not be written. %2").arg(ToQString(aSetting.mValue), Reason(aResult));
         mHasGone = mParameters.GetAccessMode() != 0;
     }
 

@@ -16,7 +16,7 @@ namespace
 
 const QString FolderSetting = QStringLiteral("snapshotFolder");
 
-QString Tr(const char *aText)
+QString SnapshotText(const char *aText)
 {
     return QObject::tr(aText);
 }
@@ -69,11 +69,11 @@ QString Snapshot::SaveRaw(const QString &aFile) const
 
 void Snapshot::Save(QWidget *aParent) const
 {
-    const QString picture = Tr("Picture as shown (*.png)");
-    const QString raw = Tr("Raw data of the camera (*.raw)");
+    const QString picture = SnapshotText("Picture as shown (*.png)");
+    const QString raw = SnapshotText("Raw data of the camera (*.raw)");
     const QDir folder(QSettings().value(FolderSetting, QDir::homePath()).toString());
     QString filter = picture;
-    QString name = QFileDialog::getSaveFileName(aParent, Tr("Save Snapshot"),
+    QString name = QFileDialog::getSaveFileName(aParent, SnapshotText("Save Snapshot"),
                                                 folder.filePath(SuggestedName() + QStringLiteral(".png")),
                                                 picture + QStringLiteral(";;") + raw, &filter);
     if (name.isEmpty()) {
@@ -88,7 +88,7 @@ void Snapshot::Save(QWidget *aParent) const
     QSettings().setValue(FolderSetting, QFileInfo(name).absolutePath());
     const QString error = isRaw ? SaveRaw(name) : SavePicture(name);
     if (!error.isEmpty()) {
-        QMessageBox::warning(aParent, Tr("Snapshot not saved"),
-                             Tr("%1 cannot be written: %2").arg(QDir::toNativeSeparators(name), error));
+        QMessageBox::warning(aParent, SnapshotText("Snapshot not saved"),
+                             SnapshotText("%1 cannot be written: %2").arg(QDir::toNativeSeparators(name), error));
     }
 }

@@ -13,7 +13,7 @@
 namespace
 {
 
-QString Text(const char *aText)
+QString FileText(const char *aText)
 {
     return QCoreApplication::translate("ViewerConfiguration", aText);
 }
@@ -57,17 +57,18 @@ QString ViewerConfiguration::Load()
 QString ViewerConfiguration::PutAside(const QString &aReason)
 {
     const QString head =
-        Text("The options of the viewer cannot be read from %1. %2").arg(QDir::toNativeSeparators(mFile), aReason) +
+        FileText("The options of the viewer cannot be read from %1. %2").arg(QDir::toNativeSeparators(mFile), aReason) +
         QStringLiteral("\n\n");
     QString aside = mFile + QStringLiteral(".unreadable");
     for (int i = 2; QFileInfo::exists(aside); ++i) {
         aside = mFile + QStringLiteral(".unreadable%1").arg(i);
     }
     mMayWrite = QFile::rename(mFile, aside);
-    return head + (mMayWrite ? Text("The file is kept as %1. The viewer starts with its default options.")
-                                   .arg(QDir::toNativeSeparators(aside))
-                             : Text("The viewer starts with its default options and does not save them, so that the "
-                                    "file stays as it is."));
+    return head + (mMayWrite
+                       ? FileText("The file is kept as %1. The viewer starts with its default options.")
+                             .arg(QDir::toNativeSeparators(aside))
+                       : FileText("The viewer starts with its default options and does not save them, so that the "
+                                  "file stays as it is."));
 }
 
 QString ViewerConfiguration::Save()
@@ -81,7 +82,7 @@ QString ViewerConfiguration::Save()
     }
     QDir().mkpath(QFileInfo(mFile).path());
     if (const LxResult result = writer.Save(PathOf(mFile)); !result.IsOK()) {
-        return Text("The options of the viewer cannot be saved in %1. %2")
+        return FileText("The options of the viewer cannot be saved in %1. %2")
             .arg(QDir::toNativeSeparators(mFile), Reason(result));
     }
     mHasChanged = false;
