@@ -32,7 +32,7 @@ public:
     LxResult SetDevice(LxDevice *aDevice);
     /// The stream that bridges made from now on are given; those that exist keep theirs.
     /// @param aStream not owned; null is allowed.
-    /// @return always OK.
+    /// @return OK.
     /// @thread{GUI}
     LxResult SetStream(LxStream *aStream);
 
@@ -48,7 +48,7 @@ public:
 
     /// Saves every connected bridge under its index as name, and the list "CameraBridgeIndex" of these names with the
     /// number of the port of each; nothing when no bridge is connected.
-    /// @return always OK.
+    /// @return OK.
     /// @thread{GUI}
     LxResult Save(LxConfigurationWriter &aWriter);
     /// Connects the bridges as they were saved. A port that the device does not have is left out; what goes wrong with

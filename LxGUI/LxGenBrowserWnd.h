@@ -34,7 +34,7 @@ public:
     void SetGenParameterArray(LxGenParameterArray *aParameters);
 
     /// Up to which level features are shown; Beginner from the start. Takes effect when the features are shown anew.
-    /// @return always OK; a value that is no level is ignored.
+    /// @return OK; a value that is no level is ignored.
     /// @thread{GUI}
     LxResult SetVisibility(LxGenVisibility aVisibility);
     /// The level that was set or that the user chose.
@@ -42,7 +42,7 @@ public:
     LxGenVisibility GetVisibility();
 
     /// Automatic from the start. Another mode shows the features anew.
-    /// @return always OK; a value that is no mode works like the automatic one.
+    /// @return OK; a value that is no mode works like the automatic one.
     /// @thread{GUI}
     LxResult SetRefreshMode(LxGenRefresh aMode);
     /// The mode that was set or that the user chose.
@@ -56,12 +56,12 @@ public:
     /// Adds the options to a list, as the properties "Visibility" ("Beginner", "Expert", "Guru", "Invisible"), "Names"
     /// ("FeatureNames", "DisplayNames"), "View" ("Tree", "AlphabeticalList") and "Refresh" ("PollingRefresh",
     /// "AutoRefresh", "ManualRefresh").
-    /// @return always OK.
+    /// @return OK.
     /// @thread{GUI}
     LxResult Save(LxPropertyList &aList);
     /// Takes the options from a list. A property that is missing leaves its option; unknown values mean Beginner,
     /// feature names, tree and automatic. The view is not taken while display names are shown.
-    /// @return always OK.
+    /// @return OK.
     /// @thread{GUI}
     LxResult Load(LxPropertyList &aList);
 

@@ -37,12 +37,12 @@ public:
     ///   P + "COMPortBaudRate", P + "COMPortParity" ("None", "Odd", "Even"), P + "COMPortBitCount",
     ///   P + "COMPortStopBits"  while the COM port is open
     ///   P + "CLDLLBaudRate"  the fixed baud rate of a Camera Link bridge; 0 when there is none
-    /// @return always OK.
+    /// @return OK.
     /// @thread{GUI}
     LxResult Save(LxPropertyList &aList);
     /// Stops all bridges and starts those of a list. A bridge that cannot be started or set does not keep the others
     /// from it; what went wrong is added to the messages, one sentence each.
-    /// @return always OK.
+    /// @return OK.
     /// @thread{GUI}
     LxResult Load(LxPropertyList &aList, LxStringList &aMessages);
     /// Does nothing.

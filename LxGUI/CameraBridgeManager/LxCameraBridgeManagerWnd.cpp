@@ -33,10 +33,8 @@ LxResult LxCameraBridgeManagerWnd::SetDevice(LxDevice *aDevice)
 
 LxResult LxCameraBridgeManagerWnd::SetStream(LxStream *aStream)
 {
-    if (mWnd) {
-        Bridges(mWnd)->SetStream(aStream);
-    }
-    return LxResultCode::OK;
+    return CallInternal<CameraBridgeManagerWnd>(mWnd, "LxCameraBridgeManagerWnd::SetStream()",
+                                                [&](CameraBridgeManagerWnd &aWnd) { aWnd.SetStream(aStream); });
 }
 
 int LxCameraBridgeManagerWnd::GetBridgeCount() const
@@ -56,16 +54,17 @@ LxDeviceSerial LxCameraBridgeManagerWnd::GetBridgePort(int aIndex)
 
 LxResult LxCameraBridgeManagerWnd::Save(LxConfigurationWriter &aWriter)
 {
-    if (mWnd) {
-        Bridges(mWnd)->Save(aWriter);
-    }
-    return LxResultCode::OK;
+    return CallInternal<CameraBridgeManagerWnd>(mWnd, "LxCameraBridgeManagerWnd::Save()",
+                                                [&](CameraBridgeManagerWnd &aWnd) { aWnd.Save(aWriter); });
 }
 
 LxResult LxCameraBridgeManagerWnd::Load(LxConfigurationReader &aReader, LxStringList &aErrors)
 {
-    auto *const wnd = Internal<CameraBridgeManagerWnd>(mWnd, "LxCameraBridgeManagerWnd::Load()");
-    return wnd ? wnd->Load(aReader, aErrors) : LxResult();
+    LxResult result;
+    const LxResult called = CallInternal<CameraBridgeManagerWnd>(
+        mWnd, "LxCameraBridgeManagerWnd::Load()",
+        [&](CameraBridgeManagerWnd &aWnd) { result = aWnd.Load(aReader, aErrors); });
+    return called.IsOK() ? result : called;
 }
 
 LxResult LxCameraBridgeManagerWnd::Recover()

@@ -35,8 +35,8 @@ const LxDeviceInfo *LxDeviceFinderWnd::GetSelected() const
 
 void LxDeviceFinderWnd::SetGEVEnabled(bool aEnabled, bool aVisible)
 {
-    if (mWnd) {
-        Window(mWnd)->SetGEVEnabled(aEnabled, aVisible);
+    if (auto *const wnd = Internal<DeviceFinderWnd>(mWnd, "LxDeviceFinderWnd::SetGEVEnabled()")) {
+        wnd->SetGEVEnabled(aEnabled, aVisible);
     }
 }
 
@@ -52,8 +52,8 @@ void LxDeviceFinderWnd::GetGEVEnabled(bool &aEnabled, bool &aVisible) const
 
 void LxDeviceFinderWnd::SetU3VEnabled(bool aEnabled, bool aVisible)
 {
-    if (mWnd) {
-        Window(mWnd)->SetU3VEnabled(aEnabled, aVisible);
+    if (auto *const wnd = Internal<DeviceFinderWnd>(mWnd, "LxDeviceFinderWnd::SetU3VEnabled()")) {
+        wnd->SetU3VEnabled(aEnabled, aVisible);
     }
 }
 
@@ -69,8 +69,8 @@ void LxDeviceFinderWnd::GetU3VEnabled(bool &aEnabled, bool &aVisible) const
 
 void LxDeviceFinderWnd::SetKelvraProtocolEnabled(bool aEnabled, bool aVisible)
 {
-    if (mWnd) {
-        Window(mWnd)->SetKelvraProtocolEnabled(aEnabled, aVisible);
+    if (auto *const wnd = Internal<DeviceFinderWnd>(mWnd, "LxDeviceFinderWnd::SetKelvraProtocolEnabled()")) {
+        wnd->SetKelvraProtocolEnabled(aEnabled, aVisible);
     }
 }
 

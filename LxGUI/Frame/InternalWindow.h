@@ -23,3 +23,18 @@ Window *Internal(Wnd *aWnd, const char *aOperation)
 {
     return aWnd && IsOnApplicationThread(aOperation) ? static_cast<Window *>(aWnd) : nullptr;
 }
+
+/// Calls an operation that cannot fail. OK, also without a window; InvalidArgument, with a warning, on a wrong thread.
+template <typename Window, typename Call>
+LxResult CallInternal(Wnd *aWnd, const char *aOperation, const Call &aCall)
+{
+    if (!aWnd) {
+        return LxResultCode::OK;
+    }
+    auto *const wnd = Internal<Window>(aWnd, aOperation);
+    if (!wnd) {
+        return LxResultCode::InvalidArgument;
+    }
+    aCall(*wnd);
+    return LxResultCode::OK;
+}

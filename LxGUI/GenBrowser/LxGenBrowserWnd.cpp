@@ -33,9 +33,11 @@ void LxGenBrowserWnd::SetGenParameterArray(LxGenParameterArray *aParameters)
 
 LxResult LxGenBrowserWnd::SetVisibility(LxGenVisibility aVisibility)
 {
-    if (auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::SetVisibility()")) {
-        wnd->SetVisibility(aVisibility);
+    auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::SetVisibility()");
+    if (!wnd) {
+        return LxResultCode::InvalidArgument;
     }
+    wnd->SetVisibility(aVisibility);
     return LxResultCode::OK;
 }
 
@@ -46,9 +48,11 @@ LxGenVisibility LxGenBrowserWnd::GetVisibility()
 
 LxResult LxGenBrowserWnd::SetRefreshMode(LxGenRefresh aMode)
 {
-    if (auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::SetRefreshMode()")) {
-        wnd->SetRefreshMode(aMode);
+    auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::SetRefreshMode()");
+    if (!wnd) {
+        return LxResultCode::InvalidArgument;
     }
+    wnd->SetRefreshMode(aMode);
     return LxResultCode::OK;
 }
 
@@ -66,17 +70,21 @@ void LxGenBrowserWnd::Refresh()
 
 LxResult LxGenBrowserWnd::Save(LxPropertyList &aList)
 {
-    if (mWnd) {
-        Options(mWnd)->Save(aList);
+    auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::Save()");
+    if (!wnd) {
+        return LxResultCode::InvalidArgument;
     }
+    wnd->Save(aList);
     return LxResultCode::OK;
 }
 
 LxResult LxGenBrowserWnd::Load(LxPropertyList &aList)
 {
-    if (auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::Load()")) {
-        wnd->Load(aList);
+    auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::Load()");
+    if (!wnd) {
+        return LxResultCode::InvalidArgument;
     }
+    wnd->Load(aList);
     return LxResultCode::OK;
 }
 

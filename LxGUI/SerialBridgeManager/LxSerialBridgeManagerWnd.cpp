@@ -33,18 +33,14 @@ LxResult LxSerialBridgeManagerWnd::SetDevice(ILxDeviceAdapter *aAdapter)
 
 LxResult LxSerialBridgeManagerWnd::Save(LxPropertyList &aList)
 {
-    if (mWnd) {
-        Bridges(mWnd)->Save(aList);
-    }
-    return LxResultCode::OK;
+    return CallInternal<SerialBridgeManagerWnd>(mWnd, "LxSerialBridgeManagerWnd::Save()",
+                                                [&](SerialBridgeManagerWnd &aWnd) { aWnd.Save(aList); });
 }
 
 LxResult LxSerialBridgeManagerWnd::Load(LxPropertyList &aList, LxStringList &aMessages)
 {
-    if (auto *const wnd = Internal<SerialBridgeManagerWnd>(mWnd, "LxSerialBridgeManagerWnd::Load()")) {
-        wnd->Load(aList, aMessages);
-    }
-    return LxResultCode::OK;
+    return CallInternal<SerialBridgeManagerWnd>(mWnd, "LxSerialBridgeManagerWnd::Load()",
+                                                [&](SerialBridgeManagerWnd &aWnd) { aWnd.Load(aList, aMessages); });
 }
 
 LxResult LxSerialBridgeManagerWnd::Recover()

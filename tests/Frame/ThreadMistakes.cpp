@@ -8,10 +8,14 @@
 
 #include "HostMistakes.h"
 #include "LxGUI/LxCameraBridgeManagerWnd.h"
+#include "LxGUI/LxDeviceFinderWnd.h"
 #include "LxGUI/LxDisplayWnd.h"
 #include "LxGUI/LxGenBrowserWnd.h"
 #include "LxGUI/LxRegisterInterfaceWnd.h"
+#include "LxGUI/LxSerialBridgeManagerWnd.h"
 #include "LxGUI/LxSerialTerminalWnd.h"
+#include "LxPersistence/LxConfigurationReader.h"
+#include "LxPersistence/LxConfigurationWriter.h"
 
 namespace
 {
@@ -53,8 +57,10 @@ void CallTheirOwnOperationsOnAnotherThread(const Kind &)
     LxGenBrowserWnd browser;
     LxRegisterInterfaceWnd registers;
     LxSerialTerminalWnd terminal;
+    LxSerialBridgeManagerWnd serial;
     LxCameraBridgeManagerWnd cameras;
-    for (LxWnd *window : std::initializer_list<LxWnd *>{&display, &browser, &registers, &terminal, &cameras}) {
+    LxDeviceFinderWnd finder;  // not shown: it would search
+    for (LxWnd *window : std::initializer_list<LxWnd *>{&display, &browser, &registers, &terminal, &serial, &cameras}) {
         window->ShowModeless();
     }
     std::thread([&] {
@@ -66,17 +72,36 @@ void CallTheirOwnOperationsOnAnotherThread(const Kind &)
         unsigned x = 0, y = 0;
         CHECK(!display.PictureAt(1, 1, x, y));
         browser.SetGenParameterArray(nullptr);
-        browser.SetRefreshMode(LxGenRefreshManual);
-        browser.SetVisibility(LxGenVisibilityGuru);
+        CHECK(browser.SetRefreshMode(LxGenRefreshManual).GetCode() == Refused);
+        CHECK(browser.SetVisibility(LxGenVisibilityGuru).GetCode() == Refused);
+        LxPropertyList options;
+        CHECK(browser.Save(options).GetCode() == Refused);
+        CHECK(browser.Load(options).GetCode() == Refused);
+        CHECK(options.GetCount() == 0);
         browser.Refresh();
         CHECK(registers.SetDevice(nullptr).GetCode() == Refused);
         CHECK(terminal.SetDevice(nullptr).GetCode() == Refused);
         CHECK(terminal.SetSerialPort(LxDeviceSerial::Serial1).GetCode() == Refused);
+        LxStringList messages;
+        CHECK(serial.Save(options).GetCode() == Refused);
+        CHECK(serial.Load(options, messages).GetCode() == Refused);
+        LxConfigurationWriter writer;
+        LxConfigurationReader reader;
+        CHECK(cameras.SetStream(nullptr).GetCode() == Refused);
+        CHECK(cameras.Save(writer).GetCode() == Refused);
+        CHECK(cameras.Load(reader, messages).GetCode() == Refused);
+        finder.SetGEVEnabled(false, false);
+        finder.SetU3VEnabled(false, false);
+        finder.SetKelvraProtocolEnabled(false, false);
         cameras.ShowKCF();
         cameras.HideKCF();
     }).join();
     CHECK(browser.GetRefreshMode() == LxGenRefreshAutomatic);
     CHECK(browser.GetVisibility() == LxGenVisibilityBeginner);
+    bool enabled = false;
+    bool visible = false;
+    finder.GetGEVEnabled(enabled, visible);
+    CHECK(enabled && visible);
     Turn();
 }
 
