@@ -53,13 +53,7 @@ LxResult Wnd::Create(HWND aParent, int /*aReserved*/)
     auto *widget = new QWidget(nullptr, aParent ? Qt::SubWindow : Qt::Widget);
     SetWidget(widget);
     mPrivateWidget = widget;
-    BuildContent();
-    mOpen = true;
-    OnOpen();
-    mWidget->installEventFilter(this);
-    mWidget->show();
-    mWidget->setWindowTitle(mTitle);
-    ApplyPosition();
+    OpenWidget();
     if (!aParent) {
         return LxResultCode::InvalidArgument;
     }
@@ -79,13 +73,7 @@ LxResult Wnd::Create(QWidget *aHost)
         return LxResultCode::InvalidArgument;
     }
     SetWidget(aHost);
-    BuildContent();
-    mOpen = true;
-    OnOpen();
-    mWidget->installEventFilter(this);
-    mWidget->show();
-    mWidget->setWindowTitle(mTitle);
-    ApplyPosition();
+    OpenWidget();
     return LxResultCode::OK;
 }
 
@@ -264,6 +252,17 @@ void Wnd::RestoreEmbedding()
     if (child && NativeWindows().GetParent(child) != mEmbeddingParent) {
         EmbedInParent(NativeWindows(), child, mEmbeddingParent);
     }
+}
+
+void Wnd::OpenWidget()
+{
+    BuildContent();
+    mOpen = true;
+    OnOpen();
+    mWidget->installEventFilter(this);
+    mWidget->show();
+    mWidget->setWindowTitle(mTitle);
+    ApplyPosition();
 }
 
 void Wnd::BuildContent()

@@ -79,6 +79,8 @@ private:
     void SetWidget(QWidget *aWidget);
     void MakeDialog(QWidget *aParent);
     void FreeWidget(QWidget *aWidget);
+    /// Opens the window in its widget, whichever that is, and shows it.
+    void OpenWidget();
     void BuildContent();
     void DeleteContent();
     void ApplyPosition();

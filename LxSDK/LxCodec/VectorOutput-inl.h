@@ -27,11 +27,13 @@ HWY_INLINE void Put(ByteVector aPixels, uint8_t *aOut)
     }
 }
 
-// 32-bit words of a vector of bytes so that what interleaving within blocks of 16 bytes makes of them is in order.
-HWY_INLINE ByteVector SpreadOverBlocks(ByteVector aBytes)
+// The 32-bit words of a vector so that what interleaving them in groups, within blocks of 16 bytes, makes of them is in
+// order.
+template <size_t kGroup = 1, class Vector>
+HWY_INLINE Vector SpreadOverBlocks(Vector aVector)
 {
     if constexpr (HWY_MAX_BYTES == 16) {
-        return aBytes;
+        return aVector;
     }
     else {
         constexpr size_t kBlocks = HWY_MAX_BYTES / 16;
@@ -41,14 +43,14 @@ HWY_INLINE ByteVector SpreadOverBlocks(ByteVector aBytes)
             constexpr Order()
             {
                 for (size_t i = 0; i < 4 * kBlocks; ++i) {
-                    mWords[i] = static_cast<uint32_t>(i % 4 * kBlocks + i / 4);
+                    mWords[i] = static_cast<uint32_t>(i % 4 / kGroup * kGroup * kBlocks + i / 4 * kGroup + i % kGroup);
                 }
             }
         };
         static constexpr Order kOrder;
         const hn::ScalableTag<uint32_t> words;
         const auto indices = hn::SetTableIndices(words, kOrder.mWords);
-        return hn::BitCast(Bytes(), hn::TableLookupLanes(hn::BitCast(words, aBytes), indices));
+        return hn::BitCast(hn::DFromV<Vector>(), hn::TableLookupLanes(hn::BitCast(words, aVector), indices));
     }
 }
 

@@ -85,29 +85,6 @@ HWY_INLINE IntVector GetByte(IntVector aWords)
     }
 }
 
-// The order of pairs in a vector so that interleaving pixels within blocks of 16 bytes puts them in order.
-HWY_INLINE IntVector SpreadPairsOverBlocks(IntVector aPairs)
-{
-    if constexpr (HWY_MAX_BYTES == 16) {
-        return aPairs;
-    }
-    else {
-        constexpr size_t kBlocks = HWY_MAX_BYTES / 16;
-        struct Order
-        {
-            alignas(64) int32_t mPairs[4 * kBlocks] = {};
-            constexpr Order()
-            {
-                for (size_t i = 0; i < 4 * kBlocks; ++i) {
-                    mPairs[i] = static_cast<int32_t>(i % 4 / 2 * 2 * kBlocks + i / 4 * 2 + i % 2);
-                }
-            }
-        };
-        static constexpr Order kOrder;
-        return hn::TableLookupLanes(aPairs, hn::SetTableIndices(Ints(), kOrder.mPairs));
-    }
-}
-
 using Shorts = hn::ScalableTag<int16_t>;
 using ShortVector = hn::Vec<Shorts>;
 
@@ -266,7 +243,7 @@ HWY_INLINE void ConvertYuvPairs(const Pairs &aPairs, const uint8_t *aSamples, co
     for (; i + step <= aWidth; i += step) {
         ByteVector lower;
         ByteVector upper;
-        aPairs.Convert(SpreadPairsOverBlocks(hn::BitCast(ints, hn::LoadU(bytes, aSamples + 2 * i))), lower, upper);
+        aPairs.Convert(SpreadOverBlocks<2>(hn::BitCast(ints, hn::LoadU(bytes, aSamples + 2 * i))), lower, upper);
         Put<kStream>(lower, aOut + 4 * i);
         Put<kStream>(upper, aOut + 4 * i + 2 * step);
     }
