@@ -6,6 +6,7 @@
 #include "EmulatedCamera.h"
 #include "LxSystem/LxDeviceInfo.h"
 #include "LxSystem/LxSystem.h"
+#include "WaitFor.h"
 
 TEST(EmulatorCode, ACameraInTheProcess)
 {
@@ -19,6 +20,6 @@ TEST(EmulatorCode, ACameraInTheProcess)
     EXPECT_TRUE(result.IsOK()) << result.GetDescription().GetAscii();
     LxSystem system;
     const LxDeviceInfo *found = nullptr;
-    EXPECT_TRUE(system.FindDevice("127.0.0.1", &found).IsOK());
+    EXPECT_TRUE(WaitFor([&] { return system.FindDevice("127.0.0.1", &found).IsOK(); }));
     camera.Stop();
 }
