@@ -101,9 +101,11 @@ const QRgb *PicturePainter::SourceLine(int aLine) const
 
 void PicturePainter::DrawLines()
 {
-    const bool isScaled = mSource.width() != mTarget.width();
-    const int *first = mColumns.data() + (mRect.left() - mTarget.left());
-    for (int start = 0; (start = mNextLine.fetch_add(LinesAtOnce)) <= mRect.bottom();) {
+    // Taking lines comes first: it makes what Draw() has written visible to the helper's thread.
+    for (int start = mNextLine.fetch_add(LinesAtOnce); start <= mRect.bottom();
+         start = mNextLine.fetch_add(LinesAtOnce)) {
+        const bool isScaled = mSource.width() != mTarget.width();
+        const int *first = mColumns.data() + (mRect.left() - mTarget.left());
         for (int y = start; y < start + LinesAtOnce && y <= mRect.bottom(); ++y) {
             const QRgb *line = SourceLine(y);
             auto *output = reinterpret_cast<QRgb *>(mBits + y * mStride) + mRect.left();

@@ -16,8 +16,9 @@
 namespace
 {
 
-char sEvents;   // what all threads have done before they sent their last events
-char sAnswers;  // what all threads have done before the last calls of their slots returned
+char sEvents;       // what all threads have done before they sent their last events
+char sAnswers;      // what all threads have done before the last calls of their slots returned
+char sConnections;  // what all threads have done before they connected a signal
 
 /// Qt's own function.
 template <typename Function>
@@ -84,6 +85,7 @@ void QMetaObject::activate(QObject *aSender, const QMetaObject *aClass, int aSig
     using Function = void (*)(QObject *, const QMetaObject *, int, void **);
     static const auto sActivate = FindQt<Function>("_ZN11QMetaObject8activateEP7QObjectPKS_iPPv");
     __tsan_release(&sEvents);
+    __tsan_acquire(&sConnections);
     sActivate(aSender, aClass, aSignal, aArguments);
     if (aArguments && aArguments[0]) {  // it has an answer
         __tsan_acquire(&sAnswers);
@@ -97,13 +99,27 @@ bool QMetaObject::invokeMethodImpl(QObject *aObject, QtPrivate::QSlotObjectBase 
     static const auto sInvoke = FindQt<Function>(
         "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv");
     __tsan_release(&sEvents);
+    if (aType != Qt::BlockingQueuedConnection) {
+        return sInvoke(aObject, aSlot, aType, aResult);
+    }
     aSlot->ref();  // it goes after what the other thread has done with it
     const bool isCalled = sInvoke(aObject, aSlot, aType, aResult);
-    if (aType == Qt::BlockingQueuedConnection) {
-        __tsan_acquire(&sAnswers);
-    }
+    __tsan_acquire(&sAnswers);
     aSlot->destroyIfLastRef();
     return isCalled;
+}
+
+QMetaObject::Connection QObject::connectImpl(const QObject *aSender, void **aSignal, const QObject *aReceiver,
+                                             void **aFunction, QtPrivate::QSlotObjectBase *aSlot,
+                                             Qt::ConnectionType aType, const int *aTypes, const QMetaObject *aClass)
+{
+    using Function =
+        QMetaObject::Connection (*)(const QObject *, void **, const QObject *, void **, QtPrivate::QSlotObjectBase *,
+                                    Qt::ConnectionType, const int *, const QMetaObject *);
+    static const auto sConnect = FindQt<Function>(
+        "_ZN7QObject11connectImplEPKS_PPvS1_S3_PN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPKiPK11QMetaObject");
+    __tsan_release(&sConnections);
+    return sConnect(aSender, aSignal, aReceiver, aFunction, aSlot, aType, aTypes, aClass);
 }
 
 void QThread::start(Priority aPriority)
