@@ -1,9 +1,7 @@
 #include <fontconfig/fontconfig.h>
 
 #include <QtCore/QTemporaryDir>
-#include <QtCore/QThread>
 #include <QtCore/QTimer>
-#include <QtDBus/QDBusConnection>
 #include <QtGui/QIcon>
 #include <QtGui/QImageReader>
 #include <QtWidgets/QApplication>
@@ -53,14 +51,6 @@ bool ChoosePlatform(int aCount, char **aArguments)
         return true;
     }
     return false;
-}
-
-/// Meets the session bus, where screen readers are: Qt would make the first widget wait for it.
-void MeetSessionBus()
-{
-    if (!qgetenv("QT_QPA_PLATFORM").contains("offscreen")) {
-        QDBusConnection::sessionBus();
-    }
 }
 
 /// How the tour is to show the windows, for scripts.
@@ -122,8 +112,6 @@ int main(int argc, char **argv)
 {
     const bool isBlind = ChoosePlatform(argc, argv);
     ScreenVariants::Prepare(Variant());
-    QThread::currentThread();  // Qt takes the first thread that it sees for the GUI thread
-    const std::jthread bus(MeetSessionBus);
     std::thread fonts(FcInit);  // what fonts there are takes as long to find out as all the rest: both at once
     QApplication application(argc, argv);
     fonts.join();
