@@ -92,6 +92,7 @@ void *RunLate(void *aStart)
         return result;                                                       \
     }
 
+#pragma GCC visibility push(default)  // what is hidden stands in for nothing
 extern "C" {
 
 LX_HOLD_UP_AFTER(4, ssize_t, write, nullptr, (int aFile, const void *aData, size_t aSize), aFile, aData, aSize)
@@ -120,3 +121,4 @@ int pthread_create(pthread_t *aThread, const pthread_attr_t *aAttributes, void *
 }
 
 }  // extern "C"
+#pragma GCC visibility pop
