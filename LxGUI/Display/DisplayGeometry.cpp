@@ -9,6 +9,9 @@ namespace DisplayGeometry
 namespace
 {
 
+// The longest that a picture becomes on the screen, so that scroll positions are numbers at any zoom.
+constexpr double MostLength = 1 << 30;
+
 struct Axis
 {
     int mSourceFirst;
@@ -42,7 +45,7 @@ ScrollBar MakeBar(int aScaled, int aView)
 
 int ScaledLength(int aLength, double aFactor)
 {
-    return static_cast<int>(aLength * aFactor + 0.5);
+    return static_cast<int>(std::min(aLength * aFactor + 0.5, MostLength));
 }
 
 Zoom ApplyZoom(const Zoom &aZoom, const QSize &aWindow, const QSize &aPicture)
@@ -111,12 +114,14 @@ Placement ComputePlacement(const Zoom &aZoom, const QSize &aView, const QSize &a
                 QRect(x.mTargetFirst, y.mTargetFirst, x.mTargetLength, y.mTargetLength)};
     }
     const QRect source(0, 0, width, height);
-    const double ratio = static_cast<double>(width) / height;
-    if (static_cast<double>(aView.width()) / aView.height() > ratio) {
-        const int targetWidth = static_cast<int>(aView.height() * ratio);
+    // whole numbers, as a quotient of doubles may fall short of the pixel that it should be
+    const int64_t across = int64_t{aView.width()} * height;
+    const int64_t down = int64_t{aView.height()} * width;
+    if (across > down) {
+        const int targetWidth = static_cast<int>(down / height);
         return {source, QRect((aView.width() - targetWidth) / 2, 0, targetWidth, aView.height())};
     }
-    const int targetHeight = static_cast<int>(aView.width() / ratio);
+    const int targetHeight = static_cast<int>(across / width);
     return {source, QRect(0, (aView.height() - targetHeight) / 2, aView.width(), targetHeight)};
 }
 

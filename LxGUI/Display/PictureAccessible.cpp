@@ -39,7 +39,7 @@ private:
         if (mDisplay->GetZoom().mMode == DisplayGeometry::ZoomFit) {
             return DisplayWnd::tr("%1, fitted into the window").arg(size);
         }
-        return DisplayWnd::tr("%1, zoom %2 %").arg(size).arg(qRound(100.0 * mDisplay->GetZoom().mFactor));
+        return DisplayWnd::tr("%1, zoom %2 %").arg(size).arg(100.0 * mDisplay->GetZoom().mFactor, 0, 'f', 0);
     }
 
     const QPointer<DisplayWnd> mDisplay;

@@ -86,6 +86,21 @@ TEST(DisplayScrollBars, RangesStepsAndValuesTruncate)
     EXPECT_EQ(bars.mVertical.mValue, 259);
 }
 
+TEST(DisplayScrollBars, OneBarAloneTakesRoomFromTheOtherDirectionOnly)
+{
+    ScrollBars bars = ComputeScrollBars({ZoomOneToOne, 1}, {400, 300}, {1001, 200});
+    EXPECT_EQ(bars.mHorizontal.mMaximum, 1001 - 400);
+    EXPECT_EQ(bars.mHorizontal.mPageStep, 100);
+    EXPECT_EQ(bars.mHorizontal.mValue, 300);
+    EXPECT_EQ(ViewSize({400, 300}, true, false), QSize(400, 282));
+    bars = ComputeScrollBars({ZoomOneToOne, 1}, {400, 300}, {300, 801});
+    EXPECT_EQ(bars.mVertical.mMaximum, 801 - 300);
+    EXPECT_EQ(bars.mVertical.mPageStep, 75);
+    EXPECT_EQ(bars.mVertical.mSingleStep, 15);
+    EXPECT_EQ(bars.mVertical.mValue, 250);
+    EXPECT_EQ(ViewSize({400, 300}, false, true), QSize(382, 300));
+}
+
 TEST(DisplayScrollBars, TheSingleStepIsAtLeastOne)
 {
     EXPECT_EQ(ComputeScrollBars({ZoomOneToOne, 1}, {30, 30}, {100, 100}).mHorizontal.mSingleStep, 1);
@@ -98,6 +113,20 @@ TEST(DisplayScrollBars, TheScaledSizeIsRounded)
     EXPECT_EQ(ScaledLength(100, 0.004), 0);
 }
 
+TEST(DisplayScrollBars, AZoomBeyondAllNumbersStillShowsAPartOfThePicture)
+{
+    for (const double factor : {1e7, 1e20, 1e308}) {
+        const ScrollBars bars = ComputeScrollBars({ZoomFree, factor}, {10, 300}, {1000, 800});
+        ASSERT_TRUE(bars.mHorizontal.mNeeded && bars.mVertical.mNeeded) << factor;
+        EXPECT_GT(bars.mHorizontal.mMaximum, 0);
+        EXPECT_GT(bars.mVertical.mMaximum, 0);
+        const Placement place = ComputePlacement({ZoomFree, factor}, {400, 300}, {1000, 800},
+                                                 {bars.mHorizontal.mMaximum, bars.mVertical.mValue});
+        EXPECT_EQ(place.mTarget, QRect(0, 0, 400, 300));
+        EXPECT_EQ(place.mSource.size(), QSize(1, 1));
+    }
+}
+
 TEST(DisplayPlacement, FitFillsTheTighterDirectionAndCentresTheOther)
 {
     Placement place = ComputePlacement({ZoomFit, 1}, {400, 300}, {100, 100}, {});
@@ -105,6 +134,25 @@ TEST(DisplayPlacement, FitFillsTheTighterDirectionAndCentresTheOther)
     EXPECT_EQ(place.mSource, QRect(0, 0, 100, 100));
     place = ComputePlacement({ZoomFit, 1}, {400, 300}, {400, 100}, {});
     EXPECT_EQ(place.mTarget, QRect(0, 100, 400, 100));
+}
+
+TEST(DisplayPlacement, TheFittedLengthAndItsPlaceAreTruncated)
+{
+    EXPECT_EQ(ComputePlacement({ZoomFit, 1}, {400, 300}, {333, 1000}, {}).mTarget, QRect(150, 0, 99, 300));
+    EXPECT_EQ(ComputePlacement({ZoomFit, 1}, {400, 300}, {1000, 333}, {}).mTarget, QRect(0, 83, 400, 133));
+}
+
+// Quotients of two sizes are not what they should be to the last bit.
+TEST(DisplayPlacement, APictureThatIsAsHighOrWideAsTheViewIsFittedPixelByPixel)
+{
+    for (int width = 100; width < 2000; width += 7) {
+        for (int height = 100; height < 1600; height += 11) {
+            const QRect picture(0, 0, width, height);
+            ASSERT_EQ(ComputePlacement({}, picture.size(), picture.size(), {}).mTarget, picture);
+            ASSERT_EQ(ComputePlacement({}, {width + 2, height}, picture.size(), {}).mTarget, picture.translated(1, 0));
+            ASSERT_EQ(ComputePlacement({}, {width, height + 2}, picture.size(), {}).mTarget, picture.translated(0, 1));
+        }
+    }
 }
 
 TEST(DisplayPlacement, ASmallerPictureIsCentredAtItsZoom)
@@ -120,6 +168,15 @@ TEST(DisplayPlacement, ALargerPictureShowsTheScrolledPartWithInclusiveCorners)
     EXPECT_EQ(place.mTarget, QRect(0, 0, 382, 282));
     EXPECT_EQ(place.mSource.topLeft(), QPoint(309, 259));
     EXPECT_EQ(place.mSource.bottomRight(), QPoint(691, 541));
+}
+
+TEST(DisplayPlacement, TheScrolledPartIsRoundedToPixels)
+{
+    const Placement place = ComputePlacement({ZoomFree, 1.5}, {300, 100}, {1000, 800}, {100, 50});
+    EXPECT_EQ(place.mSource.topLeft(), QPoint(67, 33));
+    EXPECT_EQ(place.mSource.bottomRight(), QPoint(267, 100));
+    EXPECT_EQ(ComputePlacement({ZoomFree, 1.5}, {301, 100}, {1000, 800}, {100, 51}).mSource.bottomRight(),
+              QPoint(267, 101));
 }
 
 TEST(DisplayPlacement, TheEndIsLimitedToThePicture)

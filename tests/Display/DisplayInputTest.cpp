@@ -220,6 +220,41 @@ TEST_F(DisplayInput, ABarThatIsNotNeededTakesItsScrollValueAway)
     ShowPicture(100, 90);
     mDisplay.OnMainZoom1To1();
     EXPECT_EQ(Shot().pixel(150, 105), PictureColor(0, 0)) << "centred, not scrolled";
+    ShowPicture(1000, 800);
+    EXPECT_EQ(Shot().pixel(0, 0), PictureColor(0, 0)) << "from its corner, until the zoom is applied again";
+}
+
+TEST_F(DisplayInput, OneBarAloneLeavesTheOtherDirectionAsItIs)
+{
+    ShowPicture(1000, 200);
+    mDisplay.OnMainZoom1To1();
+    ASSERT_TRUE(Bar("verticalScrollBar")->isHidden());
+    EXPECT_EQ(Bar("horizontalScrollBar")->maximum(), 1000 - 400);
+    EXPECT_EQ(Shot().pixel(399, (282 - 200) / 2), PictureColor(700, 0)) << "as wide as the window, corners inclusive";
+    ChooseFromMenu({291, 41}, "Center Here");
+    EXPECT_EQ(Bar("horizontalScrollBar")->value(), 300 + 291 - 200);
+    ShowPicture(200, 800);
+    mDisplay.OnMainZoom1To1();
+    ASSERT_TRUE(Bar("horizontalScrollBar")->isHidden());
+    EXPECT_EQ(Shot().pixel((382 - 200) / 2, 10), PictureColor(0, 250 + 10));
+    ChooseFromMenu({291, 41}, "Center Here");
+    EXPECT_EQ(Bar("verticalScrollBar")->value(), 250 + 41 - 150);
+}
+
+TEST_F(DisplayInput, AKeyHeldDownZoomsUntilOnePixelFillsTheWindow)
+{
+    for (int i = 0; i < 150; ++i) {
+        QTest::keyClick(&mHost, Qt::Key_Plus);
+    }
+    EXPECT_FALSE(Bar("horizontalScrollBar")->isHidden());
+    EXPECT_FALSE(Bar("verticalScrollBar")->isHidden());
+    const QImage shot = Shot();
+    EXPECT_EQ(qBlue(shot.pixel(0, 0)), 77);
+    EXPECT_EQ(shot.pixel(381, 281), shot.pixel(0, 0));
+    for (int i = 0; i < 160; ++i) {
+        QTest::keyClick(&mHost, Qt::Key_Minus);
+    }
+    EXPECT_EQ(mDisplay.GetZoom().mMode, ZoomFit);
 }
 
 TEST_F(DisplayInput, AFrameOfAnotherSizeKeepsBarsAndZoom)
