@@ -75,6 +75,7 @@ void DisplayWnd::CreateLayout()
     MakePictureAccessible(widget, this);
     ApplyBackground();
     TakePainting(widget);
+    mRefreshPosted = false;  // what was on its way may have ended with an earlier application
     if (IsOpenGL()) {
         MakeGLDisplay();
     }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtGui/QScreen>
 #include <QtGui/QSurfaceFormat>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
@@ -75,4 +76,25 @@ TEST(RendererInfo, IsAskedOnceThereIsAnApplicationAndOutlivesIt)
     ASSERT_TRUE(display.Display(*MakePicture(100, 80)).IsOK());
     QCoreApplication::processEvents();
     EXPECT_EQ(Grab(&host).pixel(30, 40), PictureColor(30, 40));
+}
+
+// A refresh that was on its way ends with the application.
+TEST(DisplayWithoutItsFirstApplication, ShowsFramesInTheNextOne)
+{
+    auto application = std::make_unique<QApplication>(sArgumentCount, sArguments);
+    LxDisplayWnd display;
+    ASSERT_TRUE(display.Display(*MakePicture(100, 80)).IsOK());
+    application.reset();
+    application = std::make_unique<QApplication>(sArgumentCount, sArguments);
+    QWidget host;
+    host.resize(100, 80);
+    ASSERT_TRUE(display.Create(&host).IsOK());
+    ASSERT_TRUE(WaitForScreen(host));
+    const auto isOnScreen = [&](QRgb aColor) {
+        return WaitForGui([&] { return host.screen()->grabWindow(host.winId()).toImage().pixel(30, 40) == aColor; },
+                          5000);
+    };
+    EXPECT_TRUE(isOnScreen(PictureColor(30, 40)));
+    ASSERT_TRUE(display.Display(*MakePicture(50, 40)).IsOK());
+    EXPECT_TRUE(isOnScreen(PictureColor(15, 20)));
 }
