@@ -345,10 +345,9 @@ QRect DisplayWnd::DrawOverlay(QPainter &aPainter)
     aPainter.setFont(mOverlayFont);
     aPainter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     const QRect viewport = aPainter.viewport();
-    const int x = mOverlayOffsetX;
-    const int y = mOverlayOffsetY;
+    const QPoint offset(mOverlayOffsetX, mOverlayOffsetY);
     QRect covered;
-    aPainter.drawText(QRect(x, y, viewport.width() - x, viewport.height() - y), Qt::AlignLeft | Qt::AlignTop,
+    aPainter.drawText(QRect(offset, QPoint(viewport.width() - 1, viewport.height() - 1)), Qt::AlignLeft | Qt::AlignTop,
                       mShownOverlayText, &covered);
     return covered;
 }

@@ -1,3 +1,4 @@
+#include <QtGui/QPainter>
 #include <QtWidgets/QDialog>
 #include <algorithm>
 #include <atomic>
@@ -16,6 +17,7 @@ TEST_F(DisplayWindow, AnEmptyDisplayShowsItsBackground)
 {
     ShowAt(200, 100);
     EXPECT_EQ(Shot().pixel(100, 50), QColor(Qt::darkGray).rgb());
+    EXPECT_EQ(mHost.styleSheet(), "background-color: rgb(128, 128, 128);");
     EXPECT_EQ(mDisplay.SetBackgroundColor(QColor(10, 20, 30)).GetCode(), 0u);
     EXPECT_EQ(mHost.styleSheet(), "background-color: rgb(10, 20, 30);");
     EXPECT_EQ(Shot().pixel(100, 50), qRgb(10, 20, 30));
@@ -102,6 +104,55 @@ TEST_F(DisplayWindow, TheOverlayStartsAtItsOffsetFromThePicture)
     EXPECT_GT(CountGreen(shot, {250, 100, 60, 60}), 5);
 }
 
+TEST_F(DisplayWindow, TheOverlayIsDrawnToThePixelAsItsFontAndRectangleSay)
+{
+    const QString text = QStringLiteral("Frame 12, a line longer than the window\nsecond");
+    class Expected : public QWidget
+    {
+    public:
+        explicit Expected(QString aText) : mText(std::move(aText)) { resize(300, 60); }
+
+    protected:
+        void paintEvent(QPaintEvent *) override
+        {
+            QPainter painter(this);
+            painter.fillRect(rect(), Qt::black);
+            painter.translate(50, 0);
+            painter.setPen(Qt::green);
+            painter.setFont(QFont("Monospace", 11, 600, false));
+            painter.drawText(QRect(20, 7, 300 - 20, 60 - 7), 0x21, mText);
+        }
+
+    private:
+        const QString mText;
+    } expected(text);
+    ShowAt(300, 60);
+    mDisplay.SetBackgroundColor(Qt::black);
+    mDisplay.SetTextOverlay(text);
+    mDisplay.SetTextOverlayOffsetX(20);
+    mDisplay.SetTextOverlayOffsetY(7);
+    const auto picture = MakePicture(200, 60);
+    std::fill_n(static_cast<QRgb *>(picture->GetDataPointer()), 200 * 60, qRgb(0, 0, 0));
+    ASSERT_TRUE(mDisplay.Display(*picture, false).IsOK());
+    const QImage shot = Shot();
+    EXPECT_GT(CountGreen(shot, shot.rect()), 50);
+    EXPECT_EQ(shot, Grab(&expected));
+}
+
+TEST_F(DisplayWindow, AnyOverlayOffsetIsTaken)
+{
+    ShowAt(200, 100);
+    mDisplay.SetTextOverlay("HHHH");
+    for (const unsigned offset : {0x80000000u, 0x7FFFFFFFu, 0xFFFFFFFFu, 5000u}) {
+        mDisplay.SetTextOverlayOffsetX(offset);
+        mDisplay.SetTextOverlayOffsetY(offset);
+        ShowPicture(200, 100);
+        EXPECT_EQ(mDisplay.GetTextOverlayOffsetX(), static_cast<int>(offset));
+        EXPECT_EQ(mDisplay.GetTextOverlayOffsetY(), static_cast<int>(offset));
+        EXPECT_EQ(Shot().pixel(150, 80), PictureColor(150, 80));
+    }
+}
+
 TEST_F(DisplayWindow, ALargerOverlayFontCoversMore)
 {
     ShowAt(400, 200);
@@ -128,6 +179,25 @@ TEST_F(DisplayWindow, ClearRemovesPictureAndOverlay)
     EXPECT_EQ(CountGreen(shot, shot.rect()), 0);
     ShowPicture(400, 200);
     EXPECT_EQ(Shot().pixel(200, 100), PictureColor(200, 100)) << "shows pictures again";
+}
+
+TEST_F(DisplayWindow, WhatIsSetAndShownBeforeThereIsAWidgetIsThereWithIt)
+{
+    ASSERT_TRUE(mDisplay.Display(*MakePicture(10, 10), false).IsOK());
+    mDisplay.Clear();
+    mDisplay.Refresh();
+    mDisplay.SetTextOverlay("HHHH");
+    ASSERT_TRUE(mDisplay.Display(*MakePicture(100, 50), false).IsOK());
+    mDisplay.OnMainCenterHere();
+    mDisplay.OnHorizontalScroll(0);
+    mDisplay.OnMainZoom1To1();
+    EXPECT_EQ(mDisplay.PictureAt({0, 0}), QPoint(-1, -1));
+    EXPECT_EQ(mDisplay.SetRendererMode(0).GetCode(), 0u);
+    Settle();
+    ShowAt(200, 100);
+    const QImage shot = Shot();
+    EXPECT_EQ(shot.pixel(50 + 99, 25 + 49), PictureColor(99, 49));
+    EXPECT_GT(CountGreen(shot, {60, 35, 60, 30}), 20);
 }
 
 TEST_F(DisplayWindow, ZoomBeforeTheFirstFrameChangesModeAndFactorOnly)
