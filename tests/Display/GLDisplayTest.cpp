@@ -316,14 +316,18 @@ TEST_F(OpenGLDisplay, AFrameThatNobodyTakesIsDroppedAfterHalfASecond)
     Settle();
     mSpy.mUploads.clear();
     const auto picture = MakePicture(200, 100);
-    qint64 elapsed = 0;
-    OnAnotherThread([&] {
-        QElapsedTimer clock;
-        clock.start();
-        EXPECT_EQ(mDisplay.Display(*picture, false).GetCode(), 0u);
-        elapsed = clock.elapsed();
-    });
-    EXPECT_GE(elapsed, 490);
+    qint64 elapsed = 1000;
+    // again where the machine was busy
+    for (int i = 0; i < 20 && elapsed > 600; ++i) {
+        OnAnotherThread([&] {
+            QElapsedTimer clock;
+            clock.start();
+            EXPECT_EQ(mDisplay.Display(*picture, false).GetCode(), 0u);
+            elapsed = clock.elapsed();
+        });
+        EXPECT_GE(elapsed, 490);
+    }
+    EXPECT_LE(elapsed, 600);
     EXPECT_TRUE(mSpy.mUploads.empty());
     EXPECT_EQ(mDisplay.PendingImage(), nullptr);
     mHost.show();
