@@ -13,6 +13,7 @@
 
 #include "CameraSession.h"
 #include "CameraSettingsFile.h"
+#include "SaveFileName.h"
 #include "Texts.h"
 #include "ViewerConfiguration.h"
 #include "ViewerLog.h"
@@ -33,7 +34,10 @@ struct Saving
     {
         CameraSettingsFile file{aCamera, {}};
         mOutcome = FeatureSettings::Collect(aParameters, file.mFeatures);
-        mResult = file.Save(aFile);
+        // a part of the settings does not replace a file that may have all
+        mResult = aParameters.GetAccessMode() == 0
+                      ? file.Save(aFile)
+                      : LxResult(LxResultCode::NotConnected, "The camera stopped answering.");
         if (mResult.IsOK()) {
             qCInfo(LogSettings).noquote() << mOutcome.mCount << "features of" << aCamera.mName << "saved in" << aFile;
         }
@@ -76,12 +80,12 @@ void CameraSettings::AddActions(QMenu &aFile, QMenu &aCamera)
     connect(mKeepAction, &QAction::triggered, this, &CameraSettings::SetKept);
 }
 
-void CameraSettings::UpdateActions()
+void CameraSettings::UpdateActions(bool aIsLinkLost)
 {
     const bool connected = mSession.IsConnected();
-    for (QAction *action : {mLoadAction, mSaveAction, mKeepAction}) {
-        action->setEnabled(connected);
-    }
+    mLoadAction->setEnabled(connected && !aIsLinkLost);
+    mSaveAction->setEnabled(connected && !aIsLinkLost);
+    mKeepAction->setEnabled(connected);
     mKeepAction->setChecked(connected && IsKept());
 }
 
@@ -130,13 +134,13 @@ void CameraSettings::OnDisconnecting(bool aIsLinkLost)
 void CameraSettings::AskSave()
 {
     const QDir folder(QSettings().value(cFolderSetting, QDir::homePath()).toString());
-    QString file =
-        QFileDialog::getSaveFileName(&mWindow, tr("Save Camera Settings"),
-                                     folder.filePath(QFileInfo(KeptFile()).fileName()), tr("Camera settings (*.xml)"));
+    const auto complete = [](const QString &aName, const QString &) {
+        return QFileInfo(aName).suffix().isEmpty() ? aName + QStringLiteral(".xml") : aName;
+    };
+    const QString file =
+        AskSaveFileName(&mWindow, tr("Save Camera Settings"), folder.filePath(QFileInfo(KeptFile()).fileName()),
+                        tr("Camera settings (*.xml)"), complete);
     if (!file.isEmpty()) {
-        if (QFileInfo(file).suffix().isEmpty()) {
-            file += QStringLiteral(".xml");
-        }
         QSettings().setValue(cFolderSetting, QFileInfo(file).absolutePath());
         SaveTo(file);
     }

@@ -29,8 +29,8 @@ public:
     void OnConnected();
     /// Before the camera is given up.
     void OnDisconnecting(bool aIsLinkLost);
-    /// The actions follow the session.
-    void UpdateActions();
+    /// The actions follow the session. A camera that does not answer is neither read nor written.
+    void UpdateActions(bool aIsLinkLost);
 
     void SaveTo(const QString &aFile);
     void LoadFrom(const QString &aFile);

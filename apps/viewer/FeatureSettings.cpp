@@ -152,9 +152,6 @@ public:
         for (LxGenParameter *selector : selectors) {
             Take(*selector, std::string());
         }
-        if (mParameters.GetAccessMode() != 0) {
-            mOutcome.mProblems = {SettingsText("The camera stopped answering.")};
-        }
         return mOutcome;
     }
 

@@ -5,10 +5,10 @@
 #include <QtCore/QSaveFile>
 #include <QtCore/QSettings>
 #include <QtGui/QImageWriter>
-#include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMessageBox>
 
 #include "LxBuffer/LxBuffer.h"
+#include "SaveFileName.h"
 #include "ShownFrame.h"
 
 namespace
@@ -19,6 +19,11 @@ const QString FolderSetting = QStringLiteral("snapshotFolder");
 QString SnapshotText(const char *aText)
 {
     return QObject::tr(aText);
+}
+
+bool EndsIn(const QString &aFile, const char *aEnding)
+{
+    return QFileInfo(aFile).suffix().compare(QLatin1String(aEnding), Qt::CaseInsensitive) == 0;
 }
 
 }  // namespace
@@ -72,21 +77,19 @@ void Snapshot::Save(QWidget *aParent) const
     const QString picture = SnapshotText("Picture as shown (*.png)");
     const QString raw = SnapshotText("Raw data of the camera (*.raw)");
     const QDir folder(QSettings().value(FolderSetting, QDir::homePath()).toString());
-    QString filter = picture;
-    QString name = QFileDialog::getSaveFileName(aParent, SnapshotText("Save Snapshot"),
-                                                folder.filePath(SuggestedName() + QStringLiteral(".png")),
-                                                picture + QStringLiteral(";;") + raw, &filter);
+    // the ending decides; the chosen kind where there is none
+    const auto complete = [&](const QString &aName, const QString &aFilter) {
+        return EndsIn(aName, "raw") || EndsIn(aName, "png") ? aName
+                                                            : aName + QLatin1String(aFilter == raw ? ".raw" : ".png");
+    };
+    const QString name = AskSaveFileName(aParent, SnapshotText("Save Snapshot"),
+                                         folder.filePath(SuggestedName() + QStringLiteral(".png")),
+                                         picture + QStringLiteral(";;") + raw, complete);
     if (name.isEmpty()) {
         return;
     }
-    // the ending decides; the chosen kind where there is none
-    const QString ending = QFileInfo(name).suffix().toLower();
-    const bool isRaw = ending == QLatin1String("raw") || (ending != QLatin1String("png") && filter == raw);
-    if (ending != QLatin1String("raw") && ending != QLatin1String("png")) {
-        name += isRaw ? QStringLiteral(".raw") : QStringLiteral(".png");
-    }
     QSettings().setValue(FolderSetting, QFileInfo(name).absolutePath());
-    const QString error = isRaw ? SaveRaw(name) : SavePicture(name);
+    const QString error = EndsIn(name, "raw") ? SaveRaw(name) : SavePicture(name);
     if (!error.isEmpty()) {
         QMessageBox::warning(aParent, SnapshotText("Snapshot not saved"),
                              SnapshotText("%1 cannot be written: %2").arg(QDir::toNativeSeparators(name), error));

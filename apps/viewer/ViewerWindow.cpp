@@ -329,6 +329,7 @@ void ViewerWindow::OnFailed(const LxResult &aResult)
 
 void ViewerWindow::ToggleLive(bool aLive)
 {
+    mLiveWanted = aLive;
     if (!aLive) {
         mSession.StopLive();
         UpdateState();
@@ -344,6 +345,10 @@ void ViewerWindow::ToggleLive(bool aLive)
 
 void ViewerWindow::OnLiveFailed(const LxResult &aResult)
 {
+    if (mLinkLost) {
+        UpdateState();
+        return;  // tried again when the camera is back
+    }
     const ConnectAdvice advice = AdviseOnStream(aResult, mSession.CameraName());
     mBanner->Say(advice.mHeadline + QLatin1Char(' ') + advice.mWhatToDo);
     UpdateState();
@@ -378,6 +383,9 @@ void ViewerWindow::OnLinkBack()
     }
     mLinkLost = false;
     mBanner->Clear();
+    if (mLiveWanted) {
+        mSession.StartLive();
+    }
     UpdateState();
     UpdateFeatures();
     mFeatureDock->Browser().OnLinkBack();
@@ -504,14 +512,14 @@ void ViewerWindow::UpdateState()
     mFindButton->setEnabled(!attempting);
     mRecent->SetEnabled(!attempting);
     mDisconnectAction->setEnabled(connected || connecting);
-    mLiveAction->setEnabled(connected);
+    mLiveAction->setEnabled(connected && !mLinkLost);
     mLiveAction->setChecked(mSession.IsLive());
     mRegistersAction->setEnabled(connected && dynamic_cast<LxDeviceGEV *>(mSession.Device()));
     mTerminalAction->setEnabled(connected && mHasSerialPorts);
     mSerialBridgesAction->setEnabled(connected && mSerialBridges.HasPorts());
     mBridgesAction->setEnabled(connected && mBridges.GetBridgeCount() > 0);
     UpdateZoomActions();
-    mSettings->UpdateActions();
+    mSettings->UpdateActions(mLinkLost);
     mFeatureWindowAction->setEnabled(connected);
     mPages->setCurrentIndex(connected ? 1 : 0);
     mWelcome->setText(connecting ? tr("Connecting to %1...").arg(mSession.CameraName())

@@ -140,6 +140,7 @@ private:
     QList<QAction *> mZoomActions;
     QTimer mStatisticsTimer;
     bool mLinkLost = false;
+    bool mLiveWanted = false;  // also while the stream of a lost camera could not be started
     bool mEverConnected = false;
     ExitCode mFailure = ExitCode::OK;  // of the last attempt to connect that failed
 };

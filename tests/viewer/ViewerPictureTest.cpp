@@ -6,6 +6,7 @@
 #include <QtTest/QTest>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMenu>
+#include <QtWidgets/QPushButton>
 #include <QtWidgets/QStatusBar>
 
 #include "LxBuffer/LxPixelSamples.h"
@@ -214,6 +215,40 @@ TEST_F(ViewerPicture, SavesASnapshotAsPngAndRaw)
     for (int x = 0; x < 256; x += 5) {
         EXPECT_EQ(qRed(picture.pixel(x, 64)), static_cast<uint8_t>(bytes[64 * 256 + x])) << x;
     }
+}
+
+TEST_F(ViewerPicture, ASnapshotReplacesNoFileWithoutAQuestion)
+{
+    ConnectStill();
+    ASSERT_TRUE(WaitForGui([&] { return Action("snapshotAction")->isEnabled(); }));
+    QFile file(mFolder.filePath("shot.png"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("another picture");
+    file.close();
+    const auto save = [&](QMessageBox::StandardButton aAnswer) {
+        QString asked;
+        OnNextModal([&](QWidget *aWidget) {
+            EnterFile(aWidget, mFolder.filePath("shot"));  // gets its ending after the dialog
+            OnNextModal([&, aAnswer](QWidget *aBox) {
+                auto *box = qobject_cast<QMessageBox *>(aBox);
+                ASSERT_NE(box, nullptr);
+                asked = box->text();
+                if (aAnswer == QMessageBox::No) {
+                    OnNextModal([&](QWidget *aAgain) { qobject_cast<QDialog *>(aAgain)->reject(); });
+                }
+                box->button(aAnswer)->click();
+            });
+            static_cast<QDialog *>(qobject_cast<QFileDialog *>(aWidget))->done(QDialog::Accepted);
+        });
+        Action("snapshotAction")->trigger();
+        EXPECT_TRUE(asked.contains("shot.png already exists")) << asked.toStdString();
+    };
+    save(QMessageBox::No);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "another picture");
+    file.close();
+    save(QMessageBox::Yes);
+    EXPECT_EQ(QImage(file.fileName()).size(), QSize(256, 128));
 }
 
 TEST_F(ViewerPicture, ASnapshotThatCannotBeSavedIsExplained)

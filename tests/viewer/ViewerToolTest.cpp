@@ -306,6 +306,14 @@ TEST_F(ViewerTool, ACameraThatGoesAwayMeanwhileIsReportedOnce)
     ASSERT_TRUE(WaitForGui([&] { return Features().GetAccessMode() != 0; }));
     Load(file);
     EXPECT_TRUE(TakeMessages().contains("The camera stopped answering."));
+
+    const ExpectedBox box;
+    mWindow->Settings().SaveTo(file);
+    ASSERT_TRUE(WaitForGui([&] { return box.WasShown(); }));
+    EXPECT_TRUE(box.Text().contains("The camera stopped answering.")) << box.Text().toStdString();
+    CameraSettingsFile kept;
+    ASSERT_TRUE(kept.Load(file).IsOK());
+    EXPECT_GT(kept.mFeatures.GetCount(), 0u) << "nothing replaces the settings that were saved before";
 }
 
 TEST_F(ViewerTool, SettingsAreKeptForACameraOfWhichTheUserWantsIt)

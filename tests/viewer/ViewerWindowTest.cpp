@@ -107,6 +107,40 @@ TEST_F(Viewer, AnUnpluggedCameraIsReportedAndComesBackByItself)
     EXPECT_TRUE(Status("cameraStatus").endsWith(": live"));
 }
 
+TEST_F(Viewer, WhatALostCameraCannotDoIsNotOffered)
+{
+    const auto expectOffered = [&](bool aOffered) {
+        for (const char *name : {"liveAction", "loadSettingsAction", "saveSettingsAction"}) {
+            EXPECT_EQ(Action(name)->isEnabled(), aOffered) << name;
+        }
+        EXPECT_TRUE(Action("disconnectAction")->isEnabled());
+        EXPECT_TRUE(WaitForGui([&] { return Action("snapshotAction")->isEnabled(); })) << "the last picture";
+    };
+    ConnectLive();
+    expectOffered(true);
+    LxSimulation::SetDevicePresent(Camera, false);
+    ASSERT_TRUE(WaitForGui([&] { return !mWindow->BannerText().isEmpty(); }));
+    expectOffered(false);
+    LxSimulation::SetDevicePresent(Camera, true);
+    ASSERT_TRUE(WaitForGui([&] { return mWindow->BannerText().isEmpty(); }));
+    expectOffered(true);
+}
+
+TEST_F(Viewer, AStreamThatWasStartedWhileTheCameraWasLostBeginsWhenItIsBack)
+{
+    ConnectLive();
+    LxSimulation::SetDevicePresent(Camera, false);
+    ASSERT_TRUE(WaitForGui([&] { return !mWindow->BannerText().isEmpty(); }));
+    const QString banner = mWindow->BannerText();
+    mWindow->ToggleLive(false);
+    mWindow->ToggleLive(true);
+    ASSERT_TRUE(WaitForGui([&] { return !mWindow->Session().IsLive(); }));
+    EXPECT_EQ(mWindow->BannerText(), banner) << "it still says why";
+    LxSimulation::SetDevicePresent(Camera, true);
+    EXPECT_TRUE(WaitForGui([&] { return mWindow->Session().Statistics().mDelivered > 2; }));
+    EXPECT_EQ(mWindow->BannerText(), "");
+}
+
 TEST_F(Viewer, LiveCanBeStoppedAndStarted)
 {
     ConnectLive();
