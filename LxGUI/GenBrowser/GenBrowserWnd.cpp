@@ -3,6 +3,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QEvent>
+#include <QtCore/QSignalBlocker>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLabel>
@@ -321,6 +322,14 @@ void GenBrowserWnd::DeleteModel()
 {
     if (mSearchBar) {
         mSearchBar->ForgetMatches();
+    }
+    if (mTree && mModel && !OwnedApplication::CanMakeWidgets()) {
+        // A view without an application does not even stand another model: it keeps this one, empty, for good.
+        const QSignalBlocker unheard(mModel);
+        mModel->Clear();
+        std::exchange(mModel, nullptr)->setParent(mTree);
+        std::exchange(mDelegate, nullptr)->setParent(mTree);
+        return;
     }
     std::unique_ptr<QItemSelectionModel> selection;
     if (mTree && mModel) {

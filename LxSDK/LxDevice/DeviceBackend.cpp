@@ -20,7 +20,7 @@ struct Registry
 
 Registry &GetRegistry()
 {
-    static Registry registry;
+    static Registry &registry = *new Registry;  // never destroyed: windows may search until the very end
     return registry;
 }
 

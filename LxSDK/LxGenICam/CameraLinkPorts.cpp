@@ -27,7 +27,7 @@ struct Ports
 
 Ports &GetPorts()
 {
-    static Ports ports;
+    static Ports &ports = *new Ports;  // never destroyed: bridges may live until the very end
     return ports;
 }
 

@@ -34,7 +34,7 @@ struct Paths
 
 Paths &GetPaths()
 {
-    static Paths paths;
+    static Paths &paths = *new Paths;  // never destroyed: bridges may live until the very end
     return paths;
 }
 

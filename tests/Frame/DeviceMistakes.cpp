@@ -23,6 +23,7 @@
 #include "LxPersistence/LxPropertyList.h"
 #include "LxSimulation/LxSimulatedGenCPCamera.h"
 #include "SimulatedGrabber.h"
+#include "WaitFor.h"
 
 namespace
 {
@@ -192,6 +193,38 @@ void DestroyTheSystemOfTheHost(const Kind &)
     LxSimulation::Disable();
 }
 
+void EndTheApplicationOfADevice(const Kind &)
+{
+    auto application = std::make_unique<HostApplication>();
+    ShownGrabber grabber;
+    application.reset();
+    for (LxWnd *window : grabber.Windows()) {
+        CheckRefuses(*window);
+    }
+}
+
+void ExitWhileAFinderSearches(const Kind &)
+{
+    // made first, so that it ends after all that the libraries make
+    struct SearchesGoOn
+    {
+        ~SearchesGoOn()
+        {
+            const size_t before = LxSimulation::GetCalls("Find").size();
+            CHECK(WaitFor([&] { return LxSimulation::GetCalls("Find").size() >= before + 2; }));
+        }
+    };
+    static const SearchesGoOn sSearchesGoOn;
+    LxSimulation::AddDefaultHost();
+    LxSimulation::Enable(true);
+    LxSimulation::SetRecording(true);
+    static auto *const sFinder = new LxDeviceFinderWnd;
+    CHECK(sFinder->ShowModeless().IsOK());
+    LxWnd::DoEvents();
+    CHECK(WaitFor([] { return !LxSimulation::GetCalls("Find").empty(); }));
+    std::exit(0);
+}
+
 }  // namespace
 
 std::vector<Mistake> DeviceMistakes()
@@ -205,6 +238,8 @@ std::vector<Mistake> DeviceMistakes()
          "and the GUI thread was busy. The window must not be used any more.", true},
         {"DisconnectTheDevice", DisconnectTheDevice, "a device was destroyed while a window used it.", true},
         {"LetTheDeviceVanish", LetTheDeviceVanish, "a device was destroyed while a window used it.", true},
+        {"EndTheApplicationOfADevice", EndTheApplicationOfADevice, "", true, true},
+        {"ExitWhileAFinderSearches", ExitWhileAFinderSearches, "", true},
         {"DestroyTheSystemOfTheHost", DestroyTheSystemOfTheHost, "", true},
     };
 }

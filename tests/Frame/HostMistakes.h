@@ -67,7 +67,7 @@ struct Mistake
     void (*mMake)(const Kind &);
     const char *mSays;       // part of what is said on the error output; empty: no warning of the library
     bool mIsForAll = false;  // made once, with all windows at a time
-    bool mIsAlone = false;   // made in a process of its own by each window: of what Qt then has left, there is no more
+    bool mIsAlone = false;   // in a process of its own by each window: of what Qt then has left, there is no more
 };
 
 /// For the names of the tests.

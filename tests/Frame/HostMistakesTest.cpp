@@ -97,7 +97,7 @@ class HostMistakes : public testing::TestWithParam<Mistake>
 TEST_P(HostMistakes, AreAnsweredAndSurvived)
 {
     std::vector<std::string> kinds = {"all"};
-    if (GetParam().mIsAlone) {
+    if (GetParam().mIsAlone && !GetParam().mIsForAll) {
         kinds.clear();
         for (const Kind &kind : Kinds()) {
             kinds.emplace_back(kind.mName);
