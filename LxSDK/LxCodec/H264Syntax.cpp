@@ -203,6 +203,9 @@ void FrameOrder::TakeSequence(const NalUnit &aUnit)
     }
     bits.Unsigned();  // max_num_ref_frames
     sequence.mAllowsGaps = bits.Bits(1) != 0;
+    bits.Unsigned();  // width
+    bits.Unsigned();  // height
+    sequence.mHasFrames = bits.Bits(1) != 0;
     if (!bits.IsBeyondEnd() && id < kMostSequences && sequence.mFrameNumberBits <= 16) {
         mSequences[id] = sequence;
     }
@@ -248,13 +251,20 @@ bool FrameOrder::Take(std::span<const NalUnit> aUnits)
     }
     const uint32_t number = bits.Bits(parameters.mFrameNumberBits);
     const uint32_t next = (mLastReference + 1) & ((uint32_t{1} << parameters.mFrameNumberBits) - 1);
-    // the second field of a picture has the number of the first
-    const bool isInOrder =
-        !mIsStarted || slice->IsIDR() || parameters.mAllowsGaps || number == mLastReference || number == next;
+    Lines lines = Lines::All;
+    if (!parameters.mHasFrames && bits.Bits(1) != 0) {
+        lines = bits.Bits(1) != 0 ? Lines::Bottom : Lines::Top;
+    }
+    // only the second field of a frame has the number of the first
+    const bool isSecondField = mIsStarted && number == mLastReference && lines != Lines::All && lines == mMissingField;
+    const bool isInOrder = !mIsStarted || slice->IsIDR() || parameters.mAllowsGaps || number == next || isSecondField;
     if (slice->mRefIdc != 0) {
         mLastReference = number;
         mIsStarted = true;
     }
+    mMissingField = isSecondField || slice->mRefIdc == 0 || lines == Lines::All ? Lines::All
+                    : lines == Lines::Top                                       ? Lines::Bottom
+                                                                                : Lines::Top;
     return isInOrder;
 }
 

@@ -44,6 +44,15 @@ private:
         unsigned mFrameNumberBits = 4;
         bool mHasColourPlanes = false;
         bool mAllowsGaps = false;
+        bool mHasFrames = true;  ///< And no fields.
+    };
+
+    /// Which lines of a frame a picture has.
+    enum class Lines : uint8_t
+    {
+        All,
+        Top,
+        Bottom,
     };
 
     void TakeSequence(const NalUnit &aUnit);
@@ -52,7 +61,8 @@ private:
     std::map<uint32_t, Sequence> mSequences;  // by seq_parameter_set_id
     std::map<uint32_t, uint32_t> mPictures;   // pic_parameter_set_id to seq_parameter_set_id
     bool mIsStarted = false;
-    uint32_t mLastReference = 0;  // frame_num of the last picture that others refer to
+    uint32_t mLastReference = 0;       // frame_num of the last picture that others refer to
+    Lines mMissingField = Lines::All;  // that may follow it with the same number; All: none
 };
 
 }  // namespace LxDetail::H264

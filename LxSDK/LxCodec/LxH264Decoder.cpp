@@ -21,7 +21,7 @@ namespace
 constexpr size_t kMostPictures = 16;           // the most that a stream reorders (A.3.1: max_dec_frame_buffering)
 constexpr uint64_t kLongestUnit = 1u << 30;    // far beyond what any level allows
 constexpr int64_t kMostPixels = 139264 * 256;  // MaxFS of the highest level (table A-1), in pixels
-constexpr int kSilent = 2 * AV_LOG_TRACE;      // added to the levels of messages: none reaches stderr
+constexpr int kSilent = 2 * AV_LOG_TRACE;      // added to the levels of messages, so that they do not reach stderr
 
 struct FreeContext
 {
@@ -96,6 +96,7 @@ LxResult LxH264Decoder::Data::Open()
         return NoMemory();
     }
     context->thread_count = 1;
+    context->flags |= AV_CODEC_FLAG_UNALIGNED;  // else columns cropped on the left stay to keep lines aligned
     context->max_pixels = kMostPixels;
     context->log_level_offset = kSilent;
     if (Libav::Get().avcodec_open2(context.get(), codec, nullptr) != 0) {

@@ -13,7 +13,8 @@
 ///   for BT.601; one that names no range for limited range. Pixels that share chroma get the same.
 /// - Only whole pictures come out. At the start, after a unit that is broken, after a picture that is missing and after
 ///   Flush() the decoder waits for the next key frame (an IDR picture or a recovery point) and lets everything else
-///   pass. Missing pictures are seen by the frame numbers of the stream.
+///   pass. Missing pictures are seen by the frame numbers of the stream. Of pictures that are coded out of order those
+///   that are shown before a broken one come out before the library tells that it is.
 /// - A picture comes out as soon as it is complete; where pictures are coded out of order (B pictures) it waits for
 ///   those that are shown before it.
 ///

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <bitset>
+#include <string>
+
 #include "H264Stream.h"
 
 namespace
@@ -20,6 +23,28 @@ std::vector<H264::NalUnit> Split(const Bytes &aStream)
 bool Take(H264::FrameOrder &aOrder, const Bytes &aUnit)
 {
     return aOrder.Take(Split(aUnit));
+}
+
+/// A NAL unit with a start code.
+Bytes MakeUnit(uint8_t aHeader, const std::string &aBits)
+{
+    Bytes unit = {0, 0, 1, aHeader};
+    const std::string bits = aBits + "1";  // the stop bit
+    for (size_t i = 0; i < bits.size(); i += 8) {
+        std::string byte = bits.substr(i, 8);
+        byte.resize(8, '0');
+        unit.push_back(static_cast<uint8_t>(std::bitset<8>(byte).to_ulong()));
+    }
+    return unit;
+}
+
+Bytes Joined(const std::vector<Bytes> &aUnits)
+{
+    Bytes joined;
+    for (const Bytes &unit : aUnits) {
+        joined.insert(joined.end(), unit.begin(), unit.end());
+    }
+    return joined;
 }
 
 H264Units MakeStream(int aCount, int aKeyInterval, int aBPictures = 0)
@@ -107,6 +132,55 @@ TEST(H264FrameOrder, AMissingPictureIsSeenAtTheNextOne)
             }
         }
     }
+}
+
+// Where every second picture is a key frame, the pictures before and behind a missing one have the same number.
+TEST(H264FrameOrder, AFrameHasAnotherNumberThanTheReferenceBeforeIt)
+{
+    LX_NEEDS_H264_ENCODER();
+    const H264Units stream = MakeStream(6, 2);
+    H264::FrameOrder order;
+    EXPECT_TRUE(Take(order, stream[0]));
+    EXPECT_TRUE(Take(order, stream[1]));
+    EXPECT_FALSE(Take(order, stream[3])) << "the key frame is missing";
+    EXPECT_TRUE(Take(order, stream[4]));
+    EXPECT_TRUE(Take(order, stream[5]));
+    EXPECT_FALSE(Take(order, stream[5])) << "twice";
+}
+
+TEST(H264FrameOrder, TheTwoFieldsOfAFrameShareItsNumber)
+{
+    const Bytes sets = Joined({MakeUnit(0x67, std::bitset<24>(77 << 16 | 10).to_string() +  // profile, level
+                                                  "1"
+                                                  "1"
+                                                  "1"
+                                                  "1"
+                                                  "010"
+                                                  "0"  // numbers of 4 bits, order type 0
+                                                  "1"
+                                                  "1"
+                                                  "0"),  // size, fields
+                               MakeUnit(0x68,
+                                        "1"
+                                        "1")});
+    const auto field = [](uint8_t aHeader, unsigned aNumber, bool aIsBottom) {
+        return MakeUnit(aHeader,
+                        "1"
+                        "1"
+                        "1" +
+                            std::bitset<4>(aNumber).to_string() + "1" + (aIsBottom ? "1" : "0"));
+    };
+    H264::FrameOrder order;
+    EXPECT_TRUE(Take(order, Joined({sets, field(0x65, 0, false)})));
+    EXPECT_TRUE(Take(order, field(0x41, 0, true)));
+    EXPECT_TRUE(Take(order, field(0x41, 1, true)));
+    EXPECT_TRUE(Take(order, field(0x01, 1, false))) << "nobody refers to it";
+    EXPECT_TRUE(Take(order, field(0x41, 2, false)));
+    EXPECT_FALSE(Take(order, field(0x41, 2, false))) << "the same field";
+    order.Restart();
+    EXPECT_TRUE(Take(order, field(0x41, 3, false)));
+    EXPECT_TRUE(Take(order, field(0x41, 3, true)));
+    EXPECT_FALSE(Take(order, field(0x41, 3, false))) << "a third";
 }
 
 TEST(H264FrameOrder, BrokenParameterSetsAreNoParameterSets)

@@ -105,6 +105,26 @@ TEST_F(LxH264Decoder_, FollowsTheSizeOfThePictures)
     }
 }
 
+TEST_F(LxH264Decoder_, CropsPicturesAtEverySide)
+{
+    for (const AVPixelFormat format : {AV_PIX_FMT_YUV420P, AV_PIX_FMT_YUV444P}) {
+        for (const auto &[left, top] : {std::pair{0, 4}, std::pair{2, 0}, std::pair{6, 2}, std::pair{32, 16}}) {
+            H264Settings settings;
+            settings.mFormat = format;
+            settings.mRange = AVCOL_RANGE_JPEG;
+            settings.mOptions = "crop-rect=" + std::to_string(left) + "," + std::to_string(top) + ",4,2";
+            const H264Units stream = EncodeH264(
+                settings, 1, [](int, int aPlane, int aX, int aY) { return aPlane == 0 ? 30 + 2 * aX + aY : 128; });
+            ASSERT_EQ(stream.size(), 1u);
+            ASSERT_TRUE(Process(stream[0]).IsOK());
+            ASSERT_TRUE(mDecoder.Retrieve(&mImage).IsOK());
+            EXPECT_EQ(mImage.GetWidth(), static_cast<uint32_t>(64 - 4 - left));
+            EXPECT_EQ(mImage.GetHeight(), static_cast<uint32_t>(48 - 2 - top));
+            EXPECT_NEAR(*static_cast<const uint8_t *>(mImage.GetDataPointer()), 30 + 2 * left + top, 3);
+        }
+    }
+}
+
 TEST_F(LxH264Decoder_, HonoursRangeMatrixAndFormat)
 {
     struct Case
@@ -143,6 +163,7 @@ TEST_F(LxH264Decoder_, HonoursRangeMatrixAndFormat)
         {"420 of 10 bits limited 709", AV_PIX_FMT_YUV420P10LE, 10, limited, AVCOL_SPC_BT709, 0.2126, 0.0722},
         {"420 of 10 bits full 601", AV_PIX_FMT_YUV420P10LE, 10, full, AVCOL_SPC_SMPTE170M, 0.299, 0.114},
         {"422 of 10 bits limited 601", AV_PIX_FMT_YUV422P10LE, 10, limited, AVCOL_SPC_SMPTE170M, 0.299, 0.114},
+        {"444 RGB", AV_PIX_FMT_YUV444P, 8, full, AVCOL_SPC_RGB, 0, 0},
         {"grey", AV_PIX_FMT_GRAY8, 8, limited, AVCOL_SPC_SMPTE170M, 0.299, 0.114},
     };
     // left and right half
@@ -167,9 +188,12 @@ TEST_F(LxH264Decoder_, HonoursRangeMatrixAndFormat)
         for (int half = 0; half < 2; ++half) {
             const int *sample = samples[half];
             const bool isGrey = one.mFormat == AV_PIX_FMT_GRAY8;
+            const std::array<double, 3> planes = {double(sample[1]), double(sample[0]), double(sample[2])};
             const auto expected =
-                ToBGR(sample[0] * scale, (isGrey ? 128 : sample[1]) * scale, (isGrey ? 128 : sample[2]) * scale,
-                      one.mKr, one.mKb, one.mRange == full, one.mBits);
+                one.mMatrix == AVCOL_SPC_RGB
+                    ? planes  // green, blue and red
+                    : ToBGR(sample[0] * scale, (isGrey ? 128 : sample[1]) * scale, (isGrey ? 128 : sample[2]) * scale,
+                            one.mKr, one.mKb, one.mRange == full, one.mBits);
             const auto x = static_cast<uint64_t>(one.mWidth / 4 + half * one.mWidth / 2);
             const uint8_t *pixel = pixels + 4 * (static_cast<uint64_t>(one.mHeight / 2 * one.mWidth) + x);
             for (size_t i = 0; i < 3; ++i) {
