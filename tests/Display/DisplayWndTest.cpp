@@ -173,6 +173,7 @@ TEST_F(DisplayWindow, ClearRemovesPictureAndOverlay)
     ShowPicture(400, 200);
     mDisplay.Clear();
     EXPECT_EQ(mDisplay.GetTextOverlay(), "");
+    EXPECT_FALSE(mDisplay.HasOverlay());
     EXPECT_EQ(mDisplay.GetInternalBuffer().GetDataPointer(), nullptr);
     const QImage shot = Shot();
     EXPECT_EQ(shot.pixel(200, 100), QColor(Qt::darkGray).rgb());

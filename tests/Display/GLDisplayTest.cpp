@@ -358,6 +358,43 @@ TEST_F(OpenGLDisplay, SeveralProducersDoNotTakeEachOthersFramesAway)
     EXPECT_EQ(mDisplay.PendingImage(), nullptr);
 }
 
+TEST_F(OpenGLDisplay, AProducerThatGivesUpLeavesTheFrameOfAnotherAlone)
+{
+    ShowAt(200, 100);
+    mHost.hide();
+    Settle();
+    const auto first = MakePicture(60, 40);
+    const auto second = MakePicture(80, 40);
+    const auto pending = [&] {
+        const QMutexLocker lock(&mDisplay.ImageMutex());
+        return mDisplay.PendingImage();
+    };
+    bool isProven = false;
+    // again where the machine was busy for longer than a frame waits
+    for (int i = 0; i < 20 && !isProven; ++i) {
+        std::atomic<bool> firstDone{false};
+        std::atomic<bool> secondDone{false};
+        QElapsedTimer clock;
+        clock.start();
+        std::thread one([&] {
+            mDisplay.Display(*first, false);
+            firstDone = true;
+        });
+        EXPECT_TRUE(WaitFor([&] { return (pending() && clock.elapsed() > 200) || firstDone; }));
+        std::thread two([&] {
+            mDisplay.Display(*second, false);
+            secondDone = true;
+        });
+        EXPECT_TRUE(WaitFor([&] { return firstDone.load(); }));
+        const ILxImage *left = pending();
+        isProven = !secondDone && left == second->GetImage();
+        one.join();
+        two.join();
+    }
+    EXPECT_TRUE(isProven);
+    EXPECT_EQ(pending(), nullptr);
+}
+
 TEST_F(OpenGLDisplay, WithoutAnEntryPointNothingIsDrawnAndNobodyWaits)
 {
     mSpy.mMissing = {"glMapBuffer"};

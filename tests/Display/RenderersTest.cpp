@@ -400,6 +400,11 @@ TEST_P(BothRenderers, ShowDecodedFrames)
     EXPECT_EQ(display.Display(buffer, false).GetCode(), 0u);
     EXPECT_EQ(display.mFrames, 0);
     EXPECT_EQ(Screen(&host).pixel(40, 30), qRgb(0x80, 0x80, 0x80));
+    for (int i = 0; i < 3; ++i) {
+        display.OnMainZoomIn();
+    }
+    EXPECT_EQ(host.findChild<QScrollBar *>("horizontalScrollBar")->isHidden(), GetParam() == LxRendererModeOpenGL)
+        << "the picture is decoded into the buffer that software shows";
     display.mFrames = 1;
     display.mProcessResult = LxResult(LxResultCode::InvalidDataFormat);
     EXPECT_EQ(display.Display(buffer, false).GetCode(), 16384u);
