@@ -19,7 +19,7 @@ enum LxRendererMode : int
 /// Shows images, with zoom, scrolling, a background colour and a text over the picture. Drawn by OpenGL, the whole
 /// picture is always fitted into the window: zoom and scrolling belong to the software renderer.
 ///
-/// Display(), Clear(), Refresh(), SetRendererMode() and the text overlay's operations may be called from any thread;
+/// Display(), Clear(), Refresh(), and what concerns the renderer and the text overlay, may be called from any thread;
 /// all others on the GUI thread. Stop calling them before the object is destroyed; a Display() that still waits for the
 /// screen then is let go.
 /// @thread{GUI}
@@ -119,7 +119,7 @@ public:
     bool PictureAt(int aX, int aY, unsigned int &aPictureX, unsigned int &aPictureY);
 
     /// The renderer that draws now.
-    /// @thread{GUI}
+    /// @thread{any}
     LxRendererMode GetRendererMode();
     /// Changes the renderer and clears the display. Waits for the GUI thread when it is called on another one, so the
     /// GUI thread must not wait for the caller meanwhile.

@@ -68,6 +68,7 @@ void RendererChoice::Describe()
 
 void RendererChoice::Choose(bool aOpenGL)
 {
+    const bool wasOpenGL = mDisplay.GetRendererMode() == LxRendererModeOpenGL;
     const LxResult result = mDisplay.SetRendererMode(aOpenGL ? LxRendererModeOpenGL : LxRendererModeSoftware);
     if (!result.IsOK()) {
         UpdateBadge(tr("OpenGL cannot be used here: %1 Drawn by the processor instead (%2).")
@@ -78,6 +79,9 @@ void RendererChoice::Choose(bool aOpenGL)
         UpdateBadge(OpenGLDescription());
     }
     else {
+        if (wasOpenGL) {
+            mDisplay.ZoomFit();  // as it was seen; the wheel may have turned meanwhile
+        }
         UpdateBadge(tr("Drawn by the processor, as chosen"));
     }
 }

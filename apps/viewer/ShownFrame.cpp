@@ -10,6 +10,8 @@ namespace
 {
 
 constexpr std::chrono::nanoseconds LateAfter = 100ms;
+// How long the display waits for the screen to take a frame.
+constexpr auto DroppedAfter = 500ms;
 // How long the GUI thread waits for the conversion of a frame to end.
 constexpr auto Patience = 50ms;
 
@@ -45,7 +47,13 @@ void Attach(LxImage &aTo, const Image &aFrom)
 void ShownFrame::Show(const std::shared_ptr<const LxBuffer> &aFrame)
 {
     const std::lock_guard lock(mShowMutex);
+    const auto start = std::chrono::steady_clock::now();
     if (!mDisplay.Display(*aFrame).IsOK()) {
+        return;
+    }
+    if (mDisplay.GetRendererMode() == LxRendererModeOpenGL && std::chrono::steady_clock::now() - start >= DroppedAfter)
+    {
+        ++mDropped;
         return;
     }
     const uint64_t received = aFrame->GetReceptionTime();
@@ -54,6 +62,12 @@ void ShownFrame::Show(const std::shared_ptr<const LxBuffer> &aFrame)
     }
     const std::lock_guard frameLock(mFrameMutex);
     mFrame = aFrame;
+}
+
+void ShownFrame::ResetCounts()
+{
+    mLate = 0;
+    mDropped = 0;
 }
 
 void ShownFrame::Clear()

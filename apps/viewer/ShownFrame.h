@@ -25,11 +25,13 @@ public:
     void Clear();
     /// Frames that were shown more than a tenth of a second after they had arrived. Any thread.
     uint64_t LateCount() const { return mLate; }
-    void ResetLateCount() { mLate = 0; }
+    /// Frames that the screen did not take, which only OpenGL waits for. Any thread.
+    uint64_t DroppedCount() const { return mDropped; }
+    void ResetCounts();
 
     // On the GUI thread.
 
-    /// The last frame that could be shown; null when there is none.
+    /// The last frame that was shown; null when there is none.
     std::shared_ptr<const LxBuffer> Frame() const;
     /// Its image as the camera sent it, or an empty one (H.264). Valid as long as the frame.
     static LxImage RawImage(const LxBuffer &aFrame);
@@ -48,6 +50,7 @@ private:
     mutable std::mutex mFrameMutex;  // guards mFrame
     std::shared_ptr<const LxBuffer> mFrame;
     std::atomic<uint64_t> mLate{0};
+    std::atomic<uint64_t> mDropped{0};
     // for OpenGL, where the display keeps no picture; GUI thread only
     LxBufferConverter mConverter{-1};
     LxBuffer mConverted{LxPayloadType::Image};

@@ -338,7 +338,7 @@ void ViewerWindow::ToggleLive(bool aLive)
     if (mOverlayAction->isChecked()) {
         mDisplay.SetTextOverlay(mSession.CameraName().toUtf8().constData());
     }
-    mShownFrame.ResetLateCount();
+    mShownFrame.ResetCounts();
     mSession.StartLive();
     UpdateState();
 }
@@ -547,7 +547,9 @@ void ViewerWindow::UpdateState()
 
 void ViewerWindow::UpdateStatistics()
 {
-    mFigures->Show(mSession.Statistics(), mShownFrame.LateCount());
+    LxStreamStatistics statistics = mSession.Statistics();
+    statistics.mDropped += mSession.IsLive() ? mShownFrame.DroppedCount() : 0;
+    mFigures->Show(statistics, mSession.IsLive() ? mShownFrame.LateCount() : 0);
     mSnapshotAction->setEnabled(mShownFrame.Frame() != nullptr);
 }
 
