@@ -64,6 +64,8 @@ LxResult Wnd::Create(HWND aParent, int /*aReserved*/)
     }
     mEmbeddingParent = aParent;
     EmbedInParent(NativeWindows(), child, aParent);
+    // Else Qt chooses a size of its own when it shows a native window that it has made anew.
+    mWidget->setAttribute(Qt::WA_Resized);
     return LxResultCode::OK;
 }
 
