@@ -113,7 +113,7 @@ void DeviceFinderWnd::OnOpen()
         const QScopedValueRollback refreshing(mRefreshing, true);
         RebuildInterfaceItems();
     }
-    QEvent refresh(sRefreshEvent);
+    QEvent refresh(RefreshEvent);
     QCoreApplication::sendEvent(this, &refresh);
     mThread->Start();
 
@@ -144,7 +144,7 @@ void DeviceFinderWnd::StopDiscovery()
         // The state stays: it owns the device that was chosen.
     }
     ClearItems();
-    QCoreApplication::removePostedEvents(this, sRefreshEvent);
+    QCoreApplication::removePostedEvents(this, RefreshEvent);
     mRefreshPosted = false;
 }
 
@@ -243,7 +243,7 @@ void DeviceFinderWnd::PostRefresh()
 {
     // One refresh shows all reports that came before it.
     if (!mRefreshPosted.exchange(true)) {
-        QCoreApplication::postEvent(this, new QEvent(sRefreshEvent));
+        QCoreApplication::postEvent(this, new QEvent(RefreshEvent));
     }
 }
 
@@ -251,7 +251,7 @@ void DeviceFinderWnd::PostRefresh()
 
 bool DeviceFinderWnd::event(QEvent *aEvent)
 {
-    if (aEvent->type() == sRefreshEvent) {
+    if (aEvent->type() == RefreshEvent) {
         Refresh();
         return true;
     }
@@ -260,7 +260,7 @@ bool DeviceFinderWnd::event(QEvent *aEvent)
 
 bool DeviceFinderWnd::eventFilter(QObject *aObject, QEvent *aEvent)
 {
-    if (aEvent->type() == sRefreshEvent) {
+    if (aEvent->type() == RefreshEvent) {
         Refresh();
         return true;
     }
@@ -414,7 +414,7 @@ void DeviceFinderWnd::OnBnClickedShowunreachableCheck(int aState)
 {
     mShowUnreachable = aState == Qt::Checked;
     if (QWidget *widget = Widget()) {
-        QCoreApplication::postEvent(widget, new QEvent(sRefreshEvent));
+        QCoreApplication::postEvent(widget, new QEvent(RefreshEvent));
     }
 }
 

@@ -42,7 +42,7 @@ class DeviceFinderWnd : public Wnd, private LxSystemEventSink
 
 public:
     /// The event that asks for a refresh of the tree.
-    static constexpr QEvent::Type sRefreshEvent = static_cast<QEvent::Type>(10985);
+    static constexpr QEvent::Type RefreshEvent = static_cast<QEvent::Type>(10985);
 
     DeviceFinderWnd();
     ~DeviceFinderWnd() override;

@@ -15,9 +15,9 @@
 namespace
 {
 
-constexpr int sInterfaceTableHeight = 140;
-constexpr int sTreeWidth = 540;
-constexpr int sButtonWidth = 140;
+constexpr int InterfaceTableHeight = 140;
+constexpr int TreeWidth = 540;
+constexpr int ButtonWidth = 140;
 
 QLabel *CreateHeading(QWidget *aParent, const QString &aText, QWidget *aBuddy)
 {
@@ -45,7 +45,7 @@ void DeviceFinderWnd::CreateLayout()
 
     mInterfaceTable =
         CreateInfoTable(parent, QStringLiteral("InterfaceTable"), QStringLiteral("Interface Information"));
-    mInterfaceTable->setMaximumHeight(sInterfaceTableHeight);
+    mInterfaceTable->setMaximumHeight(InterfaceTableHeight);
     mDeviceTable = CreateInfoTable(parent, QStringLiteral("DeviceTable"), QStringLiteral("Device Information"));
     mDeviceTable->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     auto *right = new QVBoxLayout;
@@ -57,7 +57,7 @@ void DeviceFinderWnd::CreateLayout()
     mTree = new DeviceTree(parent);
     mTree->setObjectName(QStringLiteral("DeviceTree"));
     mTree->setAccessibleName(QStringLiteral("Available Devices"));
-    mTree->setMinimumWidth(sTreeWidth);
+    mTree->setMinimumWidth(TreeWidth);
     mTree->setContextMenuPolicy(Qt::CustomContextMenu);
     mTree->setHeaderHidden(true);
     mTree->setUniformRowHeights(true);
@@ -115,7 +115,7 @@ QLayout *DeviceFinderWnd::CreateButtons(QWidget *aParent)
     mOKButton = CreateButton(aParent, "OKButton", QStringLiteral("OK"));
     mCancelButton = CreateButton(aParent, "CancelButton", QStringLiteral("Cancel"));
     for (QPushButton *button : {mSetIPButton.data(), mSelectFromIPButton.data()}) {
-        button->setMinimumWidth(sButtonWidth);
+        button->setMinimumWidth(ButtonWidth);
         button->setAutoDefault(false);
         PressOnEnter(button);  // not OK, which Enter presses elsewhere
     }

@@ -31,17 +31,17 @@
 namespace
 {
 
-constexpr int sWidth = 350;
-constexpr int sHeight = 400;
-constexpr int sFieldWidth = 130;
-constexpr int sMarkerDistance = 20;
+constexpr int ForceWidth = 350;
+constexpr int ForceHeight = 400;
+constexpr int FieldWidth = 130;
+constexpr int MarkerDistance = 20;
 // The markers stand inside the frame of their group, in the middle of the rows.
-constexpr int sRightMargin = 28;
-constexpr int sBottomMargin = 6;
+constexpr int RightMargin = 28;
+constexpr int BottomMargin = 6;
 
-constexpr QLatin1String sNoMACAddress("00-00-00-00-00");
-constexpr QLatin1String sNoAddress("0.0.0.0");
-constexpr QLatin1String sWidestText("00:00:00:00:00:00");
+constexpr QLatin1String NoMACAddress("00-00-00-00-00");
+constexpr QLatin1String NoAddress("0.0.0.0");
+constexpr QLatin1String WidestText("00:00:00:00:00:00");
 
 /// Adds a row "label, field" to a group.
 /// @param aOwner what the field belongs to, for its name: "NIC" or "Device".
@@ -49,7 +49,7 @@ void AddRow(QVBoxLayout *aGroup, const QString &aOwner, const QString &aLabel, Q
 {
     auto *label = new QLabel(aLabel);
     label->setBuddy(aField);
-    aField->setFixedWidth(sFieldWidth);
+    aField->setFixedWidth(FieldWidth);
     aField->setAccessibleName(aOwner + QLatin1Char(' ') + aLabel);
     aField->setObjectName(aField->accessibleName().remove(QLatin1Char(' ')));
     auto *row = new QHBoxLayout;
@@ -63,8 +63,8 @@ QVBoxLayout *CreateGroupLayout(QGroupBox *aGroup)
 {
     auto *layout = new QVBoxLayout(aGroup);
     QMargins margins = layout->contentsMargins();
-    margins.setRight(sRightMargin);
-    margins.setBottom(sBottomMargin);
+    margins.setRight(RightMargin);
+    margins.setBottom(BottomMargin);
     layout->setContentsMargins(margins);
     return layout;
 }
@@ -104,18 +104,18 @@ ForceIPDlg::ForceIPDlg(const LxDeviceInfo &aInfo, const LxNetworkAdapter &aAdapt
     }
     connect(mNICIPCombo, SIGNAL(activated(int)), this, SLOT(OnCbnSelchangeNICIPAddress(int)));
     Configure(aInfo, aAdapter);
-    MakeFixedSizeDialog(this, sWidth, sHeight,
-                        [this] { return WidthForText(mNICMACEdit, sWidestText) <= sFieldWidth; });
+    MakeFixedSizeDialog(this, ForceWidth, ForceHeight,
+                        [this] { return WidthForText(mNICMACEdit, WidestText) <= FieldWidth; });
 }
 
 QGroupBox *ForceIPDlg::CreateNICGroup()
 {
     auto *group = new QGroupBox(QStringLiteral("NIC Configuration"), this);
     QVBoxLayout *layout = CreateGroupLayout(group);
-    mNICMACEdit = CreateOutputEdit(sNoMACAddress);
+    mNICMACEdit = CreateOutputEdit(NoMACAddress);
     mNICIPCombo = new QComboBox;
-    mNICMaskEdit = CreateOutputEdit(sNoAddress);
-    mNICGatewayEdit = CreateOutputEdit(sNoAddress);
+    mNICMaskEdit = CreateOutputEdit(NoAddress);
+    mNICGatewayEdit = CreateOutputEdit(NoAddress);
     const QString owner = QStringLiteral("NIC");
     AddRow(layout, owner, QStringLiteral("MAC Address"), mNICMACEdit);
     AddRow(layout, owner, QStringLiteral("IP Address"), mNICIPCombo);
@@ -128,10 +128,10 @@ QGroupBox *ForceIPDlg::CreateDeviceGroup()
 {
     auto *group = new QGroupBox(QStringLiteral("GigE Vision Device IP Configuration"), this);
     QVBoxLayout *layout = CreateGroupLayout(group);
-    mDeviceMACEdit = CreateOutputEdit(sNoMACAddress);
-    mDeviceIPEdit = new QLineEdit(sNoAddress);
-    mDeviceMaskEdit = new QLineEdit(sNoAddress);
-    mDeviceGatewayEdit = new QLineEdit(sNoAddress);
+    mDeviceMACEdit = CreateOutputEdit(NoMACAddress);
+    mDeviceIPEdit = new QLineEdit(NoAddress);
+    mDeviceMaskEdit = new QLineEdit(NoAddress);
+    mDeviceGatewayEdit = new QLineEdit(NoAddress);
     const QString owner = QStringLiteral("Device");
     AddRow(layout, owner, QStringLiteral("MAC Address"), mDeviceMACEdit);
     AddRow(layout, owner, QStringLiteral("IP Address"), mDeviceIPEdit);
@@ -142,7 +142,7 @@ QGroupBox *ForceIPDlg::CreateDeviceGroup()
 
 void ForceIPDlg::Configure(const LxDeviceInfo &aInfo, const LxNetworkAdapter &aAdapter)
 {
-    mDeviceMAC = sNoMACAddress;
+    mDeviceMAC = NoMACAddress;
     if (const auto *gev = dynamic_cast<const LxDeviceInfoGEV *>(&aInfo)) {
         mDeviceMAC = ToQString(gev->GetMACAddress());
         mSetConfiguration = &LxDeviceGEV::SetIPConfiguration;
@@ -274,8 +274,8 @@ QRect ForceIPDlg::GetMarkerRect(const FieldErrorMarker &aMarker) const
 {
     // Fields know their place inside their group; that of the device is below that of the adapter.
     const QRect field = aMarker.GetField()->geometry();
-    const int groupTop = mNICGatewayEdit->geometry().top() + mNICGatewayEdit->height() + sMarkerDistance;
-    return QRect(QPoint(field.right() + sMarkerDistance, field.center().y() + groupTop), aMarker.GetSize());
+    const int groupTop = mNICGatewayEdit->geometry().top() + mNICGatewayEdit->height() + MarkerDistance;
+    return QRect(QPoint(field.right() + MarkerDistance, field.center().y() + groupTop), aMarker.GetSize());
 }
 
 void ForceIPDlg::paintEvent(QPaintEvent *aEvent)

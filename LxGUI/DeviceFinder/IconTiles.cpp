@@ -36,7 +36,7 @@ int U3V(bool aEnabled, bool aDriverInstalled, uint32_t aSpeed)
 
 int USB(bool aEnabled)
 {
-    return aEnabled ? sUSB : 28;
+    return aEnabled ? USBDevice : 28;
 }
 
 int NetworkAdapter(bool aDriverInstalled, const AdapterAddresses &aOwn, const AdapterAddresses &aAll)

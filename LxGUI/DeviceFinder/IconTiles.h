@@ -8,7 +8,7 @@
 namespace IconTiles
 {
 
-constexpr int sUSB = 17;
+constexpr int USBDevice = 17;
 
 int GEV(bool aEnabled, bool aConfigurationValid);
 int KelvraProtocol(bool aEnabled, bool aConfigurationValid);

@@ -9,7 +9,7 @@
 namespace
 {
 
-constexpr int sRowHeight = 18;
+constexpr int RowHeight = 18;
 
 void FillCell(QTableWidget &aTable, int aRow, int aColumn, const QString &aText, const QColor &aColor)
 {
@@ -64,10 +64,10 @@ QTableWidget *CreateInfoTable(QWidget *aParent, const QString &aObjectName, cons
     table->horizontalHeader()->hide();
     table->horizontalHeader()->setStretchLastSection(true);
     table->verticalHeader()->hide();
-    table->verticalHeader()->setMinimumSectionSize(sRowHeight);
-    table->verticalHeader()->setDefaultSectionSize(sRowHeight);
+    table->verticalHeader()->setMinimumSectionSize(RowHeight);
+    table->verticalHeader()->setDefaultSectionSize(RowHeight);
     table->setItemDelegate(new TextDelegate(table));
-    ShrinkFontToHeight(table, sRowHeight);
+    ShrinkFontToHeight(table, RowHeight);
     return table;
 }
 

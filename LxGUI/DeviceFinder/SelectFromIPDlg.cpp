@@ -14,9 +14,9 @@
 namespace
 {
 
-constexpr int sSelectWidth = 350;
-constexpr int sSelectHeight = 200;
-constexpr int sSpaceBehindAddress = 20;
+constexpr int SelectWidth = 350;
+constexpr int SelectHeight = 200;
+constexpr int SpaceBehindAddress = 20;
 
 }  // namespace
 
@@ -38,7 +38,7 @@ SelectFromIPDlg::SelectFromIPDlg(QWidget *aParent) : QDialog(aParent), mAddressE
     auto *address = new QHBoxLayout;
     address->addWidget(label);
     address->addWidget(mAddressEdit);
-    address->addSpacing(sSpaceBehindAddress);
+    address->addSpacing(SpaceBehindAddress);
 
     const DialogButtons buttons(this);
 
@@ -51,7 +51,7 @@ SelectFromIPDlg::SelectFromIPDlg(QWidget *aParent) : QDialog(aParent), mAddressE
     QWidget::setTabOrder(mAddressEdit, buttons.mOK);
     QWidget::setTabOrder(buttons.mOK, buttons.mCancel);
     mAddressEdit->setFocus();
-    MakeFixedSizeDialog(this, sSelectWidth, sSelectHeight);
+    MakeFixedSizeDialog(this, SelectWidth, SelectHeight);
 }
 
 void SelectFromIPDlg::accept()

@@ -21,5 +21,5 @@ void TreeItemInfoUSBHostController::FillRows(const LxSystem &, const LxInterface
 
 void TreeItemInfoUSBHostController::ChooseIcon(const LxSystem &, const LxInterface &)
 {
-    SetIconIndex(IconTiles::sUSB);
+    SetIconIndex(IconTiles::USBDevice);
 }

@@ -11,7 +11,7 @@ namespace
 {
 
 // The display of a widget that has one: such widgets are plain ones, dialogs, or whatever a host has.
-constexpr const char *sDisplayProperty = "_lx_display";
+constexpr const char *DisplayProperty = "_lx_display";
 
 class PictureAccessible : public QAccessibleWidget
 {
@@ -47,7 +47,7 @@ private:
 
 QAccessibleInterface *CreateInterface(const QString & /*aClass*/, QObject *aObject)
 {
-    const QVariant display = aObject->property(sDisplayProperty);
+    const QVariant display = aObject->property(DisplayProperty);
     auto *widget = display.isValid() ? qobject_cast<QWidget *>(aObject) : nullptr;
     return widget ? new PictureAccessible(widget, qobject_cast<DisplayWnd *>(display.value<QPointer<QObject>>()))
                   : nullptr;
@@ -58,7 +58,7 @@ QAccessibleInterface *CreateInterface(const QString & /*aClass*/, QObject *aObje
 void MakePictureAccessible(QWidget *aWidget, DisplayWnd *aDisplay)
 {
     static const AccessibleFactory factory(CreateInterface);
-    aWidget->setProperty(sDisplayProperty, QVariant::fromValue(QPointer<QObject>(aDisplay)));
+    aWidget->setProperty(DisplayProperty, QVariant::fromValue(QPointer<QObject>(aDisplay)));
     // what was made for the widget before, because a host gave it a name for example, is made anew
     QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(QAccessible::queryAccessibleInterface(aWidget)));
 }

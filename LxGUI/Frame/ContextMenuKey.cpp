@@ -9,14 +9,14 @@
 namespace
 {
 
-constexpr const char *sName = "contextMenuKey";
+constexpr const char *KeyObjectName = "contextMenuKey";
 
 }  // namespace
 
 void ContextMenuKey::Install(QWidget *aWidget)
 {
 #ifndef Q_OS_WIN
-    if (!aWidget->findChild<QObject *>(QLatin1String(sName), Qt::FindDirectChildrenOnly)) {
+    if (!aWidget->findChild<QObject *>(QLatin1String(KeyObjectName), Qt::FindDirectChildrenOnly)) {
         new ContextMenuKey(aWidget);
     }
 #endif
@@ -24,7 +24,7 @@ void ContextMenuKey::Install(QWidget *aWidget)
 
 ContextMenuKey::ContextMenuKey(QWidget *aWidget) : QObject(aWidget)
 {
-    setObjectName(QLatin1String(sName));
+    setObjectName(QLatin1String(KeyObjectName));
     aWidget->installEventFilter(this);
 }
 

@@ -6,16 +6,15 @@ void EmbedInParent(NativeWindowApi &aApi, HWND aChild, HWND aParent)
 {
     using namespace WindowStyles;
     aApi.SetParent(aChild, aParent);
-    aApi.SetWindowLongW(aChild, cStyleIndex, Embedded(aApi.GetWindowLongW(aChild, cStyleIndex)));
-    aApi.SetWindowLongW(aChild, cExtendedStyleIndex,
-                        EmbeddedExtended(aApi.GetWindowLongW(aChild, cExtendedStyleIndex)));
+    aApi.SetWindowLongW(aChild, StyleIndex, Embedded(aApi.GetWindowLongW(aChild, StyleIndex)));
+    aApi.SetWindowLongW(aChild, ExtendedStyleIndex, EmbeddedExtended(aApi.GetWindowLongW(aChild, ExtendedStyleIndex)));
     NativeRect rect;
     if (aApi.GetClientRect(aParent, rect)) {
-        aApi.SetWindowPos(aChild, nullptr, 0, 0, rect.Width(), rect.Height(), cNoZOrder | cShowWindow);
+        aApi.SetWindowPos(aChild, nullptr, 0, 0, rect.Width(), rect.Height(), NoZOrderFlag | ShowWindowFlag);
     }
     // Asked again: the parent may have changed its size while the child was placed.
     if (aApi.GetClientRect(aParent, rect)) {
-        aApi.PostMessageW(aParent, cSizeMessage, cSizeRestored, SizeParameter(rect.Width(), rect.Height()));
+        aApi.PostMessageW(aParent, SizeMessage, SizeRestored, SizeParameter(rect.Width(), rect.Height()));
     }
 }
 
@@ -26,5 +25,5 @@ void AttachToParent(NativeWindowApi &aApi, HWND aChild, HWND aParent)
         return;
     }
     aApi.SetParent(aChild, aParent);
-    aApi.SetWindowLongW(aChild, cStyleIndex, Child(aApi.GetWindowLongW(aChild, cStyleIndex)));
+    aApi.SetWindowLongW(aChild, StyleIndex, Child(aApi.GetWindowLongW(aChild, StyleIndex)));
 }

@@ -17,8 +17,8 @@ namespace
 
 // How long the end of an object waits for a GUI thread that may be waiting for the thread that ends it: so many short
 // times, as the clock goes on when the whole program stands still.
-constexpr std::chrono::milliseconds cShortTime(100);
-constexpr int cShortTimes = 20;
+constexpr std::chrono::milliseconds ShortTime(100);
+constexpr int ShortTimes = 20;
 
 /// One window that gives up one object.
 class GivingUp
@@ -53,8 +53,8 @@ public:
     {
         std::unique_lock lock(mMutex);
         const auto isDone = [this] { return mState == State::Done; };
-        for (int i = 0; i < cShortTimes && !isDone(); ++i) {
-            mChanged.wait_for(lock, cShortTime, isDone);
+        for (int i = 0; i < ShortTimes && !isDone(); ++i) {
+            mChanged.wait_for(lock, ShortTime, isDone);
         }
         if (mState == State::Waiting) {
             mState = State::TooLate;

@@ -8,16 +8,16 @@ namespace WindowStyles
 {
 
 // GetWindowLongW and SetWindowLongW: which value.
-inline constexpr int cStyleIndex = -16;          // GWL_STYLE
-inline constexpr int cExtendedStyleIndex = -20;  // GWL_EXSTYLE
+inline constexpr int StyleIndex = -16;          // GWL_STYLE
+inline constexpr int ExtendedStyleIndex = -20;  // GWL_EXSTYLE
 
 // SetWindowPos.
-inline constexpr uint32_t cNoZOrder = 0x0004;    // SWP_NOZORDER
-inline constexpr uint32_t cShowWindow = 0x0040;  // SWP_SHOWWINDOW
+inline constexpr uint32_t NoZOrderFlag = 0x0004;    // SWP_NOZORDER
+inline constexpr uint32_t ShowWindowFlag = 0x0040;  // SWP_SHOWWINDOW
 
 // Messages.
-inline constexpr uint32_t cSizeMessage = 0x0005;  // WM_SIZE
-inline constexpr uintptr_t cSizeRestored = 0;     // SIZE_RESTORED
+inline constexpr uint32_t SizeMessage = 0x0005;  // WM_SIZE
+inline constexpr uintptr_t SizeRestored = 0;     // SIZE_RESTORED
 
 /// The style of a window that is embedded: WS_CHILD | WS_VISIBLE, without WS_POPUP, WS_CAPTION, WS_SYSMENU,
 /// WS_THICKFRAME.

@@ -179,7 +179,7 @@ bool X11NativeWindowApi::SetWindowPos(HWND aWindow, HWND /*aAfter*/, int aX, int
     if (error) {
         return false;
     }
-    if (aFlags & WindowStyles::cShowWindow) {
+    if (aFlags & WindowStyles::ShowWindowFlag) {
         const ReplyPointer<xcb_generic_error_t> mapError(
             xcb_request_check(connection, xcb_map_window_checked(connection, WindowOf(aWindow))));
         return !mapError;
@@ -204,13 +204,13 @@ bool X11NativeWindowApi::GetClientRect(HWND aWindow, NativeRect &aRect)
 
 bool X11NativeWindowApi::PostMessageW(HWND aWindow, uint32_t aMessage, uintptr_t aWParam, intptr_t aLParam)
 {
-    static const char sName[] = "_LXGUI_MESSAGE";
+    static const char name[] = "_LXGUI_MESSAGE";
     xcb_connection_t *connection = Connection();
     if (!connection) {
         return false;
     }
     const ReplyPointer<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
-        connection, xcb_intern_atom(connection, false, static_cast<uint16_t>(std::strlen(sName)), sName), nullptr));
+        connection, xcb_intern_atom(connection, false, static_cast<uint16_t>(std::strlen(name)), name), nullptr));
     if (!atom) {
         return false;
     }

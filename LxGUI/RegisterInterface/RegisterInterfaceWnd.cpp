@@ -16,10 +16,10 @@
 namespace
 {
 
-constexpr int sWidth = 350;
-constexpr int sHeight = 180;
-constexpr int sMargin = 6;
-constexpr int sSpacing = 4;
+constexpr int Width = 350;
+constexpr int Height = 180;
+constexpr int Margin = 6;
+constexpr int Spacing = 4;
 
 QLineEdit *CreateEdit(QWidget *aParent, const char *aName, const QString &aAccessibleName)
 {
@@ -43,14 +43,14 @@ class GroupLayout
 public:
     explicit GroupLayout(QGroupBox *aGroup) : mGroup(aGroup), mLayout(new QVBoxLayout(aGroup))
     {
-        mLayout->setContentsMargins(sMargin, sMargin, sMargin, sMargin);
-        mLayout->setSpacing(sSpacing);
+        mLayout->setContentsMargins(Margin, Margin, Margin, Margin);
+        mLayout->setSpacing(Spacing);
     }
 
     void AddRow(const char *aLabel, QLineEdit *aEdit, bool aHex)
     {
         auto *row = new QHBoxLayout;
-        row->setSpacing(sSpacing);
+        row->setSpacing(Spacing);
         QLabel *label = AddLabel(row, aLabel);
         label->setBuddy(aEdit);
         row->addWidget(aEdit);
@@ -128,14 +128,14 @@ void RegisterInterfaceWnd::CreateLayout()
 {
     QWidget *parent = BeginLayout();
     auto *main = new QVBoxLayout(parent);
-    main->setContentsMargins(sMargin, sMargin, sMargin, sMargin);
+    main->setContentsMargins(Margin, Margin, Margin, Margin);
     auto *groups = new QHBoxLayout;
-    groups->setSpacing(sMargin);
+    groups->setSpacing(Margin);
     main->addLayout(groups);
     groups->addWidget(CreateReadGroup(parent));
     groups->addWidget(CreateWriteGroup(parent));
     SetLeastWidths(*parent);
-    MakeFixedSizeDialog(sWidth, sHeight, [parent] {
+    MakeFixedSizeDialog(Width, Height, [parent] {
         SetLeastWidths(*parent);
         return true;
     });

@@ -18,8 +18,8 @@
 namespace
 {
 
-constexpr int sRefreshInterval = 250;  // ms
-constexpr uint32_t sFirstBaudRate = 9600;
+constexpr int RefreshInterval = 250;  // ms
+constexpr uint32_t FirstBaudRate = 9600;
 
 /// The system's, and those to which the application gave COM names because the system calls them otherwise.
 QStringList ListPorts()
@@ -41,7 +41,7 @@ QStringList ListPorts()
 SerialBridgeManagerWnd::SerialBridgeManagerWnd() : mPortLister(ListPorts)
 {
     SetTitle("Serial Communication Bridge");
-    mTimer.setInterval(sRefreshInterval);
+    mTimer.setInterval(RefreshInterval);
     connect(&mTimer, SIGNAL(timeout()), this, SLOT(OnTimerTimeout()));
 }
 
@@ -278,7 +278,7 @@ void SerialBridgeManagerWnd::StartCameraLink(SerialBridgeEntry *aEntry)
         return;
     }
     // Without a known or chosen rate there is no such bridge.
-    const QPointer<BaudRateSelectionDlg> dialog(new BaudRateSelectionDlg(sFirstBaudRate, Widget()));
+    const QPointer<BaudRateSelectionDlg> dialog(new BaudRateSelectionDlg(FirstBaudRate, Widget()));
     const bool accepted = dialog->exec() == QDialog::Accepted && dialog;
     if (entry && entry->GetType() == SerialBridgeEntry::CameraLinkDLL) {
         const BusyCursor busy;

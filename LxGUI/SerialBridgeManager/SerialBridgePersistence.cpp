@@ -11,20 +11,20 @@
 namespace
 {
 
-constexpr char sCOMPort[] = "COMPort";
-constexpr char sCameraLink[] = "CLDLL";
-constexpr char sPort[] = "Port";
-constexpr char sBaudRate[] = "COMPortBaudRate";
-constexpr char sParity[] = "COMPortParity";
-constexpr char sBitCount[] = "COMPortBitCount";
-constexpr char sStopBits[] = "COMPortStopBits";
-constexpr char sCameraLinkBaudRate[] = "CLDLLBaudRate";
+constexpr char COMPortProperty[] = "COMPort";
+constexpr char CameraLinkProperty[] = "CLDLL";
+constexpr char PortProperty[] = "Port";
+constexpr char BaudRateProperty[] = "COMPortBaudRate";
+constexpr char ParityProperty[] = "COMPortParity";
+constexpr char BitCountProperty[] = "COMPortBitCount";
+constexpr char StopBitsProperty[] = "COMPortStopBits";
+constexpr char CameraLinkBaudRateProperty[] = "CLDLLBaudRate";
 
-constexpr int sMostCharacters = 1023;  // of a message, without its prefix
+constexpr int MostCharacters = 1023;  // of a message, without its prefix
 
 void AddPrefixed(LxStringList &aMessages, const QString &aPrefix, const QString &aMessage)
 {
-    aMessages.Add(ToLxString(aPrefix + aMessage.left(sMostCharacters)));
+    aMessages.Add(ToLxString(aPrefix + aMessage.left(MostCharacters)));
 }
 
 /// "text: code, description."
@@ -50,26 +50,26 @@ void SerialBridgeEntry::Save(LxPropertyList &aList) const
 {
     const std::string name = GetPortName().GetString();
     if (mType == COMPortLink) {
-        aList.Add(LxProperty(name, sCOMPort));
-        aList.Add(LxProperty(name + sPort, GetCOMPort()));
+        aList.Add(LxProperty(name, COMPortProperty));
+        aList.Add(LxProperty(name + PortProperty, GetCOMPort()));
         if (!GetCOMPort().IsEmpty()) {
             const LxSerialPortConfiguration configuration = mBridge->GetSerialPortConfiguration();
-            aList.Add(LxProperty(name + sBaudRate, configuration.mBaudRate));
-            aList.Add(LxProperty(name + sParity, ToLxString(ParityToText(configuration.mParity))));
-            aList.Add(LxProperty(name + sBitCount, configuration.mByteSize));
-            aList.Add(LxProperty(name + sStopBits, configuration.mStopBits));
+            aList.Add(LxProperty(name + BaudRateProperty, configuration.mBaudRate));
+            aList.Add(LxProperty(name + ParityProperty, ToLxString(ParityToText(configuration.mParity))));
+            aList.Add(LxProperty(name + BitCountProperty, configuration.mByteSize));
+            aList.Add(LxProperty(name + StopBitsProperty, configuration.mStopBits));
         }
     }
     else if (mType == CameraLinkDLL) {
-        aList.Add(LxProperty(name, sCameraLink));
-        aList.Add(LxProperty(name + sCameraLinkBaudRate, mBridge->GetHardCodedBaudRate()));
+        aList.Add(LxProperty(name, CameraLinkProperty));
+        aList.Add(LxProperty(name + CameraLinkBaudRateProperty, mBridge->GetHardCodedBaudRate()));
     }
 }
 
 void SerialBridgeEntry::LoadCOMPort(const LxPropertyList &aList, LxStringList &aMessages)
 {
     const LxString name = GetPortName();
-    const LxProperty *port = Find(aList, name, sPort);
+    const LxProperty *port = Find(aList, name, PortProperty);
     if (!port) {
         AddMessage(aMessages, QStringLiteral("Port parameter missing."));
         return;
@@ -88,17 +88,18 @@ void SerialBridgeEntry::LoadCOMPort(const LxPropertyList &aList, LxStringList &a
         }
         return true;
     };
-    if (!parse(sBaudRate, configuration.mBaudRate, QStringLiteral("Unable to parse COM port speed."))) {
+    if (!parse(BaudRateProperty, configuration.mBaudRate, QStringLiteral("Unable to parse COM port speed."))) {
         return;
     }
-    if (const LxProperty *parity = Find(aList, name, sParity);
+    if (const LxProperty *parity = Find(aList, name, ParityProperty);
         parity && !ParityFromText(ToQString(parity->GetValue()), configuration.mParity))
     {
         AddMessage(aMessages, QStringLiteral("Unable to parse COM port parity."));
         return;
     }
-    if (!parse(sBitCount, configuration.mByteSize, QStringLiteral("Unable to parse COM port bit count (byte size).")) ||
-        !parse(sStopBits, configuration.mStopBits, QStringLiteral("Unable to parse COM port stop bits.")))
+    if (!parse(BitCountProperty, configuration.mByteSize,
+               QStringLiteral("Unable to parse COM port bit count (byte size).")) ||
+        !parse(StopBitsProperty, configuration.mStopBits, QStringLiteral("Unable to parse COM port stop bits.")))
     {
         return;
     }
@@ -112,7 +113,7 @@ void SerialBridgeEntry::LoadCOMPort(const LxPropertyList &aList, LxStringList &a
 
 void SerialBridgeEntry::LoadCameraLinkBaudRate(const LxPropertyList &aList, LxStringList &aMessages)
 {
-    const LxProperty *property = Find(aList, GetPortName(), sCameraLinkBaudRate);
+    const LxProperty *property = Find(aList, GetPortName(), CameraLinkBaudRateProperty);
     if (!property) {
         return;
     }
@@ -162,11 +163,11 @@ void SerialBridgeManagerWnd::LoadPort(LxDeviceSerial aPort, SerialBridgeEntry *a
     else if (!aEntry) {
         complain(QStringLiteral("Port %1 found in persistence file, not supported by device.").arg(ToQString(name)));
     }
-    else if (type->GetValue() == LxString(sCOMPort)) {
+    else if (type->GetValue() == LxString(COMPortProperty)) {
         aEntry->Reset(SerialBridgeEntry::COMPortLink);
         aEntry->LoadCOMPort(aList, aMessages);
     }
-    else if (type->GetValue() == LxString(sCameraLink)) {
+    else if (type->GetValue() == LxString(CameraLinkProperty)) {
         aEntry->Reset(SerialBridgeEntry::CameraLinkDLL);
         if (const LxResult result = aEntry->StartCameraLink(aPort); !result.IsOK()) {
             aEntry->Reset(SerialBridgeEntry::Inactive);

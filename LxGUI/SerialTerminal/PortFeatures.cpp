@@ -11,8 +11,8 @@
 namespace
 {
 
-constexpr uint64_t sMostNumbers = 32;
-constexpr char sClockDivider[] = "BulkSystemClockDivider";
+constexpr uint64_t MostNumbers = 32;
+constexpr char ClockDivider[] = "BulkSystemClockDivider";
 
 LxGenParameter *Find(LxGenParameterArray *aParameters, const char *aName)
 {
@@ -23,7 +23,7 @@ LxGenParameter *Find(LxGenParameterArray *aParameters, const char *aName)
 std::vector<int64_t> PreferredSpeeds(const LxGenInteger &aFeature)
 {
     LxString name;
-    if (!aFeature.GetName(name).IsOK() || name != sClockDivider) {
+    if (!aFeature.GetName(name).IsOK() || name != ClockDivider) {
         return {1200,  2400,  4800,   9600,   14400,  19200,  28800,  38400,
                 57600, 76800, 115200, 230400, 460800, 500000, 921600, 1000000};
     }
@@ -104,7 +104,7 @@ LxGenParameter *FindSpeedFeature(LxGenParameterArray *aParameters, LxDeviceSeria
                                                   : nullptr;
     }
     LxGenParameter *baudRate = Find(aParameters, "BulkBaudRate");
-    return baudRate ? baudRate : Find(aParameters, sClockDivider);
+    return baudRate ? baudRate : Find(aParameters, ClockDivider);
 }
 
 LxGenParameter *FindLoopbackFeature(LxGenParameterArray *aParameters, LxDeviceSerial aPort)
@@ -124,7 +124,7 @@ std::vector<int64_t> NumbersToOffer(int64_t aMin, int64_t aMax, int64_t aIncreme
         const auto increment = static_cast<uint64_t>(std::max<int64_t>(aIncrement, 1));
         const auto from = static_cast<uint64_t>(aMin);
         const uint64_t steps = (static_cast<uint64_t>(aMax) - from) / increment;
-        if (steps < sMostNumbers) {
+        if (steps < MostNumbers) {
             for (uint64_t i = 0; i <= steps; ++i) {
                 numbers.push_back(static_cast<int64_t>(from + i * increment));
             }

@@ -12,11 +12,11 @@
 namespace
 {
 
-constexpr qint64 sChunk = 256;  // bytes
+constexpr qint64 Chunk = 256;  // bytes
 // The time that the last bytes get to come back: a second (milliseconds), in parts, so that a moment in which the whole
 // program stands still does not use it up.
-constexpr unsigned long sLoopbackPart = 100;
-constexpr int sLoopbackParts = 10;
+constexpr unsigned long LoopbackPart = 100;
+constexpr int LoopbackParts = 10;
 
 QString Number(double aNumber)
 {
@@ -45,7 +45,7 @@ void SendFileThread::run()
         return;
     }
     const qint64 size = file.size();
-    std::vector<uint8_t> chunk(static_cast<size_t>(std::min(size, sChunk)));
+    std::vector<uint8_t> chunk(static_cast<size_t>(std::min(size, Chunk)));
     QElapsedTimer clock;
     clock.start();
     uint64_t sent = 0;
@@ -69,8 +69,8 @@ void SendFileThread::run()
     }
     mWnd->RequestShow();
     const qint64 elapsed = clock.elapsed();
-    for (int i = 0; i < sLoopbackParts; ++i) {
-        msleep(sLoopbackPart);
+    for (int i = 0; i < LoopbackParts; ++i) {
+        msleep(LoopbackPart);
     }
     Report(elapsed, sent, size);
     emit completed(true);

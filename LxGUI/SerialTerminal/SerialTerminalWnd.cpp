@@ -18,16 +18,16 @@ namespace
 {
 
 // The window offers the UARTs and seven bulk ports; the eighth can only be selected by the host.
-constexpr LxDeviceSerial sPorts[] = {LxDeviceSerial::Serial0, LxDeviceSerial::Serial1, LxDeviceSerial::Bulk0,
-                                     LxDeviceSerial::Bulk1,   LxDeviceSerial::Bulk2,   LxDeviceSerial::Bulk3,
-                                     LxDeviceSerial::Bulk4,   LxDeviceSerial::Bulk5,   LxDeviceSerial::Bulk6};
+constexpr LxDeviceSerial Ports[] = {LxDeviceSerial::Serial0, LxDeviceSerial::Serial1, LxDeviceSerial::Bulk0,
+                                    LxDeviceSerial::Bulk1,   LxDeviceSerial::Bulk2,   LxDeviceSerial::Bulk3,
+                                    LxDeviceSerial::Bulk4,   LxDeviceSerial::Bulk5,   LxDeviceSerial::Bulk6};
 
 // A chunk of the port has at most five lines.
-constexpr qsizetype sAlmostFull = TranscriptFormatter::Capacity - 5 * TranscriptFormatter::HybridLine;
-constexpr qsizetype sMuch = TranscriptFormatter::Capacity / 2;
-constexpr std::chrono::milliseconds sLongestWait{20};
+constexpr qsizetype AlmostFull = TranscriptFormatter::Capacity - 5 * TranscriptFormatter::HybridLine;
+constexpr qsizetype Much = TranscriptFormatter::Capacity / 2;
+constexpr std::chrono::milliseconds LongestWait{20};
 
-constexpr char sHexHint[] =
+constexpr char HexHint[] =
     "Bytes must be provided as pairs of hexadecimal digits\r\n"
     "separated by spaces.\r\n\r\n"
     "Example: 03 64 70 6D AB 43 72 01 02";
@@ -61,7 +61,7 @@ LxResult SerialTerminalWnd::SetDevice(ILxDeviceAdapter *aAdapter)
     if (!mAdapter) {
         return LxResultCode::OK;
     }
-    for (const LxDeviceSerial port : sPorts) {
+    for (const LxDeviceSerial port : Ports) {
         if (LxDeviceSerialPort::IsSupported(mAdapter, port)) {
             return LxResultCode::OK;
         }
@@ -102,7 +102,7 @@ void SerialTerminalWnd::FillPorts()
     }
     const QSignalBlocker blocker(mPortCombo);
     mPortCombo->clear();
-    for (const LxDeviceSerial port : sPorts) {
+    for (const LxDeviceSerial port : Ports) {
         if (LxDeviceSerialPort::IsSupported(mAdapter, port)) {
             mPortCombo->addItem(ToQString(LxDeviceSerialToString(port)), static_cast<uint>(port));
         }
@@ -290,7 +290,7 @@ bool SerialTerminalWnd::AppendHexText(const QLineEdit &aEdit, const QString &aEr
     if (AppendHexBytes(aEdit.text(), aBytes)) {
         return true;
     }
-    ShowCritical(Widget(), aError + QLatin1String("\r\n\r\n") + QLatin1String(sHexHint));
+    ShowCritical(Widget(), aError + QLatin1String("\r\n\r\n") + QLatin1String(HexHint));
     return false;
 }
 
@@ -380,17 +380,17 @@ void SerialTerminalWnd::RenderText(const QString &aText)
 
 bool SerialTerminalWnd::HasRoom(bool aWait)
 {
-    if (mPendingCount < sAlmostFull) {
+    if (mPendingCount < AlmostFull) {
         return true;
     }
     std::unique_lock lock(mOutputMutex);
-    return mOutputTaken.wait_for(lock, aWait ? sLongestWait : std::chrono::milliseconds(0),
-                                 [this] { return mPendingCount < sAlmostFull; });
+    return mOutputTaken.wait_for(lock, aWait ? LongestWait : std::chrono::milliseconds(0),
+                                 [this] { return mPendingCount < AlmostFull; });
 }
 
 void SerialTerminalWnd::RequestShow()
 {
-    if (mShowState == ShowState::Promised && mPendingCount < sMuch) {
+    if (mShowState == ShowState::Promised && mPendingCount < Much) {
         return;
     }
     if (mShowState.exchange(ShowState::Requested) != ShowState::Requested) {

@@ -9,13 +9,13 @@
 namespace
 {
 
-constexpr int sComboWidth = 125;
-constexpr int sBrowseWidth = 30;
+constexpr int ComboWidth = 125;
+constexpr int BrowseWidth = 30;
 
 QComboBox *AddCombo(QGroupBox *aGroup, const char *aName, const QString &aAccessibleName)
 {
     auto *combo = Named(new QComboBox(aGroup), aName, aAccessibleName);
-    combo->setMinimumWidth(sComboWidth);
+    combo->setMinimumWidth(ComboWidth);
     return combo;
 }
 
@@ -139,7 +139,7 @@ void SerialTerminalWnd::AddFileGroup(QWidget *aParent, QBoxLayout &aLayout)
     mFileEdit = Named(new QLineEdit(group), "FileEdit", tr("File to send"));
     AddLabel(group, *row, tr("File"), mFileEdit);
     mBrowseButton = AddButton(group, *row, tr("..."), "BrowseButton", tr("Choose a file"));
-    mBrowseButton->setMaximumWidth(sBrowseWidth);
+    mBrowseButton->setMaximumWidth(BrowseWidth);
     mSendFileButton = AddButton(group, *row, tr("Send file"), "SendFileButton", tr("Send the file"));
     mValidationCheck = AddCheck(group, *row, tr("Loopback validation"), "ValidationCheck",
                                 tr("Check that the bytes of the file come back"));

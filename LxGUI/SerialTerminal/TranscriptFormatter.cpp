@@ -5,8 +5,8 @@
 namespace
 {
 
-constexpr int sHexColumn = 3 * TranscriptFormatter::LineBytes;
-constexpr int sSeparator = 3;
+constexpr int HexColumn = 3 * TranscriptFormatter::LineBytes;
+constexpr int Separator = 3;
 
 void AppendHexByte(std::string &aText, uint8_t aByte)
 {
@@ -98,7 +98,7 @@ void TranscriptFormatter::AddHybridLine(std::string &aText) const
     for (int i = 0; i < mLineCount; ++i) {
         AppendHexByte(aText, mLine[i]);
     }
-    aText.resize(start + sHexColumn + sSeparator, ' ');
+    aText.resize(start + HexColumn + Separator, ' ');
     for (int i = 0; i < mLineCount; ++i) {
         aText += mLine[i] >= 0x21 && mLine[i] <= 0x7E ? static_cast<char>(mLine[i]) : '.';
     }

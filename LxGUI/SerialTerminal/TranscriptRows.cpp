@@ -5,11 +5,11 @@
 namespace
 {
 
-constexpr int sTabColumns = 8;
+constexpr int TabColumns = 8;
 
 int ColumnsOf(QChar aCharacter, int aColumn)
 {
-    return aCharacter == QLatin1Char('\t') ? sTabColumns - aColumn % sTabColumns : 1;
+    return aCharacter == QLatin1Char('\t') ? TabColumns - aColumn % TabColumns : 1;
 }
 
 }  // namespace

@@ -16,9 +16,9 @@
 namespace
 {
 
-constexpr int sMargin = 4;
-constexpr int sHintRows = 16;
-constexpr int sLeastRows = 4;
+constexpr int Margin = 4;
+constexpr int HintRows = 16;
+constexpr int LeastRows = 4;
 
 }  // namespace
 
@@ -112,13 +112,13 @@ double TranscriptView::ColumnWidth() const
 
 int TranscriptView::VisibleRows() const
 {
-    return std::max(1, (viewport()->height() - 2 * sMargin) / fontMetrics().lineSpacing());
+    return std::max(1, (viewport()->height() - 2 * Margin) / fontMetrics().lineSpacing());
 }
 
 void TranscriptView::EnsureRows()
 {
     if (!mRowsValid) {
-        const double columns = std::floor((viewport()->width() - 2 * sMargin) / ColumnWidth());
+        const double columns = std::floor((viewport()->width() - 2 * Margin) / ColumnWidth());
         mRows = LayOutRows(mText, std::max(1, static_cast<int>(columns)));
         mRowsValid = true;
     }
@@ -148,7 +148,7 @@ QStringView TranscriptView::RowView(const TranscriptRow &aRow) const
 qsizetype TranscriptView::IndexAtPoint(const QPoint &aPoint)
 {
     EnsureRows();
-    const double line = std::floor(static_cast<double>(aPoint.y() - sMargin) / fontMetrics().lineSpacing());
+    const double line = std::floor(static_cast<double>(aPoint.y() - Margin) / fontMetrics().lineSpacing());
     const double row = line + verticalScrollBar()->value();
     if (row < 0) {
         return 0;
@@ -157,7 +157,7 @@ qsizetype TranscriptView::IndexAtPoint(const QPoint &aPoint)
         return mText.size();
     }
     const TranscriptRow &found = mRows[static_cast<size_t>(row)];
-    return found.mStart + IndexAt(RowView(found), (aPoint.x() - sMargin) / ColumnWidth());
+    return found.mStart + IndexAt(RowView(found), (aPoint.x() - Margin) / ColumnWidth());
 }
 
 QRect TranscriptView::RectOfIndex(qsizetype aIndex)
@@ -166,8 +166,8 @@ QRect TranscriptView::RectOfIndex(qsizetype aIndex)
     const size_t row = RowOf(aIndex);
     const int height = fontMetrics().lineSpacing();
     const int column = ColumnOf(RowView(mRows[row]), aIndex - mRows[row].mStart);
-    return QRect(static_cast<int>(sMargin + column * ColumnWidth()),
-                 sMargin + (static_cast<int>(row) - verticalScrollBar()->value()) * height,
+    return QRect(static_cast<int>(Margin + column * ColumnWidth()),
+                 Margin + (static_cast<int>(row) - verticalScrollBar()->value()) * height,
                  static_cast<int>(std::ceil(ColumnWidth())), height);
 }
 
@@ -191,22 +191,22 @@ void TranscriptView::paintEvent(QPaintEvent * /*aEvent*/)
     const double width = ColumnWidth();
     const auto first = static_cast<size_t>(std::max(0, verticalScrollBar()->value()));
     const size_t end = std::min(mRows.size(), first + static_cast<size_t>(VisibleRows()) + 1);
-    int y = sMargin;
+    int y = Margin;
     for (size_t i = first; i < end; ++i, y += height) {
         const TranscriptRow &row = mRows[i];
         const QStringView view = RowView(row);
         const QString text = RowText(view);
-        painter.drawText(QPointF(sMargin, y + fontMetrics().ascent()), text);
+        painter.drawText(QPointF(Margin, y + fontMetrics().ascent()), text);
         const qsizetype from = std::max(SelectionStart(), row.mStart);
         const qsizetype to = std::min(SelectionEnd(), row.End());
         if (from < to) {
-            const double left = sMargin + ColumnOf(view, from - row.mStart) * width;
-            const QRectF marked(left, y, sMargin + ColumnOf(view, to - row.mStart) * width - left, height);
+            const double left = Margin + ColumnOf(view, from - row.mStart) * width;
+            const QRectF marked(left, y, Margin + ColumnOf(view, to - row.mStart) * width - left, height);
             painter.save();
             painter.fillRect(marked, palette().color(QPalette::Highlight));
             painter.setClipRect(marked);
             painter.setPen(palette().color(QPalette::HighlightedText));
-            painter.drawText(QPointF(sMargin, y + fontMetrics().ascent()), text);
+            painter.drawText(QPointF(Margin, y + fontMetrics().ascent()), text);
             painter.restore();
         }
     }
@@ -241,15 +241,15 @@ void TranscriptView::changeEvent(QEvent *aEvent)
 
 QSize TranscriptView::sizeHint() const
 {
-    const int margins = 2 * (sMargin + frameWidth());
+    const int margins = 2 * (Margin + frameWidth());
     const double width = std::ceil((TranscriptFormatter::UnfinishedHybridLine + 1) * ColumnWidth());
     return QSize(static_cast<int>(width) + margins + verticalScrollBar()->sizeHint().width(),
-                 sHintRows * fontMetrics().lineSpacing() + margins);
+                 HintRows * fontMetrics().lineSpacing() + margins);
 }
 
 QSize TranscriptView::minimumSizeHint() const
 {
-    const int hidden = (sHintRows - sLeastRows) * fontMetrics().lineSpacing();
+    const int hidden = (HintRows - LeastRows) * fontMetrics().lineSpacing();
     return QAbstractScrollArea::minimumSizeHint().expandedTo(QSize(0, sizeHint().height() - hidden));
 }
 

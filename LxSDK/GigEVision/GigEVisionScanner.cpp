@@ -64,7 +64,7 @@ const DeviceInfoGEV *GigEVisionScanner::Update(const NetworkAdapter &aAdapter, c
         aChanged = known->second->Update(aDiscovery);
         return known->second;
     }
-    if (devices.size() >= mostDevices) {
+    if (devices.size() >= MostDevices) {
         return nullptr;
     }
     mAllDevices.push_back(std::make_unique<DeviceInfoGEV>(aAdapter, aDiscovery));

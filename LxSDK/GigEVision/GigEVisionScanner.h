@@ -20,7 +20,7 @@ class GigEVisionScanner : public DeviceScanner
 public:
     /// How many devices are told apart at one adapter. Their objects live as long as the scanner, so that answers with
     /// ever new MAC addresses would fill the memory.
-    static constexpr size_t mostDevices = 4096;
+    static constexpr size_t MostDevices = 4096;
 
     void UpdateInterfaces() override;
     std::vector<const LxInterface *> GetInterfaces() const override;

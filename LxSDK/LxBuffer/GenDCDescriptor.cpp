@@ -11,25 +11,25 @@ namespace LxDetail::GenDC
 namespace
 {
 
-constexpr uint8_t kSignature[4] = {'G', 'N', 'D', 'C'};
-constexpr uint8_t kMajor = 1;
-constexpr uint16_t kContainerHeader = 0x1000;
-constexpr uint16_t kComponentHeader = 0x2000;
-constexpr uint16_t kPartHeaders = 0x4;      // the upper four bits of all parts
-constexpr uint16_t kLastFlatPart = 0x4203;  // from kImagePart on these are two-dimensional
-constexpr uint16_t kInvalidComponent = 1;
-constexpr uint16_t kHasInvalidComponent = 2;
+constexpr uint8_t Signature[4] = {'G', 'N', 'D', 'C'};
+constexpr uint8_t Major = 1;
+constexpr uint16_t ContainerHeader = 0x1000;
+constexpr uint16_t ComponentHeader = 0x2000;
+constexpr uint16_t PartHeaders = 0x4;      // the upper four bits of all parts
+constexpr uint16_t LastFlatPart = 0x4203;  // from ImagePart on these are two-dimensional
+constexpr uint16_t InvalidComponent = 1;
+constexpr uint16_t HasInvalidComponent = 2;
 
 // The bytes of the headers without their tables.
-constexpr uint64_t kContainerSize = 56;
-constexpr uint64_t kComponentSize = 48;
-constexpr uint64_t kPartSize = 40;
-constexpr uint64_t kImagePartSize = 56;
-constexpr uint64_t kOffsetSize = 8;
+constexpr uint64_t ContainerSize = 56;
+constexpr uint64_t ComponentSize = 48;
+constexpr uint64_t PartSize = 40;
+constexpr uint64_t ImagePartSize = 56;
+constexpr uint64_t OffsetSize = 8;
 
 // More than any device has; a descriptor that claims more is broken.
-constexpr uint32_t kMostComponents = 4096;
-constexpr uint32_t kMostParts = 65536;
+constexpr uint32_t MostComponents = 4096;
+constexpr uint32_t MostParts = 65536;
 
 LxResult Broken(const std::string &aWhat)
 {
@@ -101,7 +101,7 @@ public:
         }
         aDescriptor.mComponents.resize(Get(52, 4));
         for (size_t i = 0; i < aDescriptor.mComponents.size(); ++i) {
-            const uint64_t offset = Get(kContainerSize + i * kOffsetSize, 8);
+            const uint64_t offset = Get(ContainerSize + i * OffsetSize, 8);
             if (LxResult result = ReadComponent(offset, aDescriptor.mComponents[i]); !result.IsOK()) {
                 return result;
             }
@@ -130,26 +130,24 @@ private:
 
     LxResult ReadContainer(Descriptor &aDescriptor)
     {
-        if (mBytes.size() < kContainerSize || !std::equal(std::begin(kSignature), std::end(kSignature), mBytes.begin()))
-        {
+        if (mBytes.size() < ContainerSize || !std::equal(std::begin(Signature), std::end(Signature), mBytes.begin())) {
             return LxResult(LxResultCode::InvalidDataFormat, "The data are no GenDC container.");
         }
-        if (mBytes[4] != kMajor) {
+        if (mBytes[4] != Major) {
             return LxResult(LxResultCode::NotSupported,
                             "GenDC containers of version " + std::to_string(mBytes[4]) + " cannot be read.");
         }
         const auto headerSize = Get<uint32_t>(12);
         mDescriptorSize = Get<uint32_t>(48);
         const auto count = Get<uint32_t>(52);
-        if (Get<uint16_t>(8) != kContainerHeader) {
+        if (Get<uint16_t>(8) != ContainerHeader) {
             return Broken("its header is of another kind");
         }
-        if (count == 0 || count > kMostComponents) {
+        if (count == 0 || count > MostComponents) {
             return Broken("it claims " + std::to_string(count) + " components");
         }
-        if (headerSize < kContainerSize + count * kOffsetSize || headerSize > mDescriptorSize ||
-            mDescriptorSize > mBytes.size())
-        {
+        if (headerSize < ContainerSize + count * OffsetSize || headerSize > mDescriptorSize ||
+            mDescriptorSize > mBytes.size()) {
             return Broken("the sizes of its headers do not fit");
         }
         aDescriptor.mID = Get(16, 8);
@@ -168,30 +166,30 @@ private:
 
     LxResult ReadComponent(uint64_t aOffset, Component &aComponent)
     {
-        if (!IsInside(aOffset, kComponentSize, mDescriptorSize)) {
+        if (!IsInside(aOffset, ComponentSize, mDescriptorSize)) {
             return Broken("a component does not lie in the descriptor");
         }
         const auto headerSize = Get<uint32_t>(aOffset + 4);
         const auto count = Get<uint16_t>(aOffset + 46);
-        if (Get<uint16_t>(aOffset) != kComponentHeader) {
+        if (Get<uint16_t>(aOffset) != ComponentHeader) {
             return Broken("the header of a component is of another kind");
         }
-        if (count == 0 || headerSize < kComponentSize + count * kOffsetSize ||
+        if (count == 0 || headerSize < ComponentSize + count * OffsetSize ||
             !IsInside(aOffset, headerSize, mDescriptorSize)) {
             return Broken("the size of a component's header does not fit");
         }
         mPartCount += count;
-        if (mPartCount > kMostParts) {
+        if (mPartCount > MostParts) {
             return Broken("it has too many parts");
         }
         mHeaders.push_back({aOffset, headerSize});
-        aComponent.mIsInvalid = (Get<uint16_t>(aOffset + 2) & kInvalidComponent) != 0;
+        aComponent.mIsInvalid = (Get<uint16_t>(aOffset + 2) & InvalidComponent) != 0;
         aComponent.mTimestamp = Get(aOffset + 24, 8);
         aComponent.mTypeID = Get(aOffset + 32, 8);
         aComponent.mFormat = static_cast<LxPixelType>(Get<uint32_t>(aOffset + 40));
         aComponent.mParts.resize(count);
         for (uint64_t i = 0; i < count; ++i) {
-            const uint64_t offset = Get(aOffset + kComponentSize + i * kOffsetSize, 8);
+            const uint64_t offset = Get(aOffset + ComponentSize + i * OffsetSize, 8);
             if (LxResult result = ReadPart(offset, aComponent.mIsInvalid, aComponent.mParts[i]); !result.IsOK()) {
                 return result;
             }
@@ -201,16 +199,16 @@ private:
 
     LxResult ReadPart(uint64_t aOffset, bool aIsInvalid, Part &aPart)
     {
-        if (!IsInside(aOffset, kPartSize, mDescriptorSize)) {
+        if (!IsInside(aOffset, PartSize, mDescriptorSize)) {
             return Broken("a part does not lie in the descriptor");
         }
         const auto headerSize = Get<uint32_t>(aOffset + 4);
         aPart.mHeaderType = Get<uint16_t>(aOffset);
-        const bool isFlat = aPart.mHeaderType >= kImagePart && aPart.mHeaderType <= kLastFlatPart;
-        if (aPart.mHeaderType >> 12 != kPartHeaders) {
+        const bool isFlat = aPart.mHeaderType >= ImagePart && aPart.mHeaderType <= LastFlatPart;
+        if (aPart.mHeaderType >> 12 != PartHeaders) {
             return Broken("the header of a part is of another kind");
         }
-        if (headerSize < (isFlat ? kImagePartSize : kPartSize) || !IsInside(aOffset, headerSize, mDescriptorSize)) {
+        if (headerSize < (isFlat ? ImagePartSize : PartSize) || !IsInside(aOffset, headerSize, mDescriptorSize)) {
             return Broken("the size of a part's header does not fit");
         }
         aPart.mFormat = static_cast<LxPixelType>(Get<uint32_t>(aOffset + 8));
@@ -238,7 +236,7 @@ private:
         {
             return Broken("the data of a part do not lie in the container");
         }
-        if (aPart.mHeaderType == kImagePart && IsTooShort(aPart)) {
+        if (aPart.mHeaderType == ImagePart && IsTooShort(aPart)) {
             return Broken("an image is larger than its data");
         }
         if (aPart.mDataSize != 0) {
@@ -260,7 +258,7 @@ private:
 
 bool Part::IsImage() const
 {
-    const uint64_t size = mHeaderType == kImagePart && mFlowID == 0 ? GetImageSize(*this) : 0;
+    const uint64_t size = mHeaderType == ImagePart && mFlowID == 0 ? GetImageSize(*this) : 0;
     return size != 0 && size <= mDataSize;
 }
 
@@ -276,10 +274,10 @@ LxResult Parse(std::span<const uint8_t> aContainer, Descriptor &aDescriptor)
 
 std::vector<uint8_t> Build(Descriptor &aDescriptor)
 {
-    uint64_t size = kContainerSize + aDescriptor.mComponents.size() * kOffsetSize;
+    uint64_t size = ContainerSize + aDescriptor.mComponents.size() * OffsetSize;
     bool hasInvalid = false;
     for (const Component &component : aDescriptor.mComponents) {
-        size += kComponentSize + component.mParts.size() * (kOffsetSize + kImagePartSize);
+        size += ComponentSize + component.mParts.size() * (OffsetSize + ImagePartSize);
         hasInvalid = hasInvalid || component.mIsInvalid;
     }
     std::vector<uint8_t> bytes(size);
@@ -288,40 +286,40 @@ std::vector<uint8_t> Build(Descriptor &aDescriptor)
             bytes[aOffset + i] = static_cast<uint8_t>(aValue >> 8 * i);
         }
     };
-    uint64_t position = kContainerSize + aDescriptor.mComponents.size() * kOffsetSize;
+    uint64_t position = ContainerSize + aDescriptor.mComponents.size() * OffsetSize;
     uint64_t data = size;
-    std::copy(std::begin(kSignature), std::end(kSignature), bytes.begin());
-    put(4, kMajor, 1);
+    std::copy(std::begin(Signature), std::end(Signature), bytes.begin());
+    put(4, Major, 1);
     put(5, 1, 1);
-    put(8, kContainerHeader, 2);
-    put(10, hasInvalid ? kHasInvalidComponent : 0, 2);
+    put(8, ContainerHeader, 2);
+    put(10, hasInvalid ? HasInvalidComponent : 0, 2);
     put(12, position, 4);
     put(16, aDescriptor.mID, 8);
     put(40, size, 8);
     put(48, size, 4);
     put(52, aDescriptor.mComponents.size(), 4);
-    uint64_t entry = kContainerSize;
+    uint64_t entry = ContainerSize;
     for (Component &component : aDescriptor.mComponents) {
         put(entry, position, 8);
-        entry += kOffsetSize;
+        entry += OffsetSize;
         const uint64_t header = position;
-        const uint64_t headerSize = kComponentSize + component.mParts.size() * kOffsetSize;
-        put(header, kComponentHeader, 2);
-        put(header + 2, component.mIsInvalid ? kInvalidComponent : 0, 2);
+        const uint64_t headerSize = ComponentSize + component.mParts.size() * OffsetSize;
+        put(header, ComponentHeader, 2);
+        put(header + 2, component.mIsInvalid ? InvalidComponent : 0, 2);
         put(header + 4, headerSize, 4);
         put(header + 24, component.mTimestamp, 8);
         put(header + 32, component.mTypeID, 8);
         put(header + 40, static_cast<uint32_t>(component.mFormat), 4);
         put(header + 46, component.mParts.size(), 2);
         position += headerSize;
-        uint64_t partEntry = header + kComponentSize;
+        uint64_t partEntry = header + ComponentSize;
         for (Part &part : component.mParts) {
             put(partEntry, position, 8);
-            partEntry += kOffsetSize;
+            partEntry += OffsetSize;
             part.mDataOffset = data;
             data += part.mDataSize;
             put(position, part.mHeaderType, 2);
-            put(position + 4, kImagePartSize, 4);
+            put(position + 4, ImagePartSize, 4);
             put(position + 8, static_cast<uint32_t>(part.mFormat), 4);
             put(position + 14, part.mFlowID, 2);
             put(position + 16, part.mDataOffset, 8);
@@ -331,7 +329,7 @@ std::vector<uint8_t> Build(Descriptor &aDescriptor)
             put(position + 44, part.mSizeY, 4);
             put(position + 48, part.mPaddingX, 2);
             put(position + 50, part.mPaddingY, 2);
-            position += kImagePartSize;
+            position += ImagePartSize;
         }
     }
     aDescriptor.mDataOffset = size;

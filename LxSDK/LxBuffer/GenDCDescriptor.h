@@ -13,16 +13,16 @@ namespace LxDetail::GenDC
 {
 
 /// Header types of parts (table "Header types").
-inline constexpr uint16_t kImagePart = 0x4200;  ///< Two-dimensional, not compressed.
+inline constexpr uint16_t ImagePart = 0x4200;  ///< Two-dimensional, not compressed.
 
 /// Type IDs of components: the numbers of the SFNC feature ComponentIDValue.
-inline constexpr uint64_t kIntensity = 1;
-inline constexpr uint64_t kMetadata = 0x8001;
+inline constexpr uint64_t Intensity = 1;
+inline constexpr uint64_t Metadata = 0x8001;
 
 /// One block of data. The last four values belong to two-dimensional parts and are 0 in others.
 struct Part
 {
-    uint16_t mHeaderType = kImagePart;
+    uint16_t mHeaderType = ImagePart;
     LxPixelType mFormat = LxPixelType::None;
     uint16_t mFlowID = 0;
     uint64_t mDataSize = 0;
@@ -43,7 +43,7 @@ struct Part
 struct Component
 {
     bool mIsInvalid = false;  ///< The device gives no data for it; its parts must not be shown.
-    uint64_t mTypeID = kIntensity;
+    uint64_t mTypeID = Intensity;
     LxPixelType mFormat = LxPixelType::None;
     uint64_t mTimestamp = 0;  ///< In nanoseconds.
     std::vector<Part> mParts;

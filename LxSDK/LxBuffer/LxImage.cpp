@@ -9,22 +9,22 @@
 namespace
 {
 
-constexpr uint64_t kLargestImage = uint64_t{1} << 40;
-constexpr uint64_t kAlignment = 64;  // a cache line, and enough for every vector instruction
+constexpr uint64_t LargestImage = uint64_t{1} << 40;
+constexpr uint64_t Alignment = 64;  // a cache line, and enough for every vector instruction
 // Images from here on get pages of this size where the system has them: a pass over an image then does not wait for
 // the addresses of thousands of small ones.
-constexpr uint64_t kHugePage = uint64_t{1} << 21;
+constexpr uint64_t HugePage = uint64_t{1} << 21;
 
 // Memory for std::free(), or null.
 void *Allocate(uint64_t aSize)
 {
-    const bool isHuge = aSize >= kHugePage;
+    const bool isHuge = aSize >= HugePage;
     void *memory = nullptr;
-    if (aSize > SIZE_MAX || posix_memalign(&memory, isHuge ? kHugePage : kAlignment, aSize) != 0) {
+    if (aSize > SIZE_MAX || posix_memalign(&memory, isHuge ? HugePage : Alignment, aSize) != 0) {
         return nullptr;
     }
     if (isHuge) {
-        madvise(memory, aSize / kHugePage * kHugePage, MADV_HUGEPAGE);  // refused, the memory is as good as any other
+        madvise(memory, aSize / HugePage * HugePage, MADV_HUGEPAGE);  // refused, the memory is as good as any other
     }
     return memory;
 }
@@ -40,7 +40,7 @@ LxResult GetCheckedSize(uint64_t &aSize, uint32_t aWidth, uint32_t aHeight, LxPi
         return LxResult(LxResultCode::InvalidArgument, "An image needs a pixel format with a size.");
     }
     const uint64_t size = LxPixelTypeGetImageSize(aPixelType, aWidth, aHeight, aPaddingX, aPaddingY);
-    if (size == 0 || size > kLargestImage) {
+    if (size == 0 || size > LargestImage) {
         return LxResult(LxResultCode::InvalidArgument,
                         size == 0 && LxPixelTypeGetImageSize(aPixelType, aWidth, aHeight) != 0
                             ? "The image is too large, or a planar pixel format comes with padding."
@@ -92,7 +92,7 @@ LxResult LxImage::Alloc(uint32_t aWidth, uint32_t aHeight, LxPixelType aPixelTyp
         return result;
     }
     if (!mOwned || mOwnedSize < size) {
-        const uint64_t rounded = (size + kAlignment - 1) / kAlignment * kAlignment;
+        const uint64_t rounded = (size + Alignment - 1) / Alignment * Alignment;
         void *const memory = Allocate(rounded);
         if (!memory) {
             return LxResult(LxResultCode::NoMemory,

@@ -15,7 +15,7 @@ using LxDetail::PixelPacking;
 namespace
 {
 
-constexpr size_t kMostSamples = 4;
+constexpr size_t MostSamples = 4;
 
 LxResult NotSupported(const PixelFormat *aFormat)
 {
@@ -131,7 +131,7 @@ LxResult LxReadPixelSamples(const ILxImage *aImage, uint32_t aX, uint32_t aY, Lx
     const unsigned wholeBits = (bits + 7) / 8 * 8;
     Pixel pixel = isPlanar ? Pixel{{"R", "G", "B"}, {aX, aX, aX}} : FindSamples(*format, aX, aY);
     LxPixelSamples samples;
-    samples.mCount = static_cast<uint32_t>(std::min(pixel.mNames.size(), kMostSamples));
+    samples.mCount = static_cast<uint32_t>(std::min(pixel.mNames.size(), MostSamples));
     for (uint32_t i = 0; i < samples.mCount; ++i) {
         const uint64_t position = pixel.mPositions[i];
         uint64_t value = 0;

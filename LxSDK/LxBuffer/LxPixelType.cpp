@@ -27,7 +27,7 @@ LxPixelType LxPixelTypeFromString(const LxString &aName)
     if (aName == "-") {  // the table's mark for "no GigE Vision 1.x name"
         return LxPixelType::None;
     }
-    for (const LxDetail::PixelFormat &format : LxDetail::kPixelFormats) {
+    for (const LxDetail::PixelFormat &format : LxDetail::PixelFormats) {
         if (format.mName == aName.GetString() || format.mGev1Name == aName.GetString()) {
             return format.mType;
         }

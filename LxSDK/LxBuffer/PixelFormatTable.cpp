@@ -40,9 +40,9 @@ uint32_t PlaneCount(const PixelFormat &aFormat)
 
 const PixelFormat *FindPixelFormat(LxPixelType aType)
 {
-    const auto found = std::find_if(std::begin(kPixelFormats), std::end(kPixelFormats),
+    const auto found = std::find_if(std::begin(PixelFormats), std::end(PixelFormats),
                                     [aType](const PixelFormat &aFormat) { return aFormat.mType == aType; });
-    return found == std::end(kPixelFormats) ? nullptr : found;
+    return found == std::end(PixelFormats) ? nullptr : found;
 }
 
 bool GetImageLayout(ImageLayout &aLayout, LxPixelType aType, uint32_t aWidth, uint32_t aHeight, uint32_t aPaddingX,

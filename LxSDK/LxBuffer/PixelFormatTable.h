@@ -37,7 +37,7 @@ struct PixelFormat
     std::string_view mGev1Name;
 };
 
-inline constexpr PixelFormat kPixelFormats[] = {
+inline constexpr PixelFormat PixelFormats[] = {
 #define LX_PIXEL_FORMAT(name, value, bits, packing, bayer, family, order, gev1Name) \
     {#name, LxPixelType::name, bits, PixelPacking::packing, bayer, family, order, gev1Name},
 #include "LxBuffer/LxPixelFormats.inc"

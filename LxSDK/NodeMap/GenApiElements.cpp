@@ -10,10 +10,10 @@ namespace LxDetail
 namespace
 {
 
-constexpr size_t kMaxFormula = 8192;     // bytes
-constexpr int kMaxFormulaNesting = 100;  // parentheses
+constexpr size_t MaxFormula = 8192;     // bytes
+constexpr int MaxFormulaNesting = 100;  // parentheses
 
-constexpr Tag kTags[] = {
+constexpr Tag Tags[] = {
     {"Category", NodeKind::Category, Gives::Nothing},
     {"Integer", NodeKind::Value, Gives::Number},
     {"Float", NodeKind::Value, Gives::Number},
@@ -47,8 +47,8 @@ LxGenVisibility ParseVisibility(const std::string &aText)
 
 const Tag *FindTag(std::string_view aName)
 {
-    const auto tag = std::find_if(std::begin(kTags), std::end(kTags), [&](const Tag &t) { return aName == t.mName; });
-    return tag == std::end(kTags) ? nullptr : tag;
+    const auto tag = std::find_if(std::begin(Tags), std::end(Tags), [&](const Tag &t) { return aName == t.mName; });
+    return tag == std::end(Tags) ? nullptr : tag;
 }
 
 std::string_view Trim(std::string_view aText)
@@ -102,10 +102,10 @@ bool ParseInteger(std::string_view aText, int64_t &aValue)
 
 int ParseRepresentation(const std::string &aText)
 {
-    static constexpr const char *kNames[] = {"Linear",    "Logarithmic", "Boolean",   "PureNumber",
-                                             "HexNumber", "IPV4Address", "MACAddress"};
-    const auto found = std::find(std::begin(kNames), std::end(kNames), aText);
-    return found == std::end(kNames) ? -1 : static_cast<int>(found - std::begin(kNames));
+    static constexpr const char *names[] = {"Linear",    "Logarithmic", "Boolean",   "PureNumber",
+                                            "HexNumber", "IPV4Address", "MACAddress"};
+    const auto found = std::find(std::begin(names), std::end(names), aText);
+    return found == std::end(names) ? -1 : static_cast<int>(found - std::begin(names));
 }
 
 NodeTexts ParseTexts(const pugi::xml_node &aElement)
@@ -138,7 +138,7 @@ bool IsTooComplex(const std::string &aFormula)
         depth += c == '(' ? 1 : c == ')' ? -1 : 0;
         deepest = std::max(deepest, depth);
     }
-    return aFormula.size() > kMaxFormula || deepest > kMaxFormulaNesting;
+    return aFormula.size() > MaxFormula || deepest > MaxFormulaNesting;
 }
 
 std::string ToPlainText(const std::string &aText)

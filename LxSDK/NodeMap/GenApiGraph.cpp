@@ -10,9 +10,9 @@ namespace LxDetail
 namespace
 {
 
-constexpr uint32_t kMaxDepth = 200;      // nodes read one within the other
-constexpr uint64_t kMaxReads = 100'000;  // node reads for one value
-constexpr size_t kMaxProblem = 500;      // bytes of a reason
+constexpr uint32_t MaxDepth = 200;      // nodes read one within the other
+constexpr uint64_t MaxReads = 100'000;  // node reads for one value
+constexpr size_t MaxProblem = 500;      // bytes of a reason
 
 enum class Visit : uint8_t
 {
@@ -24,7 +24,7 @@ enum class Visit : uint8_t
 std::string Describe(const NodeDescription &aNode, const std::string &aProblem)
 {
     const std::string text = "Node \"" + aNode.mTexts.mName + "\": " + aProblem;
-    return text.size() > kMaxProblem ? text.substr(0, kMaxProblem) : text;
+    return text.size() > MaxProblem ? text.substr(0, MaxProblem) : text;
 }
 
 void AddAll(std::vector<NodeIndex> &aList, const std::vector<NodeIndex> &aMore)
@@ -111,11 +111,11 @@ void GenApiXML::AnalyseValues()
                     node.mValueProblem = mNodes[child].mValueProblem;
                 }
                 cost.mDepth = std::max(cost.mDepth, costs[child].mDepth + 1);
-                cost.mReads = std::min(cost.mReads + costs[child].mReads, kMaxReads + 1);
+                cost.mReads = std::min(cost.mReads + costs[child].mReads, MaxReads + 1);
                 AddAll(node.mLengthRefs, mNodes[child].mLengthRefs);
                 continue;
             }
-            if (node.mValueProblem.empty() && (cost.mDepth > kMaxDepth || cost.mReads > kMaxReads)) {
+            if (node.mValueProblem.empty() && (cost.mDepth > MaxDepth || cost.mReads > MaxReads)) {
                 node.mValueProblem = Describe(node, "its value depends on too many others");
             }
             cost.mVisit = Visit::Done;
@@ -147,7 +147,7 @@ void GenApiXML::AnalyseLimits(NodeDescription &aNode)
         }
     }
     // unit and representation of the node behind hold for the number in front of it, too
-    for (NodeIndex next = aNode.mTarget; aNode.mValueProblem.empty() && next != kNoNode; next = mNodes[next].mTarget) {
+    for (NodeIndex next = aNode.mTarget; aNode.mValueProblem.empty() && next != NoNode; next = mNodes[next].mTarget) {
         if (mNodes[next].mKind == NodeKind::Converter) {
             break;
         }
@@ -170,8 +170,8 @@ void GenApiXML::AnalyseAccess(NodeDescription &aNode)
         access.mProblem = Describe(aNode, access.mProblem);
     }
     uint32_t depth = 0;
-    for (NodeIndex next = aNode.mTarget; next != kNoNode; next = mNodes[next].mTarget) {
-        if (++depth > kMaxDepth) {
+    for (NodeIndex next = aNode.mTarget; next != NoNode; next = mNodes[next].mTarget) {
+        if (++depth > MaxDepth) {
             access.mProblem = aNode.mValueProblem;
             return;
         }

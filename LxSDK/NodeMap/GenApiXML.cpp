@@ -15,10 +15,10 @@ namespace LxDetail
 namespace
 {
 
-constexpr size_t kMaxSize = 64u << 20;  // bytes; real descriptions have some hundred kilobytes
-constexpr int kMaxNesting = 64;         // elements in elements; the schema needs six
-constexpr int kMaxCategoryDepth = 64;
-constexpr size_t kMaxFormulaVariables = 256;
+constexpr size_t MaxSize = 64u << 20;  // bytes; real descriptions have some hundred kilobytes
+constexpr int MaxNesting = 64;         // elements in elements; the schema needs six
+constexpr int MaxCategoryDepth = 64;
+constexpr size_t MaxFormulaVariables = 256;
 
 LxResult Broken(const std::string &aReason)
 {
@@ -26,18 +26,18 @@ LxResult Broken(const std::string &aReason)
 }
 
 // Elements with a value of their own that the node engine needs.
-constexpr const char *kEngineElements[] = {
+constexpr const char *EngineElements[] = {
     "Value",        "Address",    "Length",       "LSB",          "MSB",      "Bit",        "Sign",
     "Endianess",    "AccessMode", "Min",          "Max",          "Inc",      "OnValue",    "OffValue",
     "CommandValue", "Formula",    "FormulaTo",    "FormulaFrom",  "Constant", "Expression", "IsLinear",
     "Slope",        "ChunkID",    "ValueIndexed", "ValueDefault",
 };
 // Elements that name a node and that the node engine needs.
-constexpr const char *kEngineReferences[] = {
+constexpr const char *EngineReferences[] = {
     "pValue", "pAddress", "pLength", "pPort",         "pIndex",        "pVariable",
     "pMin",   "pMax",     "pInc",    "pCommandValue", "pValueIndexed", "pValueDefault",
 };
-constexpr const char *kEngineAttributes[] = {
+constexpr const char *EngineAttributes[] = {
     "Name", "Offset", "pOffset", "Index", "SchemaMajorVersion", "SchemaMinorVersion", "SchemaSubMinorVersion"};
 
 template <size_t N>
@@ -56,7 +56,7 @@ public:
 
     LxResult Read(const std::string &aText)
     {
-        if (aText.size() > kMaxSize) {
+        if (aText.size() > MaxSize) {
             return Broken("it is larger than 64 MiB.");
         }
         const auto parsed = mDocument.load_buffer(aText.data(), aText.size(), pugi::parse_default);
@@ -85,7 +85,7 @@ private:
         for (pugi::xml_node node = aRoot; node;) {
             if (node.first_child()) {
                 node = node.first_child();
-                if (++depth > kMaxNesting) {
+                if (++depth > MaxNesting) {
                     return true;
                 }
                 continue;
@@ -128,7 +128,7 @@ private:
     NodeIndex FindReference(const std::string &aName, const char *aTag, std::string &aProblem) const
     {
         const NodeIndex index = mXML.Find(aName);
-        if (index == kNoNode && aProblem.empty()) {
+        if (index == NoNode && aProblem.empty()) {
             aProblem = std::string(aTag) + " names \"" + aName + "\", which does not exist";
         }
         return index;
@@ -136,7 +136,7 @@ private:
 
     void AddDependency(NodeIndex aNode, NodeIndex aOn)
     {
-        if (aOn != kNoNode) {
+        if (aOn != NoNode) {
             mXML.mNodes[aOn].mDependents.push_back(aNode);
         }
     }
@@ -147,7 +147,7 @@ private:
                       std::string &aProblem)
     {
         const NodeIndex target = FindReference(Text(aElement), aElement.name(), aProblem);
-        if (target == kNoNode) {
+        if (target == NoNode) {
             return;
         }
         const bool isFormula = std::strcmp(aElement.name(), "pVariable") == 0;
@@ -214,7 +214,7 @@ private:
         if (node.mKind == NodeKind::Category) {
             for (const pugi::xml_node &child : element.children("pFeature")) {
                 const NodeIndex feature = mXML.Find(Text(child));
-                if (feature != kNoNode) {
+                if (feature != NoNode) {
                     node.mFeatures.push_back(feature);
                 }
             }
@@ -242,7 +242,7 @@ private:
             ReadAccess(aIndex, child, entry.mAccess);
             node.mEntries.push_back(std::move(entry));
         }
-        if (node.mKind == NodeKind::Command && node.mCommandValueNode == kNoNode &&
+        if (node.mKind == NodeKind::Command && node.mCommandValueNode == NoNode &&
             !ParseInteger(ChildText(element, "CommandValue"), node.mCommandValue) && node.mValueProblem.empty())
         {
             node.mValueProblem = "it has no command value";
@@ -256,10 +256,10 @@ private:
         const bool mayHaveTable = tag == "Integer" || tag == "Float" || tag == "Enumeration";
         switch (aNode.mKind) {
             case NodeKind::Converter:
-                return aNode.mTarget != kNoNode;
+                return aNode.mTarget != NoNode;
             case NodeKind::Value:
             case NodeKind::Command:
-                return aNode.mTarget != kNoNode || aElement.child("Value") ||
+                return aNode.mTarget != NoNode || aElement.child("Value") ||
                        (mayHaveTable && (!aNode.mTargets.empty() || aElement.child("ValueDefault")));
             default:
                 return true;
@@ -269,13 +269,13 @@ private:
     bool NamesPort(const pugi::xml_node &aElement) const
     {
         const NodeIndex port = mXML.Find(ChildText(aElement, "pPort"));
-        return port != kNoNode && mXML.mNodes[port].mKind == NodeKind::Port;
+        return port != NoNode && mXML.mNodes[port].mKind == NodeKind::Port;
     }
 
     NodeIndex AddTarget(NodeDescription &aNode, const pugi::xml_node &aElement)
     {
         const NodeIndex target = mXML.Find(Text(aElement));
-        if (target != kNoNode) {
+        if (target != NoNode) {
             aNode.mTargets.push_back(target);
         }
         return target;
@@ -312,18 +312,18 @@ private:
                 if (const pugi::xml_attribute offset = child.attribute("pOffset")) {
                     const NodeIndex target =
                         FindReference(std::string(Trim(offset.value())), "pOffset", node.mValueProblem);
-                    if (target != kNoNode) {
+                    if (target != NoNode) {
                         node.mValueRefs.push_back(target);
                         AddDependency(aIndex, target);
                     }
                 }
-                if (tag == "pVariable" && ++variables > kMaxFormulaVariables) {
+                if (tag == "pVariable" && ++variables > MaxFormulaVariables) {
                     node.mValueProblem = "its formula has too many variables";
                 }
             }
             else if (tag == "pLength") {
                 AddReference(aIndex, child, node.mValueRefs, node.mValueProblem);
-                if (const NodeIndex length = mXML.Find(Text(child)); length != kNoNode) {
+                if (const NodeIndex length = mXML.Find(Text(child)); length != NoNode) {
                     node.mLengthRefs.push_back(length);
                 }
             }
@@ -337,7 +337,7 @@ private:
             }
             else if (tag == "pSelected") {
                 const NodeIndex selected = mXML.Find(Text(child));
-                if (selected != kNoNode) {
+                if (selected != NoNode) {
                     node.mSelected.push_back(selected);
                     AddDependency(selected, aIndex);
                 }
@@ -350,7 +350,7 @@ private:
             }
             else if (tag == "Length") {
                 int64_t length = 0;
-                if (!ParseInteger(Text(child), length) || length < 1 || length > kMaxRegisterLength) {
+                if (!ParseInteger(Text(child), length) || length < 1 || length > MaxRegisterLength) {
                     node.mValueProblem = "its length is not between 1 byte and 16 MiB";
                 }
             }
@@ -374,13 +374,13 @@ private:
     void CopyElement(const pugi::xml_node &aFrom, pugi::xml_node aTo) const
     {
         for (const pugi::xml_attribute &attribute : aFrom.attributes()) {
-            if (!Contains(kEngineAttributes, attribute.name())) {
+            if (!Contains(EngineAttributes, attribute.name())) {
                 continue;
             }
             std::string value = ToPlainText(attribute.value());
             if (std::strcmp(attribute.name(), "pOffset") == 0) {
                 const NodeIndex target = mXML.Find(std::string(Trim(attribute.value())));
-                if (target == kNoNode) {
+                if (target == NoNode) {
                     continue;
                 }
                 value = GetEngineName(target);
@@ -392,14 +392,14 @@ private:
             if (tag == "EnumEntry" || tag == "IntSwissKnife") {
                 CopyElement(child, aTo.append_child(child.name()));
             }
-            else if (Contains(kEngineElements, tag)) {
+            else if (Contains(EngineElements, tag)) {
                 pugi::xml_node copy = aTo.append_child(child.name());
                 CopyElement(child, copy);
                 copy.append_child(pugi::node_pcdata).set_value(EngineText(aFrom, child).c_str());
             }
-            else if (Contains(kEngineReferences, tag)) {
+            else if (Contains(EngineReferences, tag)) {
                 const NodeIndex target = mXML.Find(Text(child));
-                if (target != kNoNode) {
+                if (target != NoNode) {
                     pugi::xml_node copy = aTo.append_child(child.name());
                     CopyElement(child, copy);
                     copy.append_child(pugi::node_pcdata).set_value(GetEngineName(target).c_str());
@@ -413,7 +413,7 @@ private:
         pugi::xml_document engine;
         pugi::xml_node root = engine.append_child("RegisterDescription");
         for (const pugi::xml_attribute &attribute : aRoot.attributes()) {
-            if (Contains(kEngineAttributes, attribute.name())) {
+            if (Contains(EngineAttributes, attribute.name())) {
                 root.append_attribute(attribute.name()).set_value(ToPlainText(attribute.value()).c_str());
             }
         }
@@ -461,13 +461,13 @@ LxResult GenApiXML::Parse(const std::string &aXML)
 NodeIndex GenApiXML::Find(const std::string &aName) const
 {
     const auto found = mIndexes.find(aName);
-    return found == mIndexes.end() ? kNoNode : found->second;
+    return found == mIndexes.end() ? NoNode : found->second;
 }
 
 LxResult GenApiXML::WalkCategories()
 {
     const NodeIndex root = Find("Root");
-    if (root == kNoNode || mNodes[root].mKind != NodeKind::Category) {
+    if (root == NoNode || mNodes[root].mKind != NodeKind::Category) {
         return Broken("it has no category \"Root\".");
     }
     // each category and each feature is listed where it is named first; so a circle of categories ends by itself
@@ -501,7 +501,7 @@ LxResult GenApiXML::WalkCategories()
             seen[node] = true;
             mFeatures.push_back({node, level.mPath});
         }
-        else if (levels.size() < kMaxCategoryDepth) {
+        else if (levels.size() < MaxCategoryDepth) {
             enter(node, std::string(level.mPath));
         }
     }

@@ -26,9 +26,9 @@ enum class NodeKind
 
 /// The index of a node in the description.
 using NodeIndex = uint32_t;
-constexpr NodeIndex kNoNode = 0xFFFFFFFF;
+constexpr NodeIndex NoNode = 0xFFFFFFFF;
 /// In bytes; the engine takes memory for any length without asking.
-constexpr int64_t kMaxRegisterLength = 16 << 20;
+constexpr int64_t MaxRegisterLength = 16 << 20;
 
 /// The attributes that a user interface shows.
 struct NodeTexts
@@ -68,8 +68,8 @@ struct NodeDescription
     bool mHasMin = false;
     bool mHasMax = false;
     int64_t mCommandValue = 0;
-    NodeIndex mCommandValueNode = kNoNode;
-    NodeIndex mTarget = kNoNode;         // pValue
+    NodeIndex mCommandValueNode = NoNode;
+    NodeIndex mTarget = NoNode;          // pValue
     std::vector<NodeIndex> mCopies;      // pValueCopy
     std::vector<NodeIndex> mValueRefs;   // what is read to read or write the value
     std::vector<NodeIndex> mTargets;     // pValue, pValueIndexed, pValueDefault

@@ -88,7 +88,7 @@ LxResult NodeEngine::Load(const std::string &aXML)
 void NodeEngine::NoteChange(NodeIndex aNode)
 {
     // a chain without a circle, or writing had failed
-    for (NodeIndex node = aNode; node != kNoNode; node = GetNode(node).mTarget) {
+    for (NodeIndex node = aNode; node != NoNode; node = GetNode(node).mTarget) {
         mChanged.push_back(node);
         const auto &copies = GetNode(node).mCopies;
         mChanged.insert(mChanged.end(), copies.begin(), copies.end());
@@ -157,7 +157,7 @@ LxResult NodeEngine::CheckLengths(const NodeDescription &aNode)
         if (LxResult result = GetInteger(index, length); !result.IsOK()) {
             return result;
         }
-        if (length < 1 || length > kMaxRegisterLength) {
+        if (length < 1 || length > MaxRegisterLength) {
             return LxResult(LxResultCode::GenICamError, "The length of the register, " + std::to_string(length) +
                                                             " bytes, is not between 1 byte and 16 MiB.");
         }
@@ -241,7 +241,7 @@ LxResult NodeEngine::GetLimit(NodeIndex aNode, bool aIsMin, Value &aLimit, const
         result = LxResult();
     }
     const bool hasOwn = aIsMin ? description.mHasMin : description.mHasMax;
-    if (result.IsOK() && hasOwn && description.mTarget != kNoNode && description.mKind == NodeKind::Value) {
+    if (result.IsOK() && hasOwn && description.mTarget != NoNode && description.mKind == NodeKind::Value) {
         Value behind = aLimit;
         // a limit behind that cannot be told does not narrow
         const LxResult narrowed = GetLimit(description.mTarget, aIsMin, behind, aEngine);
@@ -412,7 +412,7 @@ LxResult NodeEngine::IsDone(NodeIndex aNode, bool &aDone)
 {
     const NodeDescription &node = GetNode(aNode);
     aDone = true;
-    if (node.mTarget == kNoNode) {
+    if (node.mTarget == NoNode) {
         return node.mValueProblem.empty() ? LxResult() : Contradiction(node.mValueProblem);
     }
     bool readable = false;
@@ -421,7 +421,7 @@ LxResult NodeEngine::IsDone(NodeIndex aNode, bool &aDone)
         return result;
     }
     int64_t commandValue = node.mCommandValue;
-    if (node.mCommandValueNode != kNoNode) {
+    if (node.mCommandValueNode != NoNode) {
         result = GetInteger(node.mCommandValueNode, commandValue);
     }
     int64_t value = 0;

@@ -86,7 +86,7 @@ public:
     NodeEngine mEngine;
 
 private:
-    Feature *GetFeature(NodeIndex aNode) const { return aNode == kNoNode ? nullptr : mFeaturesByNode[aNode]; }
+    Feature *GetFeature(NodeIndex aNode) const { return aNode == NoNode ? nullptr : mFeaturesByNode[aNode]; }
     void Connect();
     void OnPortStateChange() override { mEngine.UpdateState(); }
     void OnPortStateNews() override { NotifyAll(); }
@@ -258,7 +258,7 @@ void NodeMap::NotifyAll()
 void NodeMap::NotifyFeature(const std::string &aName)
 {
     const NodeIndex node = mData->mEngine.GetXML().Find(aName);
-    if (node != kNoNode) {
+    if (node != NoNode) {
         mData->mEngine.Notify({node});
     }
 }
@@ -267,7 +267,7 @@ LxResult NodeMap::SetInternalInteger(const std::string &aName, int64_t aValue)
 {
     NodeEngine &engine = mData->mEngine;
     const NodeIndex node = engine.GetXML().Find(aName);
-    if (node == kNoNode) {
+    if (node == NoNode) {
         return LxResult(LxResultCode::NotFound, "The camera has no node \"" + aName + "\".");
     }
     return engine.Run([&] {
@@ -283,7 +283,7 @@ LxResult NodeMap::GetInternalInteger(const std::string &aName, int64_t &aValue) 
 {
     NodeEngine &engine = mData->mEngine;
     const NodeIndex node = engine.GetXML().Find(aName);
-    if (node == kNoNode) {
+    if (node == NoNode) {
         return LxResult(LxResultCode::NotFound, "The camera has no node \"" + aName + "\".");
     }
     return engine.Run([&] { return engine.GetInteger(node, aValue); });

@@ -20,7 +20,7 @@ namespace
 using Words = std::vector<std::string>;
 using Run = std::function<std::string(EmulatedCamera &aCamera, const Words &aArguments)>;
 
-const std::string cOk = "ok";
+const std::string Ok = "ok";
 
 struct Entry
 {
@@ -40,7 +40,7 @@ std::string Error(const std::string &aText)
 std::string ToReply(const LxResult &aResult)
 {
     if (aResult.IsOK()) {
-        return cOk;
+        return Ok;
     }
     const LxString description = aResult.GetDescription();
     return Error(std::string(aResult.GetCodeString().GetAscii()) + " " + description.GetAscii());
@@ -76,7 +76,7 @@ Run PacketFault(uint32_t PacketFaults::*aMember)
         PacketFaults faults = aCamera.GetPacketFaults();
         faults.*aMember = aNumbers[0];
         aCamera.SetPacketFaults(faults);
-        return cOk;
+        return Ok;
     });
 }
 
@@ -87,7 +87,7 @@ Run ControlFault(uint32_t ControlFaults::*aMember)
         ControlFaults faults = aCamera.GetControlFaults();
         faults.*aMember = aNumbers[0];
         aCamera.SetControlFaults(faults);
-        return cOk;
+        return Ok;
     });
 }
 
@@ -121,7 +121,7 @@ std::string SetStatus(EmulatedCamera &aCamera, const Words &aArguments)
     ControlFaults faults = aCamera.GetControlFaults();
     faults.mStatuses.push_back(rule);
     aCamera.SetControlFaults(faults);
-    return cOk;
+    return Ok;
 }
 
 std::string SetCorruption(EmulatedCamera &aCamera, const Words &aArguments)
@@ -145,7 +145,7 @@ std::string SetCorruption(EmulatedCamera &aCamera, const Words &aArguments)
     faults.mCorruption = kind->second;
     faults.mCorruptAnswers = static_cast<uint32_t>(*count);
     aCamera.SetControlFaults(faults);
-    return cOk;
+    return Ok;
 }
 
 /// "leader", "trailer", a packet id or two with '-' between them.
@@ -155,12 +155,11 @@ std::optional<PacketRange> ParseRange(const std::string &aText)
         return PacketRange{0, 0};
     }
     if (aText == "trailer") {
-        return PacketRange{PacketRange::cTrailer, PacketRange::cTrailer};
+        return PacketRange{PacketRange::Trailer, PacketRange::Trailer};
     }
     const size_t dash = aText.find('-');
-    const auto first = ParseNumber(aText.substr(0, dash), PacketRange::cTrailer - 1);
-    const auto last =
-        dash == std::string::npos ? first : ParseNumber(aText.substr(dash + 1), PacketRange::cTrailer - 1);
+    const auto first = ParseNumber(aText.substr(0, dash), PacketRange::Trailer - 1);
+    const auto last = dash == std::string::npos ? first : ParseNumber(aText.substr(dash + 1), PacketRange::Trailer - 1);
     if (!first || !last || *last < *first) {
         return std::nullopt;
     }
@@ -179,7 +178,7 @@ std::string SetDropIds(EmulatedCamera &aCamera, const Words &aArguments)
         faults.mDropIds.push_back(*range);
     }
     aCamera.SetPacketFaults(faults);
-    return cOk;
+    return Ok;
 }
 
 std::string ForceIP(EmulatedCamera &aCamera, const Words &aArguments)
@@ -199,7 +198,7 @@ std::string Read(EmulatedCamera &aCamera, const std::array<uint32_t, 4> &aNumber
 {
     uint8_t bytes[4] = {};
     const LxResult result = aCamera.GetCamera().GetPort()->Read(aNumbers[0], bytes, sizeof bytes);
-    return result.IsOK() ? cOk + " value=" + Hex(Get32(bytes)) : ToReply(result);
+    return result.IsOK() ? Ok + " value=" + Hex(Get32(bytes)) : ToReply(result);
 }
 
 std::string Write(EmulatedCamera &aCamera, const std::array<uint32_t, 4> &aNumbers)
@@ -214,7 +213,7 @@ std::string Poke(EmulatedCamera &aCamera, const std::array<uint32_t, 4> &aNumber
     uint8_t bytes[4];
     Put32(bytes, aNumbers[1]);
     const bool mapped = aCamera.GetCamera().GetPort()->Poke(aNumbers[0], bytes, sizeof bytes);
-    return mapped ? cOk : Error("there is no register at " + Hex(aNumbers[0]));
+    return mapped ? Ok : Error("there is no register at " + Hex(aNumbers[0]));
 }
 
 std::string DescribeState(EmulatedCamera &aCamera, const Words &)
@@ -225,7 +224,7 @@ std::string DescribeState(EmulatedCamera &aCamera, const Words &)
     const StreamStatistics stream = aCamera.GetStreamStatistics();
     const auto holder = aCamera.GetController();
     const Endpoint claimed{port.Peek32(Register::GevCurrentIPAddress), aCamera.GetEndpoint().mPort};
-    std::string text = cOk + " address=" + aCamera.GetEndpoint().ToString() + " claims=" + claimed.ToString();
+    std::string text = Ok + " address=" + aCamera.GetEndpoint().ToString() + " claims=" + claimed.ToString();
     text += " privilege=" + std::to_string(aCamera.GetControlValue());
     text += " controller=" + (holder ? holder->ToString() : "none");
     text += " acquiring=" + std::to_string(aCamera.GetCamera().IsAcquiring());
@@ -255,17 +254,17 @@ const std::vector<Entry> &GetEntries()
         {"clear", "", "end all faults", 0, 0,
          [](EmulatedCamera &aCamera, const Words &) {
              aCamera.ClearFaults();
-             return cOk;
+             return Ok;
          }},
         {"freeze", "", "ignore every command and stream nothing, as if the cable were cut", 0, 0,
          [](EmulatedCamera &aCamera, const Words &) {
              aCamera.SetFrozen(true);
-             return cOk;
+             return Ok;
          }},
         {"thaw", "", "end freeze", 0, 0,
          [](EmulatedCamera &aCamera, const Words &) {
              aCamera.SetFrozen(false);
-             return cOk;
+             return Ok;
          }},
         {"ignore-commands", "COUNT", "the next commands are lost on their way to the camera", 1, 1,
          ControlFault(&ControlFaults::mIgnoreCommands)},
@@ -275,7 +274,7 @@ const std::vector<Entry> &GetEntries()
              ControlFaults faults = aCamera.GetControlFaults();
              faults.mDelay = std::chrono::milliseconds(aNumbers[0]);
              aCamera.SetControlFaults(faults);
-             return cOk;
+             return Ok;
          })},
         {"status", "CODE ADDRESS [LENGTH] [read|write] [xCOUNT]",
          "answer accesses to the range (4 bytes) with a status, COUNT times or always", 2, 5, SetStatus},
@@ -285,14 +284,14 @@ const std::vector<Entry> &GetEntries()
              faults.mStatuses.clear();
              faults.mPending.clear();
              aCamera.SetControlFaults(faults);
-             return cOk;
+             return Ok;
          }},
         {"pending", "ADDRESS LENGTH MS", "answer accesses to the range with a pending acknowledge first, then late", 3,
          3, Numbers([](EmulatedCamera &aCamera, const auto &aNumbers) {
              ControlFaults faults = aCamera.GetControlFaults();
              faults.mPending.push_back({aNumbers[0], aNumbers[1], std::chrono::milliseconds(aNumbers[2])});
              aCamera.SetControlFaults(faults);
-             return cOk;
+             return Ok;
          })},
         {"corrupt", "KIND [COUNT]",
          "damage the next answers: short-header, wrong-id, wrong-code, long-length, short-length, garbage, "
@@ -303,13 +302,13 @@ const std::vector<Entry> &GetEntries()
              if (!aArguments.empty() && aArguments[0] != "exclusive") {
                  return Error("not \"exclusive\": " + aArguments[0]);
              }
-             aCamera.OverrideControl(aArguments.empty() ? ControlPrivilege::cControl : ControlPrivilege::cExclusive);
-             return cOk;
+             aCamera.OverrideControl(aArguments.empty() ? ControlPrivilege::Control : ControlPrivilege::Exclusive);
+             return Ok;
          }},
         {"release-control", "", "whoever has control loses it", 0, 0,
          [](EmulatedCamera &aCamera, const Words &) {
              aCamera.OverrideControl(0);
-             return cOk;
+             return Ok;
          }},
         {"force-ip", "ADDRESS MASK [GATEWAY]", "take another address; 0.0.0.0 for the one from the start", 2, 3,
          ForceIP},
@@ -321,7 +320,7 @@ const std::vector<Entry> &GetEntries()
              faults.mDropPermille = aNumbers[0];
              faults.mDropSeed = aNumbers[1];
              aCamera.SetPacketFaults(faults);
-             return cOk;
+             return Ok;
          })},
         {"drop-ids", "[ID|ID-ID|leader|trailer]...", "these packets of every image are lost", 0, 64, SetDropIds},
         {"drop-resends", "0|1", "packets are not sent again on demand", 1, 1,
@@ -329,7 +328,7 @@ const std::vector<Entry> &GetEntries()
              PacketFaults faults = aCamera.GetPacketFaults();
              faults.mDropResends = aNumbers[0] != 0;
              aCamera.SetPacketFaults(faults);
-             return cOk;
+             return Ok;
          })},
         {"duplicate-every", "N", "every n-th packet comes twice; 0: none", 1, 1,
          PacketFault(&PacketFaults::mDuplicateEvery)},
@@ -345,7 +344,7 @@ const std::vector<Entry> &GetEntries()
              faults.mLeaderSizeX = aNumbers[0];
              faults.mLeaderSizeY = aNumbers[1];
              aCamera.SetPacketFaults(faults);
-             return cOk;
+             return Ok;
          })},
         {"geometry", "WIDTH HEIGHT", "change the size of the images, also while streaming", 2, 2,
          Numbers([](EmulatedCamera &aCamera, const auto &aNumbers) {
@@ -357,22 +356,22 @@ const std::vector<Entry> &GetEntries()
                  return Error("not a payload: " + aWords[0]);
              }
              aCamera.GetCamera().SetPayloadType(aWords[0] == "gendc" ? LxPayloadType::GenDC : LxPayloadType::Image);
-             return cOk;
+             return Ok;
          }},
         {"kill-stream", "", "stream nothing, though the camera goes on acquiring and answering", 0, 0,
          [](EmulatedCamera &aCamera, const Words &) {
              aCamera.SetStreamSilent(true);
-             return cOk;
+             return Ok;
          }},
         {"resume-stream", "", "end kill-stream", 0, 0,
          [](EmulatedCamera &aCamera, const Words &) {
              aCamera.SetStreamSilent(false);
-             return cOk;
+             return Ok;
          }},
         {"stop-acquisition", "", "the camera stops by itself", 0, 0,
          [](EmulatedCamera &aCamera, const Words &) {
              aCamera.GetCamera().AbortAcquisition();
-             return cOk;
+             return Ok;
          }},
         {"read", "ADDRESS", "read a register", 1, 1, Numbers(Read)},
         {"write", "ADDRESS VALUE", "write a register as an application does", 2, 2, Numbers(Write)},
@@ -399,7 +398,7 @@ std::string CommandChannel::Execute(const std::string &aLine)
     words.erase(words.begin());
     if (name == "quit" && words.empty()) {
         mDone = true;
-        return cOk;
+        return Ok;
     }
     const auto &entries = GetEntries();
     const auto entry =

@@ -5,9 +5,9 @@ namespace LxEmulator
 
 bool ControlPrivilege::Request(const Endpoint &aWho, uint32_t aValue, uint16_t aSwitchoverKey, Clock::time_point aNow)
 {
-    const bool takes = (aValue & (cExclusive | cControl)) != 0;
+    const bool takes = (aValue & (Exclusive | Control)) != 0;
     if (mHolder && !IsHolder(aWho)) {
-        const bool offered = (mValue & cSwitchover) && (aValue >> 16) == aSwitchoverKey;
+        const bool offered = (mValue & Switchover) && (aValue >> 16) == aSwitchoverKey;
         if (!offered || !takes) {
             return false;
         }
@@ -23,7 +23,7 @@ bool ControlPrivilege::Request(const Endpoint &aWho, uint32_t aValue, uint16_t a
 
 void ControlPrivilege::Force(const Endpoint &aWho, uint32_t aValue, Clock::time_point aNow)
 {
-    mValue = aValue & (cExclusive | cControl | cSwitchover);
+    mValue = aValue & (Exclusive | Control | Switchover);
     mHolder = aWho;
     mHeard = aNow;
 }

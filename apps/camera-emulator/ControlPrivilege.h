@@ -16,9 +16,9 @@ public:
     using Clock = std::chrono::steady_clock;
 
     /// Bits of the register.
-    static constexpr uint32_t cExclusive = 0x1;
-    static constexpr uint32_t cControl = 0x2;
-    static constexpr uint32_t cSwitchover = 0x4;
+    static constexpr uint32_t Exclusive = 0x1;
+    static constexpr uint32_t Control = 0x2;
+    static constexpr uint32_t Switchover = 0x4;
 
     /// What the register reads: the bits that are granted; 0 when nobody is in control.
     uint32_t GetValue() const { return mValue; }
@@ -26,7 +26,7 @@ public:
     bool IsHolder(const Endpoint &aWho) const { return mHolder && *mHolder == aWho; }
 
     /// Under exclusive access only the holder reads.
-    bool MayRead(const Endpoint &aWho) const { return IsHolder(aWho) || !(mHolder && (mValue & cExclusive)); }
+    bool MayRead(const Endpoint &aWho) const { return IsHolder(aWho) || !(mHolder && (mValue & Exclusive)); }
     bool MayWrite(const Endpoint &aWho) const { return IsHolder(aWho); }
 
     /// A write of the register. False when it is denied: another application is in control and has not offered to hand

@@ -11,12 +11,12 @@ namespace
 
 namespace Register = LxDetail::SimulatedRegister;
 
-constexpr uint32_t cFireTestPacket = 0x80000000;
+constexpr uint32_t FireTestPacketFlag = 0x80000000;
 // What the serving side can do, in the GVCP capability register: test packets carry data, discovery answers can be
 // delayed (and the delay set), the status codes of version 1.1, switchover of control, pending acknowledges and several
 // registers in one command.
-constexpr uint32_t cCapabilities = 1u << 25 | 1u << 24 | 1u << 23 | 1u << 22 | 1u << 21 | 1u << 5 | 1u << 0;
-constexpr Endpoint cOtherApplication{0xC0000201, 49152};  // 192.0.2.1, an address for documentation (RFC 5737)
+constexpr uint32_t Capabilities = 1u << 25 | 1u << 24 | 1u << 23 | 1u << 22 | 1u << 21 | 1u << 5 | 1u << 0;
+constexpr Endpoint OtherApplication{0xC0000201, 49152};  // 192.0.2.1, an address for documentation (RFC 5737)
 
 }  // namespace
 
@@ -43,12 +43,12 @@ EmulatedCamera::~EmulatedCamera()
 void EmulatedCamera::PrepareRegisters()
 {
     LxDetail::MemoryPort &port = *mCamera->GetPort();
-    port.Poke32(Register::GevGVCPCapability, port.Peek32(Register::GevGVCPCapability) | cCapabilities);
+    port.Poke32(Register::GevGVCPCapability, port.Peek32(Register::GevGVCPCapability) | Capabilities);
     port.Poke32(Register::GevLinkSpeed, mOptions.mLinkSpeed);
     port.OnWrite(Register::GevSCPS, 4, [this](LxDetail::MemoryPort &aPort, uint64_t, uint32_t) {
         const uint32_t value = aPort.Peek32(Register::GevSCPS);
-        if (value & cFireTestPacket) {
-            aPort.Poke32(Register::GevSCPS, value & ~cFireTestPacket);
+        if (value & FireTestPacketFlag) {
+            aPort.Poke32(Register::GevSCPS, value & ~FireTestPacketFlag);
             mSender->FireTestPacket(value);
         }
         return LxResult();
@@ -135,7 +135,7 @@ void EmulatedCamera::OnControlLost()
 
 void EmulatedCamera::OverrideControl(uint32_t aValue)
 {
-    mResponder->OverrideControl(cOtherApplication, aValue);
+    mResponder->OverrideControl(OtherApplication, aValue);
 }
 
 LxResult EmulatedCamera::SetGeometry(uint32_t aWidth, uint32_t aHeight)

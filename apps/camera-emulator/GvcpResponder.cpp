@@ -15,9 +15,9 @@ namespace
 using Gvcp::Status;
 namespace Register = LxDetail::SimulatedRegister;
 
-constexpr uint32_t cHeartbeatDisabled = 0x1;
-constexpr size_t cMaxExecuted = 16;  // applications whose last command is remembered
-constexpr std::chrono::seconds cRepeatTime{10};
+constexpr uint32_t HeartbeatDisabled = 0x1;
+constexpr size_t MaxExecuted = 16;  // applications whose last command is remembered
+constexpr std::chrono::seconds RepeatTime{10};
 
 Status ToStatus(const LxResult &aResult)
 {
@@ -394,7 +394,7 @@ std::optional<GvcpResponder::Clock::time_point> GvcpResponder::CheckHeartbeat(Cl
         if (!mPrivilege.GetHolder()) {
             return std::nullopt;
         }
-        if (mPort->Peek32(Register::GevGVCPConfiguration) & cHeartbeatDisabled) {
+        if (mPort->Peek32(Register::GevGVCPConfiguration) & HeartbeatDisabled) {
             return aNow + std::chrono::milliseconds(100);  // it may be enabled again
         }
         if (!mPrivilege.IsExpired(aNow, GetHeartbeatTimeout())) {
@@ -412,7 +412,7 @@ void GvcpResponder::OverrideControl(const Endpoint &aHolder, uint32_t aValue)
 {
     {
         std::lock_guard lock(mMutex);
-        if (aValue & (ControlPrivilege::cExclusive | ControlPrivilege::cControl)) {
+        if (aValue & (ControlPrivilege::Exclusive | ControlPrivilege::Control)) {
             mPrivilege.Force(aHolder, aValue, Clock::now());
         }
         else {
@@ -507,7 +507,7 @@ std::optional<std::vector<GvcpAnswer>> GvcpResponder::FindRepeat(std::span<const
 {
     std::lock_guard lock(mMutex);
     const auto found = std::find_if(mExecuted.begin(), mExecuted.end(), [&](const Executed &aExecuted) {
-        return aExecuted.mSource == aCommand.mSource && aCommand.mNow - aExecuted.mTime < cRepeatTime &&
+        return aExecuted.mSource == aCommand.mSource && aCommand.mNow - aExecuted.mTime < RepeatTime &&
                std::equal(aDatagram.begin(), aDatagram.end(), aExecuted.mDatagram.begin(), aExecuted.mDatagram.end());
     });
     if (found == mExecuted.end()) {
@@ -525,7 +525,7 @@ void GvcpResponder::Remember(std::span<const uint8_t> aDatagram, const Command &
 {
     std::lock_guard lock(mMutex);
     std::erase_if(mExecuted, [&aCommand](const Executed &aExecuted) { return aExecuted.mSource == aCommand.mSource; });
-    if (mExecuted.size() == cMaxExecuted) {
+    if (mExecuted.size() == MaxExecuted) {
         mExecuted.erase(mExecuted.begin());
     }
     mExecuted.push_back(

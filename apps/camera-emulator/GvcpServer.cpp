@@ -18,9 +18,9 @@ namespace
 namespace Register = LxDetail::SimulatedRegister;
 using Clock = GvcpResponder::Clock;
 
-constexpr uint32_t cLimitedBroadcast = 0xFFFFFFFF;
-constexpr size_t cMaxReceive = 65536;
-constexpr int cMaxDatagramsAtOnce = 64;  // then heartbeat and answers that are due get their turn
+constexpr uint32_t LimitedBroadcast = 0xFFFFFFFF;
+constexpr size_t MaxReceive = 65536;
+constexpr int MaxDatagramsAtOnce = 64;  // then heartbeat and answers that are due get their turn
 
 }  // namespace
 
@@ -44,7 +44,7 @@ LxResult GvcpServer::Open(uint32_t aAddress, Sockets &aSockets) const
     }
     // A socket that is bound to an address hears no broadcasts; each of them needs a socket of its own, which other
     // cameras on this machine share.
-    if (LxResult result = aSockets.mLimitedBroadcast.Open(Endpoint{cLimitedBroadcast, mUdpPort}, {}, true);
+    if (LxResult result = aSockets.mLimitedBroadcast.Open(Endpoint{LimitedBroadcast, mUdpPort}, {}, true);
         !result.IsOK()) {
         return result;
     }
@@ -202,7 +202,7 @@ bool GvcpServer::IsForMe(const DatagramOrigin &aOrigin, bool &aBroadcast) const
     const uint32_t claimedBroadcast = claimed | ~mPort->Peek32(Register::GevCurrentSubnetMask);
     const bool subnetBroadcast = to == mSockets.mLink.mBroadcast || to == claimedBroadcast;
     // In a subnet of one its broadcast address is the only one.
-    aBroadcast = to == cLimitedBroadcast || (subnetBroadcast && to != claimed && to != mSockets.mLink.mAddress);
+    aBroadcast = to == LimitedBroadcast || (subnetBroadcast && to != claimed && to != mSockets.mLink.mAddress);
     if (aOrigin.mInterfaceIndex != mSockets.mLink.mIndex) {
         return !aBroadcast && !mOnInterface;  // one's own address is reached over the loopback interface
     }
@@ -211,8 +211,8 @@ bool GvcpServer::IsForMe(const DatagramOrigin &aOrigin, bool &aBroadcast) const
 
 void GvcpServer::Receive(const UdpSocket &aSocket)
 {
-    std::array<uint8_t, cMaxReceive> buffer;
-    for (int i = 0; i < cMaxDatagramsAtOnce && !mStop; ++i) {
+    std::array<uint8_t, MaxReceive> buffer;
+    for (int i = 0; i < MaxDatagramsAtOnce && !mStop; ++i) {
         DatagramOrigin origin;
         const ptrdiff_t size = aSocket.Receive(buffer.data(), buffer.size(), origin);
         if (size < 0) {
@@ -257,7 +257,7 @@ void GvcpServer::Send(const Outgoing &aOutgoing) const
         source = origin.mDestination == claimed || HasAddress(mSockets.mLink.mName, claimed) ? claimed : 0;
     }
     if (aOutgoing.mAnswer.mBroadcast) {
-        to.mAddress = cLimitedBroadcast;
+        to.mAddress = LimitedBroadcast;
     }
     const int interface = aOutgoing.mAnswer.mBroadcast ? origin.mInterfaceIndex : 0;
     const std::vector<uint8_t> &bytes = aOutgoing.mAnswer.mBytes;

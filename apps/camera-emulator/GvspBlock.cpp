@@ -17,11 +17,11 @@ enum class PacketType : uint8_t
     Payload = 3,
 };
 
-constexpr uint16_t cImagePayload = 0x0001;
-constexpr uint16_t cGenDCPayload = 0x000B;
-constexpr uint8_t cExtendedIdFlag = 0x80;
-constexpr uint16_t cResent = 0x0100;        // status of a packet that is sent again
-constexpr uint16_t cRepeatedFlag = 0x0001;  // of extended headers
+constexpr uint16_t ImagePayload = 0x0001;
+constexpr uint16_t GenDCPayload = 0x000B;
+constexpr uint8_t ExtendedIdFlag = 0x80;
+constexpr uint16_t Resent = 0x0100;        // status of a packet that is sent again
+constexpr uint16_t RepeatedFlag = 0x0001;  // of extended headers
 
 GvspPacket MakeHeader(uint64_t aBlockId, bool aExtendedIds, uint32_t aPacketId, PacketType aType, uint16_t aStatus)
 {
@@ -31,8 +31,8 @@ GvspPacket MakeHeader(uint64_t aBlockId, bool aExtendedIds, uint32_t aPacketId, 
     Put16(header, aStatus);
     const auto type = static_cast<uint8_t>(aType);
     if (aExtendedIds) {
-        Put16(header + 2, aStatus == cResent ? cRepeatedFlag : 0);
-        header[4] = static_cast<uint8_t>(cExtendedIdFlag | type);
+        Put16(header + 2, aStatus == Resent ? RepeatedFlag : 0);
+        header[4] = static_cast<uint8_t>(ExtendedIdFlag | type);
         Put64(header + 8, aBlockId);
         Put32(header + 16, aPacketId);
     }
@@ -55,14 +55,14 @@ uint32_t GvspBlock::GetPacketCount() const
 
 GvspPacket GvspBlock::MakePacket(uint32_t aPacketId, bool aResent) const
 {
-    const uint16_t status = aResent ? cResent : 0;
+    const uint16_t status = aResent ? Resent : 0;
     if (aPacketId == 0) {
         return MakeLeader(mSizeX, mSizeY, aResent);
     }
     if (aPacketId == GetPacketCount() - 1) {
         GvspPacket packet = MakeHeader(mId, mExtendedIds, aPacketId, PacketType::Trailer, status);
         uint8_t *trailer = packet.mHeader.data() + packet.mHeaderSize;
-        Put16(trailer + 2, mIsGenDC ? cGenDCPayload : cImagePayload);
+        Put16(trailer + 2, mIsGenDC ? GenDCPayload : ImagePayload);
         if (!mIsGenDC) {
             Put32(trailer + 4, mSizeY);
         }
@@ -78,9 +78,9 @@ GvspPacket GvspBlock::MakePacket(uint32_t aPacketId, bool aResent) const
 
 GvspPacket GvspBlock::MakeLeader(uint32_t aSizeX, uint32_t aSizeY, bool aResent) const
 {
-    GvspPacket packet = MakeHeader(mId, mExtendedIds, 0, PacketType::Leader, aResent ? cResent : 0);
+    GvspPacket packet = MakeHeader(mId, mExtendedIds, 0, PacketType::Leader, aResent ? Resent : 0);
     uint8_t *leader = packet.mHeader.data() + packet.mHeaderSize;
-    Put16(leader + 2, mIsGenDC ? cGenDCPayload : cImagePayload);
+    Put16(leader + 2, mIsGenDC ? GenDCPayload : ImagePayload);
     Put64(leader + 4, mTimestamp);
     if (mIsGenDC) {
         packet.mHeaderSize += 12;

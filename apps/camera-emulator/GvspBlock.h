@@ -25,8 +25,8 @@ struct GvspPacket
 class GvspBlock
 {
 public:
-    static constexpr uint32_t cUdpOverhead = 28;  // IP and UDP headers, which the packet size of the registers counts
-    static constexpr uint32_t cMaxPacketSize = 65535;
+    static constexpr uint32_t UdpOverhead = 28;  // IP and UDP headers, which the packet size of the registers counts
+    static constexpr uint32_t MaxPacketSize = 65535;
 
     uint64_t mId = 1;
     bool mExtendedIds = false;
@@ -42,9 +42,9 @@ public:
 
     static uint32_t GetHeaderSize(bool aExtendedIds) { return aExtendedIds ? 20 : 8; }
     /// Room for the headers, the leader and at least four bytes of data.
-    static uint32_t GetMinPacketSize(bool aExtendedIds) { return cUdpOverhead + GetHeaderSize(aExtendedIds) + 36; }
+    static uint32_t GetMinPacketSize(bool aExtendedIds) { return UdpOverhead + GetHeaderSize(aExtendedIds) + 36; }
 
-    uint32_t GetDataBytesPerPacket() const { return mPacketSize - cUdpOverhead - GetHeaderSize(mExtendedIds); }
+    uint32_t GetDataBytesPerPacket() const { return mPacketSize - UdpOverhead - GetHeaderSize(mExtendedIds); }
     /// Leader and trailer included.
     uint32_t GetPacketCount() const;
     /// @param aResent whether the packet is sent again on demand, which it then says.

@@ -15,25 +15,25 @@ namespace
 
 namespace Register = LxDetail::SimulatedRegister;
 
-constexpr uint32_t cDontFragment = 0x40000000;  // of the packet size register, as the next
-constexpr uint32_t cPacketSizeMask = 0x0000FFFF;
-constexpr uint32_t cExtendedIds = 0x40000000;   // of the GVSP configuration register
-constexpr uint32_t cExtendedStatusCodes = 0x4;  // of the GVCP configuration register
-constexpr uint32_t cMaxUnavailable = 64;        // packets said to be missing in answer to one request
-constexpr size_t cBatch = 32;                   // packets handed to the kernel at once
-constexpr std::chrono::microseconds cBatchTime{500};
-constexpr uint64_t cKeptBytes = 64 * 1024 * 1024;
-constexpr size_t cMinKeptBlocks = 2;
-constexpr size_t cMaxKeptBlocks = 64;
-constexpr double cPaceBytesPerSecond = 125e6;  // what a gigabit link carries: no receiver needs a faster burst
-constexpr double cPaceShareOfPeriod = 0.75;    // the rest of the frame period is left for catching up
+constexpr uint32_t DontFragment = 0x40000000;  // of the packet size register, as the next
+constexpr uint32_t PacketSizeMask = 0x0000FFFF;
+constexpr uint32_t ExtendedIds = 0x40000000;   // of the GVSP configuration register
+constexpr uint32_t ExtendedStatusCodes = 0x4;  // of the GVCP configuration register
+constexpr uint32_t MaxUnavailable = 64;        // packets said to be missing in answer to one request
+constexpr size_t BatchSize = 32;               // packets handed to the kernel at once
+constexpr std::chrono::microseconds BatchTime{500};
+constexpr uint64_t KeptBytes = 64 * 1024 * 1024;
+constexpr size_t MinKeptBlocks = 2;
+constexpr size_t MaxKeptBlocks = 64;
+constexpr double PaceBytesPerSecond = 125e6;  // what a gigabit link carries: no receiver needs a faster burst
+constexpr double PaceShareOfPeriod = 0.75;    // the rest of the frame period is left for catching up
 
 /// A batch of packets in the form that the kernel takes.
 struct Batch
 {
-    std::array<GvspPacket, cBatch> mPackets;
-    std::array<std::array<iovec, 2>, cBatch> mParts;
-    std::array<mmsghdr, cBatch> mMessages;
+    std::array<GvspPacket, BatchSize> mPackets;
+    std::array<std::array<iovec, 2>, BatchSize> mParts;
+    std::array<mmsghdr, BatchSize> mMessages;
     size_t mSize = 0;
 
     void Add(const GvspPacket &aPacket, sockaddr_in &aTo)
@@ -148,9 +148,9 @@ std::shared_ptr<GvspBlock> GvspSender::MakeBlock()
 {
     const auto &port = mCamera.GetPort();
     std::shared_ptr<GvspBlock> block = TakeSpareBlock();
-    block->mExtendedIds = (port->Peek32(Register::GevGVSPConfiguration) & cExtendedIds) != 0;
-    const uint32_t size = port->Peek32(Register::GevSCPS) & cPacketSizeMask;
-    block->mPacketSize = std::clamp(size, GvspBlock::GetMinPacketSize(block->mExtendedIds), GvspBlock::cMaxPacketSize);
+    block->mExtendedIds = (port->Peek32(Register::GevGVSPConfiguration) & ExtendedIds) != 0;
+    const uint32_t size = port->Peek32(Register::GevSCPS) & PacketSizeMask;
+    block->mPacketSize = std::clamp(size, GvspBlock::GetMinPacketSize(block->mExtendedIds), GvspBlock::MaxPacketSize);
     uint8_t timestamp[8] = {};
     port->Read(Register::Timestamp, timestamp, sizeof timestamp);
     block->mTimestamp = 0;
@@ -184,7 +184,7 @@ std::shared_ptr<GvspBlock> GvspSender::TakeSpareBlock()
     for (const auto &block : mKept) {
         bytes += block->mData.size();
     }
-    const bool full = mKept.size() >= cMaxKeptBlocks || (mKept.size() >= cMinKeptBlocks && bytes >= cKeptBytes);
+    const bool full = mKept.size() >= MaxKeptBlocks || (mKept.size() >= MinKeptBlocks && bytes >= KeptBytes);
     if (!full) {
         return std::make_shared<GvspBlock>();
     }
@@ -212,7 +212,7 @@ std::shared_ptr<const GvspBlock> GvspSender::Find(uint64_t aId) const
 Gvcp::Status GvspSender::GetStatusOfMissing(uint64_t aId) const
 {
     // The finer codes came with GigE Vision 1.1 and are for applications that asked for them.
-    if (!(mCamera.GetPort()->Peek32(Register::GevGVCPConfiguration) & cExtendedStatusCodes)) {
+    if (!(mCamera.GetPort()->Peek32(Register::GevGVCPConfiguration) & ExtendedStatusCodes)) {
         return Gvcp::Status::PacketUnavailable;
     }
     return aId > mLastId ? Gvcp::Status::PacketNotYetAvailable : Gvcp::Status::PacketRemoved;
@@ -236,7 +236,7 @@ GvspSender::Clock::duration GvspSender::GetSendTime(const GvspBlock &aBlock) con
     const double megabits = std::max(mCamera.GetPort()->Peek32(Register::GevLinkSpeed), 1u);
     const double rate = mCamera.GetFrameRate();
     const double period = rate > 0 ? 1 / rate : 0;
-    double seconds = std::min(cPaceShareOfPeriod * period, bytes / cPaceBytesPerSecond);
+    double seconds = std::min(PaceShareOfPeriod * period, bytes / PaceBytesPerSecond);
     seconds = std::max(seconds, bytes * 8 / megabits / 1e6);
     const uint64_t frequency = mCamera.GetPort()->Peek64(Register::GevTimestampTickFrequency);
     if (frequency != 0) {
@@ -265,13 +265,13 @@ void GvspSender::SendBlock(const GvspBlock &aBlock)
         return;
     }
     const uint32_t size = mCamera.GetPort()->Peek32(Register::GevSCPS);
-    socket->SetDontFragment((size & cDontFragment) != 0);
+    socket->SetDontFragment((size & DontFragment) != 0);
     sockaddr_in to = ToSocketAddress(GetDestination());
     const Clock::duration time = GetSendTime(aBlock);
     // Packets that are far apart go out one by one, others in batches.
     const auto distance = time / std::max<Clock::rep>(static_cast<Clock::rep>(plan.size()), 1);
     const auto batchSize = static_cast<size_t>(
-        std::clamp<Clock::rep>(cBatchTime / std::max(distance, Clock::duration(1)), 1, Clock::rep{cBatch}));
+        std::clamp<Clock::rep>(BatchTime / std::max(distance, Clock::duration(1)), 1, Clock::rep{BatchSize}));
     const Clock::time_point start = Clock::now();
     Batch batch;
     uint64_t failed = 0;
@@ -309,12 +309,12 @@ void GvspSender::FireTestPacket(uint32_t aPacketSizeRegister)
         std::lock_guard lock(mMutex);
         socket = mSocket;
     }
-    const uint32_t size = aPacketSizeRegister & cPacketSizeMask;
-    if (destination == Endpoint() || !socket || mSilent || size <= GvspBlock::cUdpOverhead) {
+    const uint32_t size = aPacketSizeRegister & PacketSizeMask;
+    if (destination == Endpoint() || !socket || mSilent || size <= GvspBlock::UdpOverhead) {
         return;
     }
-    socket->SetDontFragment((aPacketSizeRegister & cDontFragment) != 0);
-    const std::vector<uint8_t> data(size - GvspBlock::cUdpOverhead);
+    socket->SetDontFragment((aPacketSizeRegister & DontFragment) != 0);
+    const std::vector<uint8_t> data(size - GvspBlock::UdpOverhead);
     const bool sent = socket->Send(destination, data.data(), data.size());
     std::lock_guard lock(mMutex);
     ++(sent ? mStatistics.mTestPackets : mStatistics.mFailed);
@@ -323,7 +323,7 @@ void GvspSender::FireTestPacket(uint32_t aPacketSizeRegister)
 void GvspSender::Resend(const Gvcp::PacketResend &aRequest)
 {
     const Endpoint destination = GetDestination();
-    const bool extendedIds = (mCamera.GetPort()->Peek32(Register::GevGVSPConfiguration) & cExtendedIds) != 0;
+    const bool extendedIds = (mCamera.GetPort()->Peek32(Register::GevGVSPConfiguration) & ExtendedIds) != 0;
     std::shared_ptr<const GvspBlock> block;
     Gvcp::Status missing = Gvcp::Status::PacketUnavailable;
     std::shared_ptr<UdpSocket> socket;
@@ -348,7 +348,7 @@ void GvspSender::Resend(const Gvcp::PacketResend &aRequest)
         for (uint64_t id = aRequest.mFirstPacketId; id <= last; ++id) {
             batch.Add(block->MakePacket(static_cast<uint32_t>(id), true), to);
             ++sent;
-            if (batch.mSize == cBatch || id == last) {
+            if (batch.mSize == BatchSize || id == last) {
                 batch.Send(socket->GetDescriptor());
             }
         }
@@ -356,12 +356,12 @@ void GvspSender::Resend(const Gvcp::PacketResend &aRequest)
     uint64_t unavailable = 0;
     if (!block) {
         const uint64_t last =
-            std::min<uint64_t>(aRequest.mLastPacketId, uint64_t{aRequest.mFirstPacketId} + cMaxUnavailable - 1);
+            std::min<uint64_t>(aRequest.mLastPacketId, uint64_t{aRequest.mFirstPacketId} + MaxUnavailable - 1);
         for (uint64_t id = aRequest.mFirstPacketId; id <= last; ++id) {
             batch.Add(GvspBlock::MakeEmptyPacket(aRequest.mBlockId, extendedIds, static_cast<uint32_t>(id), missing),
                       to);
             ++unavailable;
-            if (batch.mSize == cBatch || id == last) {
+            if (batch.mSize == BatchSize || id == last) {
                 batch.Send(socket->GetDescriptor());
             }
         }

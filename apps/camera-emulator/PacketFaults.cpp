@@ -26,7 +26,7 @@ bool PacketPlanner::IsDropped(uint32_t aId, uint32_t aPacketCount)
     const bool trailer = aId == aPacketCount - 1;
     return dropped || std::any_of(mFaults.mDropIds.begin(), mFaults.mDropIds.end(), [&](const PacketRange &aRange) {
                return (aId >= aRange.mFirst && aId <= aRange.mLast) ||
-                      (trailer && aRange.mLast == PacketRange::cTrailer);
+                      (trailer && aRange.mLast == PacketRange::Trailer);
            });
 }
 

@@ -11,7 +11,7 @@ namespace LxEmulator
 struct PacketRange
 {
     /// Stands for the trailer, whatever its id is.
-    static constexpr uint32_t cTrailer = 0xFFFFFFFF;
+    static constexpr uint32_t Trailer = 0xFFFFFFFF;
 
     uint32_t mFirst = 0;
     uint32_t mLast = 0;

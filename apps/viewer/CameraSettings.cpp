@@ -22,7 +22,7 @@ namespace
 {
 
 constexpr const char *KeptList = "KeptCameraSettings";  // by the unique ID of the camera
-const QString cFolderSetting = QStringLiteral("settingsFolder");
+const QString SettingsFolderSetting = QStringLiteral("settingsFolder");
 
 // On the worker.
 struct Saving
@@ -133,7 +133,7 @@ void CameraSettings::OnDisconnecting(bool aIsLinkLost)
 
 void CameraSettings::AskSave()
 {
-    const QDir folder(QSettings().value(cFolderSetting, QDir::homePath()).toString());
+    const QDir folder(QSettings().value(SettingsFolderSetting, QDir::homePath()).toString());
     const auto complete = [](const QString &aName, const QString &) {
         return QFileInfo(aName).suffix().isEmpty() ? aName + QStringLiteral(".xml") : aName;
     };
@@ -141,18 +141,18 @@ void CameraSettings::AskSave()
         AskSaveFileName(&mWindow, tr("Save Camera Settings"), folder.filePath(QFileInfo(KeptFile()).fileName()),
                         tr("Camera settings (*.xml)"), complete);
     if (!file.isEmpty()) {
-        QSettings().setValue(cFolderSetting, QFileInfo(file).absolutePath());
+        QSettings().setValue(SettingsFolderSetting, QFileInfo(file).absolutePath());
         SaveTo(file);
     }
 }
 
 void CameraSettings::AskLoad()
 {
-    const QString folder = QSettings().value(cFolderSetting, QDir::homePath()).toString();
+    const QString folder = QSettings().value(SettingsFolderSetting, QDir::homePath()).toString();
     const QString file = QFileDialog::getOpenFileName(&mWindow, tr("Load Camera Settings"), folder,
                                                       tr("Camera settings (*.xml);;All files (*)"));
     if (!file.isEmpty()) {
-        QSettings().setValue(cFolderSetting, QFileInfo(file).absolutePath());
+        QSettings().setValue(SettingsFolderSetting, QFileInfo(file).absolutePath());
         LoadFrom(file);
     }
 }

@@ -15,12 +15,12 @@ QString Tr(const char *aText)
     return QCoreApplication::translate("CommandLine", aText);
 }
 
-const QString cSimulate = QStringLiteral("simulate");
-const QString cCamera = QStringLiteral("camera");
-const QString cHeadless = QStringLiteral("headless");
-const QString cSelfCheck = QStringLiteral("self-check");
-const QString cLog = QStringLiteral("log");
-const QString cLogFilter = QStringLiteral("log-filter");
+const QString SimulateOption = QStringLiteral("simulate");
+const QString CameraOption = QStringLiteral("camera");
+const QString HeadlessOption = QStringLiteral("headless");
+const QString SelfCheckOption = QStringLiteral("self-check");
+const QString LogOption = QStringLiteral("log");
+const QString LogFilterOption = QStringLiteral("log-filter");
 
 QString MoreHelp()
 {
@@ -73,16 +73,17 @@ CommandLine CommandLine::Parse(const QStringList &aArguments)
                                      Tr("Print the version and end."));
     parser.addOptions({help, version});
     parser.addOptions({
-        {cSimulate, Tr("Also offer simulated cameras, without any hardware.")},
-        {cCamera, Tr("Connect to the camera at <address> instead of opening the finder."), QStringLiteral("address")},
-        {cHeadless, Tr("Show every window without a display, write a picture of each into <folder>, and end."),
+        {SimulateOption, Tr("Also offer simulated cameras, without any hardware.")},
+        {CameraOption, Tr("Connect to the camera at <address> instead of opening the finder."),
+         QStringLiteral("address")},
+        {HeadlessOption, Tr("Show every window without a display, write a picture of each into <folder>, and end."),
          QStringLiteral("folder")},
-        {cSelfCheck,
+        {SelfCheckOption,
          Tr("Print versions, renderer, network adapters, limits, rights and the devices that are found, for "
             "a bug report, and end. Needs no display.")},
-        {cLog, Tr("Write what happens to <file>, with time and category; \"-\" is the error output."),
+        {LogOption, Tr("Write what happens to <file>, with time and category; \"-\" is the error output."),
          QStringLiteral("file")},
-        {cLogFilter, Tr("Log only these <categories>, separated by commas. Warnings are always logged."),
+        {LogFilterOption, Tr("Log only these <categories>, separated by commas. Warnings are always logged."),
          QStringLiteral("categories")},
     });
     if (!parser.parse(aArguments)) {
@@ -103,25 +104,25 @@ CommandLine CommandLine::Parse(const QStringList &aArguments)
     if (!parser.positionalArguments().isEmpty()) {
         return Refuse(Tr("unexpected argument '%1'").arg(parser.positionalArguments().constFirst()));
     }
-    for (const QString &name : {cCamera, cHeadless, cLog, cLogFilter}) {
+    for (const QString &name : {CameraOption, HeadlessOption, LogOption, LogFilterOption}) {
         if (parser.isSet(name) && parser.value(name).trimmed().isEmpty()) {
             return Refuse(Tr("--%1 needs a value").arg(name));
         }
     }
     CommandLine line;
-    line.mSimulate = parser.isSet(cSimulate);
-    line.mSelfCheck = parser.isSet(cSelfCheck);
-    line.mCamera = parser.value(cCamera).trimmed();
-    line.mPictures = parser.value(cHeadless);
-    line.mLogFile = parser.value(cLog);
+    line.mSimulate = parser.isSet(SimulateOption);
+    line.mSelfCheck = parser.isSet(SelfCheckOption);
+    line.mCamera = parser.value(CameraOption).trimmed();
+    line.mPictures = parser.value(HeadlessOption);
+    line.mLogFile = parser.value(LogOption);
     if (line.mSelfCheck && (!line.mCamera.isEmpty() || !line.mPictures.isEmpty())) {
         return Refuse(Tr("--self-check goes with --simulate, --log and --log-filter only"));
     }
-    if (parser.isSet(cLogFilter)) {
+    if (parser.isSet(LogFilterOption)) {
         if (line.mLogFile.isEmpty()) {
             return Refuse(Tr("--log-filter needs --log"));
         }
-        for (const QString &name : parser.value(cLogFilter).split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+        for (const QString &name : parser.value(LogFilterOption).split(QLatin1Char(','), Qt::SkipEmptyParts)) {
             if (!ViewerLog::Categories().contains(name.trimmed())) {
                 return Refuse(Tr("there is no log category '%1', only %2")
                                   .arg(name.trimmed(), ViewerLog::Categories().join(QStringLiteral(", "))));

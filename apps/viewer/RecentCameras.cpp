@@ -7,11 +7,11 @@
 namespace
 {
 
-const QString cSetting = QStringLiteral("recentCameras");
-const QString cUniqueID = QStringLiteral("uniqueID");
-const QString cAddress = QStringLiteral("address");
-const QString cName = QStringLiteral("name");
-const QString cModel = QStringLiteral("model");
+const QString RecentCamerasSetting = QStringLiteral("recentCameras");
+const QString UniqueIDKey = QStringLiteral("uniqueID");
+const QString AddressKey = QStringLiteral("address");
+const QString NameKey = QStringLiteral("name");
+const QString ModelKey = QStringLiteral("model");
 
 // The name, with what tells cameras of one name apart and a digit to choose it by.
 QString LineOf(const CameraIdentity &aCamera, int aNumber)
@@ -43,11 +43,11 @@ QList<CameraIdentity> RecentCameras::Cameras() const
 {
     QSettings settings;
     QList<CameraIdentity> cameras;
-    const int count = qMin(settings.beginReadArray(cSetting), Limit);
+    const int count = qMin(settings.beginReadArray(RecentCamerasSetting), Limit);
     for (int i = 0; i < count; ++i) {
         settings.setArrayIndex(i);
-        const CameraIdentity camera = {settings.value(cUniqueID).toString(), settings.value(cAddress).toString(),
-                                       settings.value(cName).toString(), settings.value(cModel).toString()};
+        const CameraIdentity camera = {settings.value(UniqueIDKey).toString(), settings.value(AddressKey).toString(),
+                                       settings.value(NameKey).toString(), settings.value(ModelKey).toString()};
         if (!camera.mUniqueID.isEmpty()) {
             cameras << camera;
         }
@@ -70,14 +70,14 @@ void RecentCameras::Clear()
 void RecentCameras::Store(const QList<CameraIdentity> &aCameras)
 {
     QSettings settings;
-    settings.remove(cSetting);
-    settings.beginWriteArray(cSetting, static_cast<int>(aCameras.size()));
+    settings.remove(RecentCamerasSetting);
+    settings.beginWriteArray(RecentCamerasSetting, static_cast<int>(aCameras.size()));
     for (int i = 0; i < aCameras.size(); ++i) {
         settings.setArrayIndex(i);
-        settings.setValue(cUniqueID, aCameras[i].mUniqueID);
-        settings.setValue(cAddress, aCameras[i].mAddress);
-        settings.setValue(cName, aCameras[i].mName);
-        settings.setValue(cModel, aCameras[i].mModel);
+        settings.setValue(UniqueIDKey, aCameras[i].mUniqueID);
+        settings.setValue(AddressKey, aCameras[i].mAddress);
+        settings.setValue(NameKey, aCameras[i].mName);
+        settings.setValue(ModelKey, aCameras[i].mModel);
     }
     settings.endArray();
     FillMenu();

@@ -12,7 +12,7 @@
 namespace
 {
 
-const QString cOpenGLSetting = QStringLiteral("openGL");
+const QString OpenGLSetting = QStringLiteral("openGL");
 
 QString OpenGLDescription()
 {
@@ -44,14 +44,14 @@ RendererChoice::RendererChoice(LxDisplayWnd &aDisplay, QMenu &aMenu, QStatusBar 
     mSoftware->setChecked(true);
     connect(group, &QActionGroup::triggered, this, [this](QAction *aAction) {
         Choose(aAction == mOpenGL);
-        QSettings().setValue(cOpenGLSetting, aAction == mOpenGL);
+        QSettings().setValue(OpenGLSetting, aAction == mOpenGL);
     });
     // asking OpenGL takes a moment, which only those spend who look
     connect(menu, &QMenu::aboutToShow, this, &RendererChoice::Describe);
 
     mBadge->setObjectName(QStringLiteral("rendererStatus"));
     aBar.addPermanentWidget(mBadge);
-    if (QSettings().value(cOpenGLSetting, false).toBool()) {
+    if (QSettings().value(OpenGLSetting, false).toBool()) {
         Choose(true);
     }
     else {

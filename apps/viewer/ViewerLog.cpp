@@ -14,7 +14,7 @@ Q_LOGGING_CATEGORY(LogSettings, "lxgui.viewer.settings", QtWarningMsg)
 namespace
 {
 
-constexpr QLatin1String cPrefix("lxgui.viewer.");
+constexpr QLatin1String Prefix("lxgui.viewer.");
 
 std::mutex sMutex;  // guards the two below
 QFile sFile;
@@ -41,7 +41,7 @@ const char *LevelOf(QtMsgType aType)
 void Write(QtMsgType aType, const QMessageLogContext &aContext, const QString &aText)
 {
     QString category = QString::fromUtf8(aContext.category ? aContext.category : "");
-    category = category.startsWith(cPrefix) ? category.mid(cPrefix.size()) : QStringLiteral("app");
+    category = category.startsWith(Prefix) ? category.mid(Prefix.size()) : QStringLiteral("app");
     const QString line = QStringLiteral("%1 %2 %3 %4\n")
                              .arg(QDateTime::currentDateTime().toString(Qt::ISODateWithMs),
                                   QLatin1String(LevelOf(aType)), category, aText.simplified());
@@ -79,7 +79,7 @@ QString ViewerLog::Open(const QString &aFile, const QStringList &aFilter)
     sIsErrorOutput = isErrorOutput;
     QStringList rules;
     for (const QString &name : aFilter.isEmpty() ? Categories() : aFilter) {
-        rules << QStringLiteral("%1%2.info=true").arg(cPrefix, name);
+        rules << QStringLiteral("%1%2.info=true").arg(Prefix, name);
     }
     QLoggingCategory::setFilterRules(rules.join(QLatin1Char('\n')));
     sFormer = qInstallMessageHandler(Write);

@@ -40,8 +40,8 @@
 namespace
 {
 
-constexpr int kTries = 5;
-constexpr int kVisibleRows = 40;
+constexpr int Tries = 5;
+constexpr int VisibleRows = 40;
 
 double Seconds(clockid_t aClock)
 {
@@ -121,7 +121,7 @@ double BareReads(LxGenParameterArray &aParameters)
     NoSink sink;
     const uint32_t count = aParameters.GetCount();
     double least = 1e9;
-    for (int i = 0; i < kTries; ++i) {
+    for (int i = 0; i < Tries; ++i) {
         least = std::min(least, Milliseconds([&] {
                              for (uint32_t feature = 0; feature < count; ++feature) {
                                  ReadBare(aParameters, *aParameters[feature], sink);
@@ -148,7 +148,7 @@ void ShowRows(QTreeView &aView, QWidget &aWindow, int aRows)
 double PlainView(int aRows)
 {
     double least = 1e9;
-    for (int i = 0; i < kTries; ++i) {
+    for (int i = 0; i < Tries; ++i) {
         std::optional<QStandardItemModel> model;
         std::optional<QTreeView> view;
         least = std::min(least, Milliseconds([&] {
@@ -158,7 +158,7 @@ double PlainView(int aRows)
                                  model->setItem(row, 1, new QStandardItem(QStringLiteral("0 px")));
                              }
                              view.emplace();
-                             view->resize(600, kVisibleRows * view->fontMetrics().height());
+                             view->resize(600, VisibleRows * view->fontMetrics().height());
                              view->setModel(&*model);
                              view->show();
                              view->grab();
@@ -211,7 +211,7 @@ void BuildAndShow(benchmark::State &aState)
     const int count = static_cast<int>(aState.range(0));
     const GeneratedCamera camera(count);
     Browser first(camera.Parameters(), LxGenRefreshManual);  // what is made once
-    first.ShowRows(kVisibleRows);
+    first.ShowRows(VisibleRows);
     const double bare = BareReads(*camera.Parameters());
     const double plain = PlainView(count);
     double build = 1e9;
@@ -228,11 +228,11 @@ BENCHMARK(BuildAndShow)->Name("Browser/Build")->Arg(1000)->Arg(5000)->Unit(bench
 
 void Memory(benchmark::State &aState)
 {
-    constexpr int kCount = 5000;
-    const GeneratedCamera camera(kCount);
+    constexpr int count = 5000;
+    const GeneratedCamera camera(count);
     {
         Browser first(camera.Parameters(), LxGenRefreshManual);  // what is made once
-        first.ShowRows(kVisibleRows);
+        first.ShowRows(VisibleRows);
     }
     size_t bytes = 0;
     for (auto _ : aState) {
@@ -240,7 +240,7 @@ void Memory(benchmark::State &aState)
         const Browser browser(camera.Parameters(), LxGenRefreshManual);
         bytes = mallinfo2().uordblks - before;
     }
-    aState.counters["bytes_per_feature"] = static_cast<double>(bytes) / kCount;
+    aState.counters["bytes_per_feature"] = static_cast<double>(bytes) / count;
 }
 BENCHMARK(Memory)->Name("Browser/Memory")->Unit(benchmark::kMillisecond)->Iterations(1);
 
@@ -326,11 +326,11 @@ private:
 // repainting.
 void Repaint(benchmark::State &aState)
 {
-    constexpr int kRows = 50;
-    constexpr int kPause = 20;  // milliseconds; as long as the view gathers changes, so that all begin as cold
+    constexpr int shownRows = 50;
+    constexpr int pause = 20;  // milliseconds; as long as the view gathers changes, so that all begin as cold
     const GeneratedCamera camera(1000);
     Browser browser(camera.Parameters(), LxGenRefreshManual);
-    browser.ShowRows(kRows);
+    browser.ShowRows(shownRows);
     GenBrowserTree *const tree = browser.Tree();
     GenBrowserTreeModel *const model = browser.Model();
     const std::vector<QModelIndex> rows = browser.Rows();
@@ -354,12 +354,12 @@ void Repaint(benchmark::State &aState)
                                    }
                                    paints.WaitForPaint();
                                }));
-            ProcessEventsFor(kPause);
+            ProcessEventsFor(pause);
             wholeRows = std::min(wholeRows, Milliseconds([&] {
                                      tree->viewport()->update();
                                      paints.WaitForPaint();
                                  }));
-            ProcessEventsFor(kPause);
+            ProcessEventsFor(pause);
             bare = std::min(bare, Milliseconds([&] {
                                 bareTexts.update();
                                 barePaints.WaitForPaint();
@@ -440,7 +440,7 @@ PassTimes RunPass(Browser &aBrowser, LxGenParameterArray *aParameters)
     QObject::connect(
         tree, &GenBrowserTree::IsVisibleSignal, &context,
         [&] {
-            if (asked == count && count > kVisibleRows) {
+            if (asked == count && count > VisibleRows) {
                 note();
             }
         },
@@ -491,7 +491,7 @@ void AutomaticPass(benchmark::State &aState, bool aIsChanged, std::chrono::micro
     const int count = static_cast<int>(aState.range(0));
     const GeneratedCamera camera(count);
     Browser browser(camera.Parameters(), LxGenRefreshManual);
-    browser.ShowRows(kVisibleRows);
+    browser.ShowRows(VisibleRows);
     const std::vector<QModelIndex> rows = browser.Rows();
     camera.mPort->SetDelay(aDelay);
     PassTimes best;

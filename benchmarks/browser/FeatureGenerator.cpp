@@ -10,9 +10,9 @@
 namespace
 {
 
-constexpr int kFeaturesPerCategory = 50;
-constexpr uint64_t kFirstRegister = 0x1000;
-constexpr uint64_t kRegisterDistance = 16;
+constexpr int FeaturesPerCategory = 50;
+constexpr uint64_t FirstRegister = 0x1000;
+constexpr uint64_t RegisterDistance = 16;
 
 std::string Node(const std::string &aKind, const std::string &aName, const std::string &aContent)
 {
@@ -48,8 +48,8 @@ enum class Kind
 
 Kind KindOf(int aNumber)
 {
-    constexpr Kind kKinds[] = {Kind::Integer, Kind::Integer, Kind::Float, Kind::Enumeration, Kind::Boolean};
-    return kKinds[aNumber % 5];
+    constexpr Kind kinds[] = {Kind::Integer, Kind::Integer, Kind::Float, Kind::Enumeration, Kind::Boolean};
+    return kinds[aNumber % 5];
 }
 
 /// The nodes of a feature; its kind depends on its number.
@@ -57,7 +57,7 @@ std::string Feature(int aNumber)
 {
     const std::string name = "Feature" + std::to_string(aNumber);
     const std::string target = "<pValue>" + name + "Reg</pValue>";
-    const uint64_t address = kFirstRegister + static_cast<uint64_t>(aNumber) * kRegisterDistance;
+    const uint64_t address = FirstRegister + static_cast<uint64_t>(aNumber) * RegisterDistance;
     const std::string integer = Register("IntReg", name + "Reg", address, 4);
     switch (KindOf(aNumber)) {
         case Kind::Integer:
@@ -87,11 +87,11 @@ std::string MakeXML(int aFeatures)
 {
     std::string root;
     std::string nodes;
-    for (int first = 0; first < aFeatures; first += kFeaturesPerCategory) {
-        const std::string category = "Category" + std::to_string(first / kFeaturesPerCategory);
+    for (int first = 0; first < aFeatures; first += FeaturesPerCategory) {
+        const std::string category = "Category" + std::to_string(first / FeaturesPerCategory);
         root += "<pFeature>" + category + "</pFeature>";
         std::string members;
-        for (int i = first; i < std::min(first + kFeaturesPerCategory, aFeatures); ++i) {
+        for (int i = first; i < std::min(first + FeaturesPerCategory, aFeatures); ++i) {
             members += "<pFeature>Feature" + std::to_string(i) + "</pFeature>";
             nodes += Feature(i);
         }
@@ -110,7 +110,7 @@ std::string MakeXML(int aFeatures)
 
 GeneratedCamera::GeneratedCamera(int aFeatures) : mFeatures(aFeatures)
 {
-    mMemory->Map(kFirstRegister, static_cast<uint64_t>(aFeatures) * kRegisterDistance);
+    mMemory->Map(FirstRegister, static_cast<uint64_t>(aFeatures) * RegisterDistance);
     const LxResult result = LxDetail::NodeMap::Create(mPort, MakeXML(aFeatures), mNodeMap);
     if (!result.IsOK()) {
         throw std::runtime_error(result.GetDescription().GetAscii());
@@ -134,6 +134,6 @@ void GeneratedCamera::SetValues(uint32_t aNumber) const
             case Kind::Integer:
                 break;
         }
-        mMemory->Poke32(kFirstRegister + static_cast<uint64_t>(i) * kRegisterDistance, value);
+        mMemory->Poke32(FirstRegister + static_cast<uint64_t>(i) * RegisterDistance, value);
     }
 }

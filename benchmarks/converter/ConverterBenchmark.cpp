@@ -21,7 +21,7 @@
 namespace
 {
 
-constexpr int kRing = 3;
+constexpr int RingSize = 3;
 
 struct Size
 {
@@ -29,8 +29,8 @@ struct Size
     uint32_t mHeight;
 };
 
-constexpr Size kFullHD = {1920, 1080};
-constexpr Size kLarge = {4096, 3000};
+constexpr Size FullHD = {1920, 1080};
+constexpr Size Large = {4096, 3000};
 
 // Frames that come one after the other, so that none is in the inner caches when its turn comes.
 class Ring
@@ -39,7 +39,7 @@ public:
     bool Alloc(LxPixelType aType, Size aSize)
     {
         std::minstd_rand random(1);
-        for (int i = 0; i < kRing; ++i) {
+        for (int i = 0; i < RingSize; ++i) {
             if (!mInputs[i].Alloc(aSize.mWidth, aSize.mHeight, aType).IsOK() ||
                 !mOutputs[i].GetImage()->Alloc(aSize.mWidth, aSize.mHeight, LxPixelType::BGRa8).IsOK())
             {
@@ -58,9 +58,9 @@ public:
     uint8_t *GetOut(int aIndex) { return static_cast<uint8_t *>(mOutputs[aIndex].GetDataPointer()); }
 
 private:
-    LxImage mInputs[kRing];
-    LxBuffer mOutputs[kRing] = {LxBuffer(LxPayloadType::Image), LxBuffer(LxPayloadType::Image),
-                                LxBuffer(LxPayloadType::Image)};
+    LxImage mInputs[RingSize];
+    LxBuffer mOutputs[RingSize] = {LxBuffer(LxPayloadType::Image), LxBuffer(LxPayloadType::Image),
+                                   LxBuffer(LxPayloadType::Image)};
 };
 
 // Seconds that a call takes for each frame of the ring.
@@ -68,10 +68,10 @@ template <typename Convert>
 double TimeRing(const Convert &aConvert)
 {
     const auto start = std::chrono::steady_clock::now();
-    for (int i = 0; i < kRing; ++i) {
+    for (int i = 0; i < RingSize; ++i) {
         aConvert(i);
     }
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count() / kRing;
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count() / RingSize;
 }
 
 // Seconds that a converter takes for a frame.
@@ -246,7 +246,7 @@ void ChosenThreads(benchmark::State &aState, LxPixelType aType, Size aSize)
     aState.counters["speedup"] = MedianRatio(alone, together);
 }
 
-const LxPixelType kTypes[] = {
+const LxPixelType Types[] = {
     LxPixelType::Mono8,
     LxPixelType::Mono10,
     LxPixelType::Mono12,
@@ -274,24 +274,23 @@ std::string NameOf(const char *aWhat, LxPixelType aType, Size aSize)
            std::to_string(aSize.mHeight);
 }
 
-const bool kRegistered = [] {
+const bool Registered = [] {
     if (!HasOpenCV()) {
         std::fprintf(stderr, "OpenCV was not there when this was built: compared with libyuv only.\n");
     }
     const auto configure = [](benchmark::internal::Benchmark *aBenchmark, int aIterations) {
         aBenchmark->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(aIterations);
     };
-    for (const LxPixelType type : kTypes) {
-        configure(benchmark::RegisterBenchmark(NameOf("Convert", type, kFullHD).c_str(), Convert, type, kFullHD), 40);
-        configure(benchmark::RegisterBenchmark(NameOf("Convert", type, kLarge).c_str(), Convert, type, kLarge), 8);
+    for (const LxPixelType type : Types) {
+        configure(benchmark::RegisterBenchmark(NameOf("Convert", type, FullHD).c_str(), Convert, type, FullHD), 40);
+        configure(benchmark::RegisterBenchmark(NameOf("Convert", type, Large).c_str(), Convert, type, Large), 8);
     }
     for (const LxPixelType type : {LxPixelType::Mono8, LxPixelType::YUV422_8_UYVY, LxPixelType::Mono12p,
                                    LxPixelType::BayerRG8, LxPixelType::BayerRG12p})
     {
-        configure(benchmark::RegisterBenchmark(NameOf("TwoThreads", type, kFullHD).c_str(), TwoThreads, type, kFullHD),
+        configure(benchmark::RegisterBenchmark(NameOf("TwoThreads", type, FullHD).c_str(), TwoThreads, type, FullHD),
                   60);
-        configure(benchmark::RegisterBenchmark(NameOf("TwoThreads", type, kLarge).c_str(), TwoThreads, type, kLarge),
-                  10);
+        configure(benchmark::RegisterBenchmark(NameOf("TwoThreads", type, Large).c_str(), TwoThreads, type, Large), 10);
     }
     for (const Size size : {Size{64, 64}, Size{256, 256}, Size{512, 512}, Size{640, 480}, Size{1024, 768}}) {
         configure(benchmark::RegisterBenchmark(NameOf("ChosenThreads", LxPixelType::Mono8, size).c_str(), ChosenThreads,

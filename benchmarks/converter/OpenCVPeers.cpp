@@ -52,7 +52,7 @@ std::vector<Peer> GetOpenCVPeers(LxPixelType aType)
 {
     cv::setNumThreads(1);
     // OpenCV names the second pixel of the second line: its BG is the RG of cameras
-    constexpr int kBayer = cv::COLOR_BayerBG2BGRA;
+    constexpr int bayer = cv::COLOR_BayerBG2BGRA;
     switch (aType) {
         case LxPixelType::Mono8:
             return {MakePeer(CV_8UC1, cv::COLOR_GRAY2BGRA)};
@@ -78,18 +78,18 @@ std::vector<Peer> GetOpenCVPeers(LxPixelType aType)
         case LxPixelType::Mono12Packed:
             return {MakePackedPeer(aType, cv::COLOR_GRAY2BGRA)};
         case LxPixelType::BayerRG8:
-            return {MakePeer(CV_8UC1, kBayer)};
+            return {MakePeer(CV_8UC1, bayer)};
         case LxPixelType::BayerRG10p:
         case LxPixelType::BayerRG12p:
         case LxPixelType::BayerRG10Packed:
         case LxPixelType::BayerRG12Packed:
-            return {MakePackedPeer(aType, kBayer)};
+            return {MakePackedPeer(aType, bayer)};
         case LxPixelType::BayerRG10:
-            return {MakeWordPeer(10, kBayer)};
+            return {MakeWordPeer(10, bayer)};
         case LxPixelType::BayerRG12:
-            return {MakeWordPeer(12, kBayer)};
+            return {MakeWordPeer(12, bayer)};
         case LxPixelType::BayerRG16:
-            return {MakeWordPeer(16, kBayer)};
+            return {MakeWordPeer(16, bayer)};
         default:
             return {};
     }

@@ -29,8 +29,8 @@
 namespace
 {
 
-constexpr int cMarker = 64;     // The square at the top left that carries the number, in pixels of the frame.
-const QPoint cReadBack(4, 16);  // Within it on the screen, for all sizes that are measured.
+constexpr int MarkerSize = 64;      // The square at the top left that carries the number, in pixels of the frame.
+const QPoint ReadBackPoint(4, 16);  // Within it on the screen, for all sizes that are measured.
 
 /// The grey value that tells a frame from those before.
 uint8_t Marker(int aNumber)
@@ -127,7 +127,7 @@ void Run(benchmark::State &aState, QWidget &aWindow, std::function<void(int)> aS
             if (begun == seen + 1) {
                 begin();
             }
-            const uint8_t marker = ReadBack(cReadBack);
+            const uint8_t marker = ReadBack(ReadBackPoint);
             for (int number = begun; number > before; --number) {
                 if (marker == Marker(number)) {
                     seen = number;
@@ -176,8 +176,8 @@ public:
     {
         LxBuffer &buffer = mBuffers[aNumber % 3];
         auto *pixels = static_cast<uint8_t *>(buffer.GetDataPointer());
-        for (int y = 0; y < cMarker; ++y) {
-            std::memset(pixels + y * buffer.GetImage()->GetWidth(), Marker(aNumber), cMarker);
+        for (int y = 0; y < MarkerSize; ++y) {
+            std::memset(pixels + y * buffer.GetImage()->GetWidth(), Marker(aNumber), MarkerSize);
         }
         return buffer;
     }
@@ -206,8 +206,8 @@ public:
     {
         QImage &image = mImages[aNumber % 3];
         const uint8_t marker = Marker(aNumber);
-        for (int y = 0; y < cMarker; ++y) {
-            std::fill_n(reinterpret_cast<QRgb *>(image.scanLine(y)), cMarker, qRgb(marker, marker, marker));
+        for (int y = 0; y < MarkerSize; ++y) {
+            std::fill_n(reinterpret_cast<QRgb *>(image.scanLine(y)), MarkerSize, qRgb(marker, marker, marker));
         }
         mShown = aNumber % 3;
         QMetaObject::invokeMethod(this, [this] { update(); });
@@ -242,8 +242,8 @@ public:
     {
         std::vector<QRgb> &image = mImages[aNumber % 3];
         const uint8_t marker = Marker(aNumber);
-        for (int y = 0; y < cMarker; ++y) {
-            std::fill_n(image.begin() + y * mWidth, cMarker, qRgb(marker, marker, marker));
+        for (int y = 0; y < MarkerSize; ++y) {
+            std::fill_n(image.begin() + y * mWidth, MarkerSize, qRgb(marker, marker, marker));
         }
         mShown = aNumber % 3;
         QMetaObject::invokeMethod(this, [this] { update(); });
@@ -292,7 +292,7 @@ private:
     GLuint mTexture = 0;
 };
 
-const QSize cFullHD(1920, 1080);
+const QSize FullHD(1920, 1080);
 
 // arguments: width and height of the frame, width and height of the window
 void Display(benchmark::State &aState, LxRendererMode aMode)
@@ -334,7 +334,7 @@ void CallerHeld(benchmark::State &aState)
     QWidget host;
     LxDisplayWnd display;
     display.Create(&host);
-    ShowFullScreen(host, cFullHD);
+    ShowFullScreen(host, FullHD);
     LxBufferConverter converter(-1);
     LxBuffer target(LxPayloadType::Image);
     const auto seconds = [](const auto &aCall) {

@@ -13,8 +13,9 @@
 namespace
 {
 
-constexpr int cMarker = 64;  // The square at the top left that tells a frame from those before, in pixels of the frame.
-constexpr const char *cWindow = "imshow";
+constexpr int MarkerSize =
+    64;  // The square at the top left that tells a frame from those before, in pixels of the frame.
+constexpr const char *WindowName = "imshow";
 
 uint8_t Marker(int aNumber)
 {
@@ -59,22 +60,22 @@ void Imshow(benchmark::State &aState)
         }
     }
     const bool isFitted = frame != window;
-    cv::namedWindow(
-        cWindow, (isFitted ? cv::WINDOW_NORMAL | cv::WINDOW_FREERATIO : cv::WINDOW_AUTOSIZE) | cv::WINDOW_GUI_NORMAL);
-    cv::imshow(cWindow, frames[0]);
-    cv::moveWindow(cWindow, 0, 0);
+    cv::namedWindow(WindowName, (isFitted ? cv::WINDOW_NORMAL | cv::WINDOW_FREERATIO : cv::WINDOW_AUTOSIZE) |
+                                    cv::WINDOW_GUI_NORMAL);
+    cv::imshow(WindowName, frames[0]);
+    cv::moveWindow(WindowName, 0, 0);
     if (isFitted) {
-        cv::resizeWindow(cWindow, window.width, window.height);
+        cv::resizeWindow(WindowName, window.width, window.height);
     }
     cv::waitKey(200);
     const Screen screen;
     int number = 0;
     for (auto _ : aState) {
         cv::Mat &mat = frames[++number % 3];
-        for (int y = 0; y < cMarker; ++y) {
-            std::memset(mat.ptr(y), Marker(number), cMarker);
+        for (int y = 0; y < MarkerSize; ++y) {
+            std::memset(mat.ptr(y), Marker(number), MarkerSize);
         }
-        cv::imshow(cWindow, mat);
+        cv::imshow(WindowName, mat);
         do {
             cv::pollKey();
         } while (screen.Read(4, 16) != Marker(number));

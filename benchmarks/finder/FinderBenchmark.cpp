@@ -32,7 +32,7 @@ public:
 
     bool event(QEvent *aEvent) override
     {
-        if (aEvent->type() != sRefreshEvent) {
+        if (aEvent->type() != RefreshEvent) {
             return DeviceFinderWnd::event(aEvent);
         }
         const double start = ThreadTime();
@@ -125,7 +125,7 @@ void Refresh(benchmark::State &aState)
     const double placing = finder.mLongest;
     finder.mLongest = 0;
     for (auto unused : aState) {
-        QEvent refresh(DeviceFinderWnd::sRefreshEvent);
+        QEvent refresh(DeviceFinderWnd::RefreshEvent);
         QCoreApplication::sendEvent(&finder, &refresh);
         aState.SetIterationTime(finder.mLast);
     }

@@ -19,23 +19,23 @@ namespace
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int cWidth = 1920;
-constexpr int cHeight = 1080;
-constexpr int cPictures = 40;
-constexpr size_t cRing = 3;  // images that a receiver of pictures goes round
+constexpr int Width = 1920;
+constexpr int Height = 1080;
+constexpr int Pictures = 40;
+constexpr size_t RingSize = 3;  // images that a receiver of pictures goes round
 
 /// A scene that moves, with some noise, as a camera sees it.
 H264Units MakeStream()
 {
     H264Settings settings;
-    settings.mWidth = cWidth;
-    settings.mHeight = cHeight;
+    settings.mWidth = Width;
+    settings.mHeight = Height;
     settings.mKeyInterval = 20;
     settings.mMatrix = AVCOL_SPC_BT709;
     settings.mRange = AVCOL_RANGE_MPEG;
     settings.mOptions = "crf=23";
     uint32_t state = 1;
-    return EncodeH264(settings, cPictures, [&state](int aPicture, int aPlane, int aX, int aY) {
+    return EncodeH264(settings, Pictures, [&state](int aPicture, int aPlane, int aX, int aY) {
         state = state * 1664525 + 1013904223;
         if (aPlane > 0) {
             return 64 + (aX + 2 * aPicture) / 8 % 128;
@@ -52,7 +52,7 @@ public:
     {
         avcodec_open2(mContext, avcodec_find_decoder(AV_CODEC_ID_H264), nullptr);
         for (auto &image : mImages) {
-            image.resize(size_t{4} * cWidth * cHeight);
+            image.resize(size_t{4} * Width * Height);
         }
     }
     ~Plain()
@@ -70,10 +70,10 @@ public:
         av_packet_unref(mPacket);
         int pictures = 0;
         for (; avcodec_receive_frame(mContext, mFrame) == 0; ++pictures) {
-            auto &image = mImages[mNext++ % cRing];
+            auto &image = mImages[mNext++ % RingSize];
             libyuv::I420ToARGBMatrix(mFrame->data[0], mFrame->linesize[0], mFrame->data[1], mFrame->linesize[1],
-                                     mFrame->data[2], mFrame->linesize[2], image.data(), 4 * cWidth,
-                                     &libyuv::kYuvH709Constants, cWidth, cHeight);
+                                     mFrame->data[2], mFrame->linesize[2], image.data(), 4 * Width,
+                                     &libyuv::kYuvH709Constants, Width, Height);
             benchmark::DoNotOptimize(image.data());
         }
         return pictures;
@@ -83,7 +83,7 @@ private:
     AVCodecContext *mContext = avcodec_alloc_context3(avcodec_find_decoder(AV_CODEC_ID_H264));
     AVPacket *mPacket = av_packet_alloc();
     AVFrame *mFrame = av_frame_alloc();
-    std::vector<uint8_t> mImages[cRing];
+    std::vector<uint8_t> mImages[RingSize];
     size_t mNext = 0;
 };
 
@@ -94,15 +94,15 @@ public:
     {
         mDecoder.Process(&aUnit);
         int pictures = 0;
-        for (; mDecoder.Retrieve(&mImages[mNext % cRing]).IsOK(); ++pictures) {
-            benchmark::DoNotOptimize(mImages[mNext++ % cRing].GetDataPointer());
+        for (; mDecoder.Retrieve(&mImages[mNext % RingSize]).IsOK(); ++pictures) {
+            benchmark::DoNotOptimize(mImages[mNext++ % RingSize].GetDataPointer());
         }
         return pictures;
     }
 
 private:
     LxH264Decoder mDecoder;
-    LxImage mImages[cRing];
+    LxImage mImages[RingSize];
     size_t mNext = 0;
 };
 

@@ -81,7 +81,7 @@ void Find(benchmark::State &aState)
 
 BENCHMARK(Find)->Arg(4)->Arg(500)->Unit(benchmark::kMillisecond);
 
-const bool kRegistered = [] {
+const bool Registered = [] {
     for (const LxPixelType type : {LxPixelType::Mono8, LxPixelType::Mono12p, LxPixelType::Mono16, LxPixelType::BayerRG8,
                                    LxPixelType::YUV422_8, LxPixelType::RGB8})
     {

@@ -19,8 +19,8 @@
 namespace
 {
 
-constexpr int cRounds = 15;
-constexpr int cTimeout = 20000;  // milliseconds
+constexpr int Rounds = 15;
+constexpr int Timeout = 20000;  // milliseconds
 
 using Clock = std::chrono::steady_clock;
 
@@ -58,7 +58,7 @@ public:
 
     bool WaitForWindow()
     {
-        const auto end = Clock::now() + std::chrono::milliseconds(cTimeout);
+        const auto end = Clock::now() + std::chrono::milliseconds(Timeout);
         while (IsThere() && Clock::now() < end) {
             while (const auto event = Next()) {
                 if ((event->response_type & 0x7F) == XCB_MAP_NOTIFY) {
@@ -111,7 +111,7 @@ void ViewerStart(benchmark::State &aState)
     for ([[maybe_unused]] auto _ : aState) {
         std::vector<double> viewer;
         std::vector<double> empty;
-        for (int round = 0; round <= cRounds; ++round) {
+        for (int round = 0; round <= Rounds; ++round) {
             const double times[] = {MeasureStart(screen, bin + "/lxgui-viewer"),
                                     MeasureStart(screen, bin + "/empty-program")};
             if (times[0] < 0 || times[1] < 0) {

@@ -32,7 +32,7 @@
 namespace
 {
 
-constexpr QSize sViewSize(640, 400);
+constexpr QSize ViewSize(640, 400);
 
 void ProcessEventsUntil(const std::function<bool()> &aCondition)
 {
@@ -62,7 +62,7 @@ class OwnView
 public:
     OwnView()
     {
-        mView.resize(sViewSize);
+        mView.resize(ViewSize);
         mView.show();
     }
     void Feed(const QString &aChunk)
@@ -86,7 +86,7 @@ public:
         mView.setReadOnly(true);
         mView.setUndoRedoEnabled(false);
         mView.setFont(QFont(QStringLiteral("Monospace")));
-        mView.resize(sViewSize);
+        mView.resize(ViewSize);
         mView.show();
     }
     void Feed(const QString &aChunk)
@@ -283,7 +283,7 @@ public:
 
 void Flood(benchmark::State &aState, const char *aFormat, double aCharactersPerByte)
 {
-    constexpr int kMilliseconds = 3000;
+    constexpr int duration = 3000;
     for (auto _ : aState) {
         auto peer = std::make_shared<FloodPeer>();
         Terminal terminal(peer);
@@ -293,7 +293,7 @@ void Flood(benchmark::State &aState, const char *aFormat, double aCharactersPerB
         QElapsedTimer clock;
         clock.start();
         const uint64_t before = peer->Sent();
-        ProcessEventsUntil([&clock] { return clock.elapsed() > kMilliseconds; });
+        ProcessEventsUntil([&clock] { return clock.elapsed() > duration; });
         const double seconds = static_cast<double>(clock.nsecsElapsed()) / 1e9;
         const double taken = static_cast<double>(peer->Sent() - before) / seconds;
         aState.counters["taken MB/s"] = taken / 1e6;
@@ -332,10 +332,10 @@ size_t ResidentBytes()
 
 void SendFile(benchmark::State &aState)
 {
-    constexpr int kMegabytes = 100;
+    constexpr int megabytes = 100;
     QTemporaryFile file;
     file.open();
-    for (int i = 0; i < kMegabytes; ++i) {
+    for (int i = 0; i < megabytes; ++i) {
         QByteArray bytes(1000000, '\0');
         for (qsizetype k = 0; k < bytes.size(); ++k) {
             bytes[k] = static_cast<char>(k * 31 + k / 251 + i);
@@ -366,13 +366,13 @@ void SendFile(benchmark::State &aState)
         ProcessEventsUntil([button] { return button->isEnabled(); });
         const double seconds = static_cast<double>(clock.nsecsElapsed()) / 1e9 - 1.0;  // without the last second's wait
         const QString report = view->Text().right(200);
-        const QString whole = QString::number(kMegabytes * 1000000);
+        const QString whole = QString::number(megabytes * 1000000);
         if (!report.contains(whole + '/' + whole + " successfully transmitted") ||
             !report.contains(whole + '/' + whole + " bytes received"))
         {
             aState.SkipWithError(report.toUtf8().constData());
         }
-        aState.counters["sent MB/s"] = kMegabytes / seconds;
+        aState.counters["sent MB/s"] = megabytes / seconds;
         aState.counters["memory_growth MB"] = static_cast<double>(most - start) / 1e6;
         aState.counters["away_ms"] = absence.mLongest;
         aState.counters["away_own_ms"] = absence.mLongestOwn;

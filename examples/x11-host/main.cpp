@@ -16,8 +16,8 @@ namespace
 {
 
 // What the library posts, as a client message of the type _LXGUI_MESSAGE with the data message, wParam, lParam.
-const uint32_t cSizeMessage = 5;              // lParam: height << 16 | width, after a window was embedded
-const uint32_t cDeviceResetMessage = 0x4C01;  // the user executed the feature DeviceReset
+const uint32_t SizeMessage = 5;              // lParam: height << 16 | width, after a window was embedded
+const uint32_t DeviceResetMessage = 0x4C01;  // the user executed the feature DeviceReset
 
 HWND ToHandle(xcb_window_t aWindow)
 {
@@ -126,10 +126,10 @@ int main(int argc, char **argv)
                         if (message->type == protocols && data[0] == deleteWindow) {
                             open = false;
                         }
-                        else if (message->type == libraryMessage && data[0] == cSizeMessage) {
+                        else if (message->type == libraryMessage && data[0] == SizeMessage) {
                             std::printf("The picture has %u x %u pixels.\n", data[2] & 0xFFFF, data[2] >> 16);
                         }
-                        else if (message->type == libraryMessage && data[0] == cDeviceResetMessage) {
+                        else if (message->type == libraryMessage && data[0] == DeviceResetMessage) {
                             std::printf("The camera restarts.\n");
                         }
                         break;

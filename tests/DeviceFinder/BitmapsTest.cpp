@@ -10,7 +10,7 @@
 namespace
 {
 
-const std::set<int> sUsedTiles = {0, 1, 2, 3, 5, 7, 8, 9, 10, 11, 17, 21, 23, 24, 25, 26, 27, 28};
+const std::set<int> UsedTiles = {0, 1, 2, 3, 5, 7, 8, 9, 10, 11, 17, 21, 23, 24, 25, 26, 27, 28};
 
 QImage Load(const char *aName)
 {
@@ -59,7 +59,7 @@ TEST(Bitmaps, EveryUsedTileIsDrawnAndHasTransparentPixels)
                 transparent += strip.pixelColor(16 * tile + x, y) == QColor(Qt::white);
             }
         }
-        if (sUsedTiles.count(tile)) {
+        if (UsedTiles.count(tile)) {
             EXPECT_GT(transparent, 8) << tile;
             EXPECT_LT(transparent, 200) << tile;
         }
@@ -84,8 +84,8 @@ TEST(Bitmaps, NoPixelIsNearlyTransparent)
 TEST(Bitmaps, TilesDifferWithoutTheirColours)
 {
     const QImage strip = Load("finder_icons16.bmp");
-    for (const int one : sUsedTiles) {
-        for (const int other : sUsedTiles) {
+    for (const int one : UsedTiles) {
+        for (const int other : UsedTiles) {
             if (one >= other) {
                 continue;
             }
@@ -117,7 +117,7 @@ TEST(Bitmaps, TheStripsWhiteIsTransparentInTheIcons)
     IconStrip strip;
     strip.Load();
     const QImage bitmap = Load("finder_icons16.bmp");
-    for (const int tile : sUsedTiles) {
+    for (const int tile : UsedTiles) {
         const QImage icon = strip.GetIcon(tile).pixmap(16, 16).toImage().convertToFormat(QImage::Format_ARGB32);
         ASSERT_EQ(icon.size(), QSize(16, 16));
         for (int y = 0; y < 16; ++y) {
@@ -141,7 +141,7 @@ TEST(Bitmaps, ASelectedIconIsTheSameWithAWhiteOutline)
 {
     IconStrip strip;
     strip.Load();
-    for (const int tile : sUsedTiles) {
+    for (const int tile : UsedTiles) {
         const QIcon icon = strip.GetIcon(tile);
         const QImage normal = icon.pixmap(16, 16).toImage().convertToFormat(QImage::Format_ARGB32);
         const QImage selected = icon.pixmap(16, 16, QIcon::Selected).toImage().convertToFormat(QImage::Format_ARGB32);

@@ -19,7 +19,7 @@ class RefreshCounter : public QObject
 public:
     bool eventFilter(QObject *, QEvent *aEvent) override
     {
-        mCount += aEvent->type() == DeviceFinderWnd::sRefreshEvent;
+        mCount += aEvent->type() == DeviceFinderWnd::RefreshEvent;
         return false;
     }
 

@@ -235,7 +235,7 @@ TEST_F(FinderTest, NoDeviceIsDroppedForTheTimeThatSettingAnAddressTook)
     };
     Click("SetIPButton");
     // At once: whether the machine is slow or not, the two seconds are not over yet.
-    QEvent refresh(DeviceFinderWnd::sRefreshEvent);
+    QEvent refresh(DeviceFinderWnd::RefreshEvent);
     QCoreApplication::sendEvent(&mFinder, &refresh);
     EXPECT_EQ(Item("Device h"), item) << "the silent device has two seconds more";
 }

@@ -79,8 +79,8 @@ TEST_F(FinderTest, RefreshesThatComeAfterClosingAreIgnored)
     mDevices->AddAdapter("a");
     Show();
     mFinder.Close();
-    QCoreApplication::postEvent(&mFinder, new QEvent(DeviceFinderWnd::sRefreshEvent));
-    QCoreApplication::postEvent(mFinder.GetQWidget(), new QEvent(DeviceFinderWnd::sRefreshEvent));
+    QCoreApplication::postEvent(&mFinder, new QEvent(DeviceFinderWnd::RefreshEvent));
+    QCoreApplication::postEvent(mFinder.GetQWidget(), new QEvent(DeviceFinderWnd::RefreshEvent));
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(Tree()->topLevelItemCount(), 0);
 }

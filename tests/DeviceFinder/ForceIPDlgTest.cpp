@@ -215,7 +215,7 @@ TEST_F(ForceIPDlgTest, ShowsTheAdapterAndSuggestsItsSubnet)
     }
     EXPECT_TRUE(Combo(mDialog.get())->isEnabled());
     EXPECT_FALSE(Combo(mDialog.get())->isEditable());
-    EXPECT_EQ(Messages(), (QStringList{sOtherSubnet, "", ""})) << "until the address is completed";
+    EXPECT_EQ(Messages(), (QStringList{OtherSubnetText, "", ""})) << "until the address is completed";
     ExpectMarkersFollowMessages();
     QTest::keyClicks(Field("DeviceIPAddress"), "20");
     EXPECT_EQ(Text("DeviceIPAddress"), "192.168.1.20");
@@ -233,7 +233,7 @@ TEST_F(ForceIPDlgTest, SuggestsTheSubnetOfTheAddressThatTheUserSelects)
     EXPECT_EQ(Text("DeviceIPAddress"), "10.");
     EXPECT_EQ(Text("DeviceSubnetMask"), "255.0.0.0");
     EXPECT_EQ(Text("DeviceDefaultGateway"), "192.168.1.1");
-    EXPECT_EQ(Messages(), (QStringList{sOtherSubnet, "", sOtherGateway}));
+    EXPECT_EQ(Messages(), (QStringList{OtherSubnetText, "", OtherGatewayText}));
     ExpectMarkersFollowMessages();
     QTest::keyClick(Combo(mDialog.get()), Qt::Key_Up);
     EXPECT_EQ(Text("NICSubnetMask"), "255.255.255.0");
@@ -248,7 +248,7 @@ TEST_F(ForceIPDlgTest, WorksWithAnAdapterWithoutAddresses)
     EXPECT_EQ(Text("NICSubnetMask"), "");
     EXPECT_EQ(Text("DeviceIPAddress"), "");
     EXPECT_EQ(Text("DeviceSubnetMask"), "");
-    EXPECT_EQ(Messages(), (QStringList{sEnd, "", ""}));
+    EXPECT_EQ(Messages(), (QStringList{EndText, "", ""}));
     {
         ExpectedBox box;
         ClickOK();
@@ -309,14 +309,14 @@ TEST_P(ForceIPDlgMarker, ComesAndGoesWhileTheUserTypes)
 
 INSTANTIATE_TEST_SUITE_P(
     Rules, ForceIPDlgMarker,
-    testing::Values(MarkerCase{"Rule1", sMask24, "DeviceIPAddress", "224.0.0.1", 0, sRange},
-                    MarkerCase{"Rule2", sMask24, "DeviceIPAddress", "10.0.0.5", 0, sOtherSubnet},
-                    MarkerCase{"Rule3With0", sMask24, "DeviceIPAddress", "192.168.1.0", 0, sEnd},
-                    MarkerCase{"Rule3With255", sMask24, "DeviceIPAddress", "192.168.1.255", 0, sEnd},
-                    MarkerCase{"Rule4", sMask24, "DeviceIPAddress", "192.168.1.10", 0, sSameAddress},
-                    MarkerCase{"Rule5", sMask24, "DeviceSubnetMask", "255.0.255.0", 1, sOtherMask},
-                    MarkerCase{"Rule6", "255.0.255.0", "DeviceSubnetMask", "255.0.255.0", 1, sInvalidMask},
-                    MarkerCase{"Rule7", sMask24, "DeviceDefaultGateway", "10.0.0.1", 2, sOtherGateway}),
+    testing::Values(MarkerCase{"Rule1", Mask24, "DeviceIPAddress", "224.0.0.1", 0, RangeText},
+                    MarkerCase{"Rule2", Mask24, "DeviceIPAddress", "10.0.0.5", 0, OtherSubnetText},
+                    MarkerCase{"Rule3With0", Mask24, "DeviceIPAddress", "192.168.1.0", 0, EndText},
+                    MarkerCase{"Rule3With255", Mask24, "DeviceIPAddress", "192.168.1.255", 0, EndText},
+                    MarkerCase{"Rule4", Mask24, "DeviceIPAddress", "192.168.1.10", 0, SameAddressText},
+                    MarkerCase{"Rule5", Mask24, "DeviceSubnetMask", "255.0.255.0", 1, OtherMaskText},
+                    MarkerCase{"Rule6", "255.0.255.0", "DeviceSubnetMask", "255.0.255.0", 1, InvalidMaskText},
+                    MarkerCase{"Rule7", Mask24, "DeviceDefaultGateway", "10.0.0.1", 2, OtherGatewayText}),
     [](const auto &aInfo) { return aInfo.param.mName; });
 
 TEST_F(ForceIPDlgTest, MarksAllThreeFieldsAtOnce)
@@ -325,7 +325,7 @@ TEST_F(ForceIPDlgTest, MarksAllThreeFieldsAtOnce)
     Type(Field("DeviceIPAddress"), "10.0.0.5");
     Type(Field("DeviceSubnetMask"), "255.255.0.0");
     Type(Field("DeviceDefaultGateway"), "10.0.0.1");
-    EXPECT_EQ(Messages(), (QStringList{sOtherSubnet, sOtherMask, sOtherGateway}));
+    EXPECT_EQ(Messages(), (QStringList{OtherSubnetText, OtherMaskText, OtherGatewayText}));
     ExpectMarkersFollowMessages();
 }
 
@@ -355,7 +355,7 @@ TEST_F(ForceIPDlgTest, AMarkerExplainsItselfUnderTheMouse)
     };
     EXPECT_EQ(ask(MarkerRect("DeviceSubnetMask").center()), "");
     EXPECT_EQ(ask(QPoint(2, 2)), "");
-    EXPECT_EQ(ask(MarkerRect("DeviceIPAddress").center()), sOtherSubnet);
+    EXPECT_EQ(ask(MarkerRect("DeviceIPAddress").center()), OtherSubnetText);
     QToolTip::hideText();
 }
 
@@ -503,7 +503,7 @@ INSTANTIATE_TEST_SUITE_P(
     Table, ForceIPDlgBlock,
     testing::Values(BlockingCase{"AddressOfTheAdapter", "192.168.1.10", "255.255.255.0",
                                  "Cannot assign the same IP Address as the Interface!"},
-                    BlockingCase{"Range", "224.1.2.3", "255.255.255.0", sRange},
+                    BlockingCase{"Range", "224.1.2.3", "255.255.255.0", RangeText},
                     BlockingCase{"Subnet", "192.168.1.0", "255.255.255.0",
                                  "Cannot assign the device IP Address to be the same as its subnet!"},
                     BlockingCase{"Incomplete", "192.168.1.", "255.255.255.0",
@@ -515,7 +515,7 @@ TEST_F(ForceIPDlgTest, AsksAboutDoubtsAndAppliesAfterYes)
 {
     Open();
     Type(Field("DeviceIPAddress"), "10.0.0.5");
-    EXPECT_EQ(Messages(), (QStringList{sOtherSubnet, "", ""}));
+    EXPECT_EQ(Messages(), (QStringList{OtherSubnetText, "", ""}));
     AnsweredBox box(QMessageBox::Yes);
     ClickOK();
     EXPECT_EQ(box.mIcon, QMessageBox::Question);
@@ -591,7 +591,7 @@ TEST_F(ForceIPDlgTest, TheSecondAddressOfTheAdapterIsDoubtfulButNotBlocked)
     QTest::keyClick(Combo(mDialog.get()), Qt::Key_Down);
     Type(Field("DeviceIPAddress"), "10.0.0.9");
     Type(Field("DeviceDefaultGateway"), "");
-    EXPECT_EQ(Messages(), (QStringList{sSameAddress, "", ""}));
+    EXPECT_EQ(Messages(), (QStringList{SameAddressText, "", ""}));
     AnsweredBox box(QMessageBox::No);
     ClickOK();
     EXPECT_EQ(box.mTitle, "Warning");
@@ -603,7 +603,7 @@ TEST_F(ForceIPDlgTest, TheFirstAddressOfTheAdapterIsBlockedWhicheverIsSelected)
     Combo(mDialog.get())->setFocus();
     QTest::keyClick(Combo(mDialog.get()), Qt::Key_Down);
     Type(Field("DeviceIPAddress"), "192.168.1.10");
-    EXPECT_EQ(Messages()[0], sOtherSubnet);
+    EXPECT_EQ(Messages()[0], OtherSubnetText);
     ExpectedBox box;
     ClickOK();
     EXPECT_EQ(box.Text(), "Cannot assign the same IP Address as the Interface!");

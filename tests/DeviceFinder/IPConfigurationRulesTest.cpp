@@ -147,7 +147,7 @@ struct DoubtCase
     const char *mGatewayDoubt;
 };
 
-constexpr char sNIC[] = "192.168.1.10";
+constexpr char NIC[] = "192.168.1.10";
 
 }  // namespace
 
@@ -168,36 +168,36 @@ TEST_P(IPConfigurationDoubt, IsThatOfTheFirstRuleThatFails)
 INSTANTIATE_TEST_SUITE_P(
     Table, IPConfigurationDoubt,
     testing::Values(
-        DoubtCase{"None", sNIC, sMask24, "192.168.1.20", sMask24, "192.168.1.1", "", "", ""},
-        DoubtCase{"NoneWithoutMaskAndGateway", sNIC, sMask24, "192.168.1.20", "0.0.0.0", "", "", "", ""},
-        DoubtCase{"Rule1Multicast", sNIC, sMask24, "224.0.0.1", sMask24, "", sRange, "", ""},
-        DoubtCase{"Rule1Last", sNIC, sMask24, "255.255.255.255", sMask24, "", sRange, "", ""},
-        DoubtCase{"Rule1NotBelow224", "223.1.1.1", sMask24, "223.1.1.2", sMask24, "", "", "", ""},
-        DoubtCase{"Rule1BeforeRule2", sNIC, sMask24, "239.1.1.0", sMask24, "", sRange, "", ""},
-        DoubtCase{"Rule1BeforeRule4", "230.1.1.1", sMask24, "230.1.1.1", sMask24, "", sRange, "", ""},
-        DoubtCase{"Rule2OtherSubnet", sNIC, sMask24, "10.0.0.5", sMask24, "", sOtherSubnet, "", ""},
-        DoubtCase{"Rule2JustBeside", sNIC, sMask24, "192.168.2.20", sMask24, "", sOtherSubnet, "", ""},
-        DoubtCase{"Rule2ByTheMaskOfTheNIC", sNIC, "255.255.0.0", "192.168.2.20", "255.255.0.0", "", "", "", ""},
-        DoubtCase{"Rule2BeforeRule3", sNIC, sMask24, "192.168.2.255", sMask24, "", sOtherSubnet, "", ""},
-        DoubtCase{"Rule2OfATextThatIsNoAddress", sNIC, sMask24, "192.168.1.", sMask24, "", sOtherSubnet, "", ""},
-        DoubtCase{"Rule3Ending0", sNIC, sMask24, "192.168.1.0", sMask24, "", sEnd, "", ""},
-        DoubtCase{"Rule3Ending255", sNIC, sMask24, "192.168.1.255", sMask24, "", sEnd, "", ""},
-        DoubtCase{"Rule3AlsoInTheMiddleOfALargeSubnet", sNIC, "255.255.0.0", "192.168.2.0", "255.255.0.0", "", sEnd, "",
+        DoubtCase{"None", NIC, Mask24, "192.168.1.20", Mask24, "192.168.1.1", "", "", ""},
+        DoubtCase{"NoneWithoutMaskAndGateway", NIC, Mask24, "192.168.1.20", "0.0.0.0", "", "", "", ""},
+        DoubtCase{"Rule1Multicast", NIC, Mask24, "224.0.0.1", Mask24, "", RangeText, "", ""},
+        DoubtCase{"Rule1Last", NIC, Mask24, "255.255.255.255", Mask24, "", RangeText, "", ""},
+        DoubtCase{"Rule1NotBelow224", "223.1.1.1", Mask24, "223.1.1.2", Mask24, "", "", "", ""},
+        DoubtCase{"Rule1BeforeRule2", NIC, Mask24, "239.1.1.0", Mask24, "", RangeText, "", ""},
+        DoubtCase{"Rule1BeforeRule4", "230.1.1.1", Mask24, "230.1.1.1", Mask24, "", RangeText, "", ""},
+        DoubtCase{"Rule2OtherSubnet", NIC, Mask24, "10.0.0.5", Mask24, "", OtherSubnetText, "", ""},
+        DoubtCase{"Rule2JustBeside", NIC, Mask24, "192.168.2.20", Mask24, "", OtherSubnetText, "", ""},
+        DoubtCase{"Rule2ByTheMaskOfTheNIC", NIC, "255.255.0.0", "192.168.2.20", "255.255.0.0", "", "", "", ""},
+        DoubtCase{"Rule2BeforeRule3", NIC, Mask24, "192.168.2.255", Mask24, "", OtherSubnetText, "", ""},
+        DoubtCase{"Rule2OfATextThatIsNoAddress", NIC, Mask24, "192.168.1.", Mask24, "", OtherSubnetText, "", ""},
+        DoubtCase{"Rule3Ending0", NIC, Mask24, "192.168.1.0", Mask24, "", EndText, "", ""},
+        DoubtCase{"Rule3Ending255", NIC, Mask24, "192.168.1.255", Mask24, "", EndText, "", ""},
+        DoubtCase{"Rule3AlsoInTheMiddleOfALargeSubnet", NIC, "255.255.0.0", "192.168.2.0", "255.255.0.0", "", EndText,
+                  "", ""},
+        DoubtCase{"Rule3BeforeRule4", "192.168.1.255", Mask24, "192.168.1.255", Mask24, "", EndText, "", ""},
+        DoubtCase{"Rule3OfATextThatIsNoAddressWithoutASubnet", "0.0.0.0", "0.0.0.0", "192.", "0.0.0.0", "", EndText, "",
                   ""},
-        DoubtCase{"Rule3BeforeRule4", "192.168.1.255", sMask24, "192.168.1.255", sMask24, "", sEnd, "", ""},
-        DoubtCase{"Rule3OfATextThatIsNoAddressWithoutASubnet", "0.0.0.0", "0.0.0.0", "192.", "0.0.0.0", "", sEnd, "",
-                  ""},
-        DoubtCase{"Rule4SameAsTheNIC", sNIC, sMask24, sNIC, sMask24, "", sSameAddress, "", ""},
-        DoubtCase{"Rule4ByNumber", sNIC, sMask24, "192.168.001.010", sMask24, "", sSameAddress, "", ""},
-        DoubtCase{"Rule5OtherMask", sNIC, sMask24, "192.168.1.20", "255.255.0.0", "", "", sOtherMask, ""},
-        DoubtCase{"Rule5NotForAMaskThatIsNone", sNIC, sMask24, "192.168.1.20", "255.255", "", "", "", ""},
-        DoubtCase{"Rule5BeforeRule6", sNIC, sMask24, "192.168.1.20", "255.0.255.0", "", "", sOtherMask, ""},
-        DoubtCase{"Rule6MaskWithAHole", sNIC, "255.0.255.0", "192.168.1.20", "255.0.255.0", "", "", sInvalidMask, ""},
-        DoubtCase{"Rule7OtherGateway", sNIC, sMask24, "192.168.1.20", sMask24, "10.0.0.1", "", "", sOtherGateway},
-        DoubtCase{"Rule7NotForAGatewayThatIsNone", sNIC, sMask24, "192.168.1.20", sMask24, "10.", "", "", ""},
-        DoubtCase{"Rule7NotForTheGatewayAsAddress", sNIC, sMask24, "192.168.1.1", sMask24, "192.168.1.1", "", "", ""},
-        DoubtCase{"AllFields", sNIC, sMask24, "10.0.0.5", "255.0.0.0", "10.0.0.1", sOtherSubnet, sOtherMask,
-                  sOtherGateway}),
+        DoubtCase{"Rule4SameAsTheNIC", NIC, Mask24, NIC, Mask24, "", SameAddressText, "", ""},
+        DoubtCase{"Rule4ByNumber", NIC, Mask24, "192.168.001.010", Mask24, "", SameAddressText, "", ""},
+        DoubtCase{"Rule5OtherMask", NIC, Mask24, "192.168.1.20", "255.255.0.0", "", "", OtherMaskText, ""},
+        DoubtCase{"Rule5NotForAMaskThatIsNone", NIC, Mask24, "192.168.1.20", "255.255", "", "", "", ""},
+        DoubtCase{"Rule5BeforeRule6", NIC, Mask24, "192.168.1.20", "255.0.255.0", "", "", OtherMaskText, ""},
+        DoubtCase{"Rule6MaskWithAHole", NIC, "255.0.255.0", "192.168.1.20", "255.0.255.0", "", "", InvalidMaskText, ""},
+        DoubtCase{"Rule7OtherGateway", NIC, Mask24, "192.168.1.20", Mask24, "10.0.0.1", "", "", OtherGatewayText},
+        DoubtCase{"Rule7NotForAGatewayThatIsNone", NIC, Mask24, "192.168.1.20", Mask24, "10.", "", "", ""},
+        DoubtCase{"Rule7NotForTheGatewayAsAddress", NIC, Mask24, "192.168.1.1", Mask24, "192.168.1.1", "", "", ""},
+        DoubtCase{"AllFields", NIC, Mask24, "10.0.0.5", "255.0.0.0", "10.0.0.1", OtherSubnetText, OtherMaskText,
+                  OtherGatewayText}),
     [](const auto &aInfo) { return aInfo.param.mName; });
 
 TEST(IPConfigurationDoubts, AreEmptyWhenNoFieldIsDoubtful)
@@ -213,8 +213,8 @@ TEST(IPConfigurationDoubts, AreEmptyWhenNoFieldIsDoubtful)
 namespace
 {
 
-constexpr char sBlockSame[] = "Cannot assign the same IP Address as the Interface!";
-constexpr char sBlockSubnet[] = "Cannot assign the device IP Address to be the same as its subnet!";
+constexpr char BlockSameText[] = "Cannot assign the same IP Address as the Interface!";
+constexpr char BlockSubnetText[] = "Cannot assign the device IP Address to be the same as its subnet!";
 
 struct BlockCase
 {
@@ -240,18 +240,18 @@ TEST_P(IPConfigurationBlock, SaysWhy)
 
 INSTANTIATE_TEST_SUITE_P(
     Table, IPConfigurationBlock,
-    testing::Values(BlockCase{"Nothing", sNIC, "192.168.1.20", sMask24, ""},
-                    BlockCase{"AddressOfTheNIC", sNIC, sNIC, sMask24, sBlockSame},
-                    BlockCase{"AddressOfTheNICIsComparedAsText", sNIC, "192.168.001.010", sMask24, ""},
-                    BlockCase{"AddressOfTheNICBeforeTheRange", "230.1.1.1", "230.1.1.1", sMask24, sBlockSame},
-                    BlockCase{"Range", sNIC, "224.0.0.1", sMask24, sRange},
-                    BlockCase{"RangeBeforeTheSubnet", sNIC, "224.0.0.0", sMask24, sRange},
-                    BlockCase{"NotBelowTheRange", sNIC, "223.255.255.254", sMask24, ""},
-                    BlockCase{"Subnet", sNIC, "192.168.1.0", sMask24, sBlockSubnet},
-                    BlockCase{"SubnetByTheMaskOfTheDevice", sNIC, "192.168.1.0", "255.255.0.0", ""},
-                    BlockCase{"HostMask", sNIC, "192.168.1.20", "255.255.255.255", sBlockSubnet},
-                    BlockCase{"TextThatIsNoAddress", sNIC, "192.168.1.", sMask24, sBlockSubnet},
-                    BlockCase{"NoMask", sNIC, "192.168.1.20", "", ""},
-                    BlockCase{"NoAddressOfTheNIC", "", "192.168.1.20", sMask24, ""},
-                    BlockCase{"NoAddressAnywhere", "", "", "", sBlockSubnet}),
+    testing::Values(BlockCase{"Nothing", NIC, "192.168.1.20", Mask24, ""},
+                    BlockCase{"AddressOfTheNIC", NIC, NIC, Mask24, BlockSameText},
+                    BlockCase{"AddressOfTheNICIsComparedAsText", NIC, "192.168.001.010", Mask24, ""},
+                    BlockCase{"AddressOfTheNICBeforeTheRange", "230.1.1.1", "230.1.1.1", Mask24, BlockSameText},
+                    BlockCase{"Range", NIC, "224.0.0.1", Mask24, RangeText},
+                    BlockCase{"RangeBeforeTheSubnet", NIC, "224.0.0.0", Mask24, RangeText},
+                    BlockCase{"NotBelowTheRange", NIC, "223.255.255.254", Mask24, ""},
+                    BlockCase{"Subnet", NIC, "192.168.1.0", Mask24, BlockSubnetText},
+                    BlockCase{"SubnetByTheMaskOfTheDevice", NIC, "192.168.1.0", "255.255.0.0", ""},
+                    BlockCase{"HostMask", NIC, "192.168.1.20", "255.255.255.255", BlockSubnetText},
+                    BlockCase{"TextThatIsNoAddress", NIC, "192.168.1.", Mask24, BlockSubnetText},
+                    BlockCase{"NoMask", NIC, "192.168.1.20", "", ""},
+                    BlockCase{"NoAddressOfTheNIC", "", "192.168.1.20", Mask24, ""},
+                    BlockCase{"NoAddressAnywhere", "", "", "", BlockSubnetText}),
     [](const auto &aInfo) { return aInfo.param.mName; });

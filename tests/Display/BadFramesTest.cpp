@@ -11,10 +11,10 @@
 namespace
 {
 
-constexpr QRgb cBackground = qRgb(90, 20, 40);
-constexpr uint32_t cMost = 0xFFFFFFFF;
-constexpr auto cUnknownType = static_cast<LxPixelType>(0x8020FFFF);
-constexpr auto cTypeWithoutSize = static_cast<LxPixelType>(0x8000FFFF);
+constexpr QRgb Background = qRgb(90, 20, 40);
+constexpr uint32_t Most = 0xFFFFFFFF;
+constexpr auto UnknownType = static_cast<LxPixelType>(0x8020FFFF);
+constexpr auto TypeWithoutSize = static_cast<LxPixelType>(0x8000FFFF);
 
 /// A frame that says of itself what a test tells it to: 8 x 8 pixels of Mono8 in 64 bytes unless told otherwise.
 template <typename Interface>
@@ -87,13 +87,12 @@ constexpr auto NotSupported = LxResultCode::PixelFormatNotSupported;
 
 #define LX_BAD(...) [](BadImage &f) { __VA_ARGS__; }, [](BadGenDCImage &f) { __VA_ARGS__; }
 
-const Row cRows[] = {
+const Row Rows[] = {
     {"no width", LX_BAD(f.mWidth = 0), NoImage, NoImage, Then::Last},
     {"no height", LX_BAD(f.mHeight = 0), NoImage, NoImage, Then::Last},
     {"no pixel type", LX_BAD(f.mType = LxPixelType::None), NoImage, NoImage, Then::Last},
-    {"an unknown pixel type", LX_BAD(f.mType = cUnknownType; f.SetData(256)), NotSupported, NotSupported,
-     Then::Nothing},
-    {"a pixel type without a size", LX_BAD(f.mType = cTypeWithoutSize), NotSupported, Invalid, Then::Nothing},
+    {"an unknown pixel type", LX_BAD(f.mType = UnknownType; f.SetData(256)), NotSupported, NotSupported, Then::Nothing},
+    {"a pixel type without a size", LX_BAD(f.mType = TypeWithoutSize), NotSupported, Invalid, Then::Nothing},
     {"no data", LX_BAD(f.mData.reset(); f.mSize = 0), Invalid, Invalid, Then::Last},
     {"no data but a size", LX_BAD(f.mData.reset()), Invalid, Invalid, Then::Last},
     {"a byte short", LX_BAD(f.SetData(63)), TooSmall, TooSmall, Then::Nothing},
@@ -105,14 +104,14 @@ const Row cRows[] = {
     {"padding below that is not there", LX_BAD(f.mPaddingY = 1), TooSmall, TooSmall, Then::Nothing},
     {"lines shorter than their pixels", LX_BAD(f.mPaddingX = static_cast<uint32_t>(-4)), TooSmall, TooSmall,
      Then::Nothing},
-    {"lines as long as a number can be", LX_BAD(f.mPaddingX = cMost), TooSmall, TooSmall, Then::Nothing},
-    {"padding below as large as a number can be", LX_BAD(f.mPaddingY = cMost), TooSmall, TooSmall, Then::Nothing},
-    {"paddings whose size overflows", LX_BAD(f.mHeight = f.mPaddingX = f.mPaddingY = cMost), Invalid, Invalid,
+    {"lines as long as a number can be", LX_BAD(f.mPaddingX = Most), TooSmall, TooSmall, Then::Nothing},
+    {"padding below as large as a number can be", LX_BAD(f.mPaddingY = Most), TooSmall, TooSmall, Then::Nothing},
+    {"paddings whose size overflows", LX_BAD(f.mHeight = f.mPaddingX = f.mPaddingY = Most), Invalid, Invalid,
      Then::Nothing},
-    {"as many lines as a number can say", LX_BAD(f.mWidth = 1; f.mHeight = cMost), TooSmall, TooSmall, Then::Nothing},
-    {"as many columns as a number can say", LX_BAD(f.mWidth = cMost; f.mHeight = 1), Invalid, TooSmall, Then::Nothing},
+    {"as many lines as a number can say", LX_BAD(f.mWidth = 1; f.mHeight = Most), TooSmall, TooSmall, Then::Nothing},
+    {"as many columns as a number can say", LX_BAD(f.mWidth = Most; f.mHeight = 1), Invalid, TooSmall, Then::Nothing},
     {"all numbers as large as can be",
-     LX_BAD(f.mWidth = f.mHeight = f.mPaddingX = f.mPaddingY = cMost; f.mType = LxPixelType::BGRa8), Invalid, Invalid,
+     LX_BAD(f.mWidth = f.mHeight = f.mPaddingX = f.mPaddingY = Most; f.mType = LxPixelType::BGRa8), Invalid, Invalid,
      Then::Nothing},
     {"too large for OpenGL and its data", LX_BAD(f.mWidth = 5000), TooSmall, TooSmall, Then::Nothing},
     {"planes with padding", LX_BAD(f.mType = LxPixelType::RGB8_Planar; f.mPaddingX = 1; f.SetData(1000)), Invalid,
@@ -127,7 +126,7 @@ protected:
     void ShowGood(int aRendererMode)
     {
         ASSERT_EQ(mDisplay.SetRendererMode(aRendererMode).GetCode(), 0u);
-        mDisplay.SetBackgroundColor(QColor(cBackground));
+        mDisplay.SetBackgroundColor(QColor(Background));
         ShowAt(100, 100);
         ShowPicture(100, 100);
         ASSERT_EQ(Screen().pixel(30, 40), PictureColor(30, 40));
@@ -137,7 +136,7 @@ protected:
 TEST_F(BadFrames, GiveTheirCodeAndKeepTheLastPictureInSoftware)
 {
     ShowGood(LxRendererModeSoftware);
-    for (const Row &row : cRows) {
+    for (const Row &row : Rows) {
         SCOPED_TRACE(row.mName);
         BadImage image;
         row.mSpoilImage(image);
@@ -153,28 +152,28 @@ TEST_F(BadFrames, GiveTheirCodeAndKeepTheLastPictureInSoftware)
 TEST_F(BadFrames, LeaveAnEmptyDisplayEmpty)
 {
     mDisplay.SetRendererMode(LxRendererModeSoftware);
-    mDisplay.SetBackgroundColor(QColor(cBackground));
+    mDisplay.SetBackgroundColor(QColor(Background));
     ShowAt(100, 100);
-    for (const Row &row : cRows) {
+    for (const Row &row : Rows) {
         SCOPED_TRACE(row.mName);
         BadImage image;
         row.mSpoilImage(image);
         EXPECT_FALSE(mDisplay.Display(&image, false).IsOK());
         EXPECT_EQ(mDisplay.GetInternalBuffer().GetDataPointer(), nullptr);
-        EXPECT_EQ(Screen().pixel(30, 40), cBackground);
+        EXPECT_EQ(Screen().pixel(30, 40), Background);
     }
 }
 
 TEST_F(BadFrames, AreNoErrorByOpenGLOnceTheyAreHandedOver)
 {
     ShowGood(LxRendererModeOpenGL);
-    for (const Row &row : cRows) {
+    for (const Row &row : Rows) {
         SCOPED_TRACE(row.mName);
         ShowPicture(100, 100);
         BadImage image;
         row.mSpoilImage(image);
         EXPECT_EQ(mDisplay.Display(&image, false), LxResult(row.mSoftware == NoImage ? NoImage : LxResultCode::OK));
-        EXPECT_EQ(Screen().pixel(30, 40), row.mOpenGL == Then::Last ? PictureColor(30, 40) : cBackground);
+        EXPECT_EQ(Screen().pixel(30, 40), row.mOpenGL == Then::Last ? PictureColor(30, 40) : Background);
     }
 }
 

@@ -25,7 +25,7 @@ using namespace DisplayGeometry;
 namespace
 {
 
-const QRgb cDarkGray = QColor(Qt::darkGray).rgb();
+const QRgb DarkGray = QColor(Qt::darkGray).rgb();
 
 /// Spoils the OpenGL widgets that come into a host: no platform makes contexts of their kind.
 class ContextSpoiler : public QObject
@@ -114,11 +114,11 @@ TEST_F(OpenGLDisplay, FramesStillTooLargeAfterHalvingShowNothing)
     ShowPicture(200, 100);
     ASSERT_TRUE(mDisplay.Display(*MakePicture(10000, 100), false).IsOK());
     EXPECT_EQ(GL()->FrameSize(), QSize(2500, 25));
-    EXPECT_EQ(Screen().pixel(100, 50), cDarkGray);
+    EXPECT_EQ(Screen().pixel(100, 50), DarkGray);
     ASSERT_TRUE(mDisplay.Display(*MakePicture(1, 9000), false).IsOK());
-    EXPECT_EQ(Screen().pixel(100, 50), cDarkGray);
+    EXPECT_EQ(Screen().pixel(100, 50), DarkGray);
     ASSERT_TRUE(mDisplay.Display(*MakePicture(80000, 2), false).IsOK()) << "beyond every texture limit";
-    EXPECT_EQ(Screen().pixel(100, 50), cDarkGray);
+    EXPECT_EQ(Screen().pixel(100, 50), DarkGray);
     ShowPicture(200, 100);
     EXPECT_EQ(Screen().pixel(100, 50), PictureColor(100, 50));
 }
@@ -131,7 +131,7 @@ TEST_F(OpenGLDisplay, AFrameThatCannotBeConvertedIsShownAsNothingAndIsNoError)
     uint8_t data[64 * 8] = {};
     ASSERT_TRUE(image.Attach(data, 8, 8, static_cast<LxPixelType>(0x8020FFFF)).IsOK());
     EXPECT_EQ(mDisplay.Display(static_cast<const ILxImage *>(&image), false).GetCode(), 0u);
-    EXPECT_EQ(Screen().pixel(50, 50), cDarkGray);
+    EXPECT_EQ(Screen().pixel(50, 50), DarkGray);
 }
 
 TEST_F(OpenGLDisplay, ANewFrameSizeMakesNewFrameObjectsAndAResizeOnlyOverlayObjects)
@@ -204,7 +204,7 @@ TEST_F(OpenGLDisplay, WithoutAFrameThereAreObjectsWithoutMemoryAndNothingIsDrawn
     QCoreApplication::sendPostedEvents(&mDisplay);  // the change of the renderer clears
     mDisplay.SetTextOverlay("text");
     ShowAt(200, 100);
-    EXPECT_EQ(Screen().pixel(100, 50), cDarkGray);
+    EXPECT_EQ(Screen().pixel(100, 50), DarkGray);
     EXPECT_EQ(mSpy.mBuffersMade, 2);
     EXPECT_EQ(mSpy.mTexturesMade, 2);
     EXPECT_EQ(GL()->LiveBufferCount(), 2u);
@@ -266,9 +266,9 @@ TEST_F(OpenGLDisplay, EveryFrameOfAnotherThreadIsTakenAlsoWhileTheWindowIsResize
     ShowAt(200, 100);
     ShowPicture(10, 10);
     mSpy.mUploads.clear();
-    constexpr int cFrames = 60;
+    constexpr int frames = 60;
     std::vector<std::unique_ptr<LxBuffer>> pictures;
-    for (int i = 0; i < cFrames; ++i) {
+    for (int i = 0; i < frames; ++i) {
         pictures.push_back(MakePicture(100 + i, 50));
     }
     std::atomic<int> shown{0};
@@ -277,7 +277,7 @@ TEST_F(OpenGLDisplay, EveryFrameOfAnotherThreadIsTakenAlsoWhileTheWindowIsResize
     std::thread producer([&] {
         for (const auto &picture : pictures) {
             // again where the GUI thread stood still for as long as a frame waits
-            constexpr int cStepsToTakeIt = 10;
+            constexpr int stepsToTakeIt = 10;
             qint64 elapsed = 0;
             int before = 0;
             do {
@@ -286,7 +286,7 @@ TEST_F(OpenGLDisplay, EveryFrameOfAnotherThreadIsTakenAlsoWhileTheWindowIsResize
                 clock.start();
                 EXPECT_TRUE(mDisplay.Display(*picture, false).IsOK());
                 elapsed = clock.elapsed();
-            } while (elapsed >= 490 && steps - before < cStepsToTakeIt && !isOver);
+            } while (elapsed >= 490 && steps - before < stepsToTakeIt && !isOver);
             ++shown;
         }
     });
@@ -295,7 +295,7 @@ TEST_F(OpenGLDisplay, EveryFrameOfAnotherThreadIsTakenAlsoWhileTheWindowIsResize
             const int step = ++steps;
             mHost.resize(200 + step % 50, 100 + step % 30);
             mHost.update();
-            return shown == cFrames;
+            return shown == frames;
         },
         60000));
     isOver = true;
@@ -305,7 +305,7 @@ TEST_F(OpenGLDisplay, EveryFrameOfAnotherThreadIsTakenAlsoWhileTheWindowIsResize
         const QSize frame(static_cast<int>(picture->GetImage()->GetWidth()), 50);
         taken += std::count(mSpy.mUploads.begin(), mSpy.mUploads.end(), frame) > 0;
     }
-    EXPECT_EQ(taken, cFrames);
+    EXPECT_EQ(taken, frames);
 }
 
 TEST_F(OpenGLDisplay, AFrameThatNobodyTakesIsDroppedAfterHalfASecond)
@@ -496,7 +496,7 @@ TEST_F(OpenGLDisplay, ZoomAndScrollBarsHaveNoEffect)
     EXPECT_TRUE(Bar("horizontalScrollBar")->isHidden());
     EXPECT_TRUE(Bar("verticalScrollBar")->isHidden());
     EXPECT_EQ(GL()->geometry(), QRect(0, 0, 200, 100));
-    ExpectFitted(Screen(), *MakePicture(400, 200)->GetImage(), cDarkGray, 1);
+    ExpectFitted(Screen(), *MakePicture(400, 200)->GetImage(), DarkGray, 1);
 }
 
 TEST_F(OpenGLDisplay, ClicksOnThePictureGiveTheWindowTheKeyboard)
@@ -516,7 +516,7 @@ TEST_F(OpenGLDisplay, TheRendererMayBeChangedWhileItShows)
         ShowPicture(200, 100);
         ASSERT_EQ(mDisplay.SetRendererMode(0).GetCode(), 0u);
         EXPECT_EQ(GL(), nullptr);
-        EXPECT_EQ(Screen().pixel(100, 50), cDarkGray) << "every change clears";
+        EXPECT_EQ(Screen().pixel(100, 50), DarkGray) << "every change clears";
         ShowPicture(400, 200);
         mDisplay.OnMainZoom1To1();
         EXPECT_EQ(Screen().pixel(0, 0), PictureColor((400 - 182) / 2, (200 - 82) / 2));
@@ -525,9 +525,9 @@ TEST_F(OpenGLDisplay, TheRendererMayBeChangedWhileItShows)
         ASSERT_NE(GL(), nullptr);
         EXPECT_EQ(GL()->geometry(), QRect(0, 0, 200, 100));
         EXPECT_TRUE(Bar("horizontalScrollBar")->isHidden());
-        EXPECT_EQ(Screen().pixel(100, 50), cDarkGray);
+        EXPECT_EQ(Screen().pixel(100, 50), DarkGray);
         ShowPicture(400, 200);
-        ExpectFitted(Screen(), *MakePicture(400, 200)->GetImage(), cDarkGray, 1);
+        ExpectFitted(Screen(), *MakePicture(400, 200)->GetImage(), DarkGray, 1);
     }
     EXPECT_EQ(mHost.findChildren<GLDisplay *>().size(), 1);
     EXPECT_EQ(mHost.findChildren<QScrollBar *>().size(), 2);

@@ -11,7 +11,7 @@ using testing::ElementsAre;
 namespace
 {
 
-const QString cExtensions = QStringLiteral("GL_ARB_multitexture GL_ARB_pixel_buffer_object GL_EXT_bgra");
+const QString Extensions = QStringLiteral("GL_ARB_multitexture GL_ARB_pixel_buffer_object GL_EXT_bgra");
 
 /// A driver that has every entry point but some, and remembers what was asked for.
 struct Driver
@@ -20,7 +20,7 @@ struct Driver
     std::vector<std::string> mAsked;
 
     int Probe(const QString &aVersion, const QString &aRenderer = QStringLiteral("Vendor 9000"),
-              const QString &aExtensions = cExtensions)
+              const QString &aExtensions = Extensions)
     {
         mAsked.clear();
         return FindHighestRendererMode({aExtensions, aVersion, aRenderer}, [this](const char *aName) {
@@ -30,8 +30,8 @@ struct Driver
     }
 };
 
-const std::set<std::string> cSwapIntervals = {"wglSwapIntervalEXT", "glXSwapIntervalSGI", "glXSwapIntervalMESA",
-                                              "glXSwapIntervalEXT"};
+const std::set<std::string> SwapIntervals = {"wglSwapIntervalEXT", "glXSwapIntervalSGI", "glXSwapIntervalMESA",
+                                             "glXSwapIntervalEXT"};
 
 }  // namespace
 
@@ -95,8 +95,8 @@ TEST(RendererProbe, EveryBufferEntryPointIsNeeded)
 
 TEST(RendererProbe, TheSwapIntervalMayComeFromThePlatform)
 {
-    for (const std::string &name : cSwapIntervals) {
-        Driver driver{cSwapIntervals, {}};
+    for (const std::string &name : SwapIntervals) {
+        Driver driver{SwapIntervals, {}};
         EXPECT_EQ(driver.Probe("4.5"), 0);
         EXPECT_EQ(driver.Probe("4.5", "Mesa"), 1) << "trusted without";
         driver.mMissing.erase(name);

@@ -18,7 +18,7 @@ protected:
         ASSERT_EQ(Screen().size(), QSize(200, 150));
     }
 
-    static constexpr QRgb cBackground = qRgb(90, 20, 40);
+    static constexpr QRgb Background = qRgb(90, 20, 40);
 };
 
 std::string RendererName(const testing::TestParamInfo<int> &aInfo)
@@ -33,14 +33,14 @@ INSTANTIATE_TEST_SUITE_P(Renderer, ScaledRenderers, testing::Values(0, 1), Rende
 TEST_P(ScaledRenderers, UseEveryPixelOfTheScreen)
 {
     ShowPicture(200, 150);
-    ExpectFitted(Screen(), *MakePicture(200, 150)->GetImage(), cBackground);
+    ExpectFitted(Screen(), *MakePicture(200, 150)->GetImage(), Background);
 }
 
 TEST_P(ScaledRenderers, FitOtherShapesCentredOnTheBackground)
 {
     for (const QSize &size : {QSize(50, 75), QSize(100, 25), QSize(10, 15)}) {
         ShowPicture(size.width(), size.height());
-        ExpectFitted(Screen(), *MakePicture(size.width(), size.height())->GetImage(), cBackground);
+        ExpectFitted(Screen(), *MakePicture(size.width(), size.height())->GetImage(), Background);
     }
 }
 
@@ -52,7 +52,7 @@ TEST_P(ScaledRenderers, FollowAResize)
     const auto picture = MakePicture(120, 90);
     ASSERT_TRUE(mDisplay.Display(*picture, false).IsOK());
     // the server may ask for more repainting
-    EXPECT_TRUE(WaitForGui([&] { return FindWrongPixels(Screen(), *picture->GetImage(), cBackground).empty(); }));
+    EXPECT_TRUE(WaitForGui([&] { return FindWrongPixels(Screen(), *picture->GetImage(), Background).empty(); }));
 }
 
 TEST_P(ScaledRenderers, PlaceTheOverlayRelativeToThePictureInTheSizeOfAnyText)

@@ -25,7 +25,7 @@ protected:
         mDisplay.SetBackgroundColor(QColor(90, 20, 40));
     }
 
-    static constexpr QRgb cBackground = qRgb(90, 20, 40);
+    static constexpr QRgb Background = qRgb(90, 20, 40);
 };
 
 std::string RendererName(const testing::TestParamInfo<int> &aInfo)
@@ -95,14 +95,14 @@ TEST_P(BothRenderers, ShowAPictureAsLargeAsTheWindowPixelByPixel)
 {
     ShowAt(200, 150);
     ShowPicture(200, 150);
-    ExpectFitted(Screen(), *MakePicture(200, 150)->GetImage(), cBackground);
+    ExpectFitted(Screen(), *MakePicture(200, 150)->GetImage(), Background);
 }
 
 TEST_P(BothRenderers, EnlargePixelsWithoutBlurringThem)
 {
     ShowAt(300, 200);
     ShowPicture(50, 50);
-    ExpectFitted(Screen(), *MakePicture(50, 50)->GetImage(), cBackground);
+    ExpectFitted(Screen(), *MakePicture(50, 50)->GetImage(), Background);
 }
 
 TEST_P(BothRenderers, FitOddSizesCentredOnTheBackground)
@@ -111,7 +111,7 @@ TEST_P(BothRenderers, FitOddSizesCentredOnTheBackground)
     for (const QSize size : {QSize(37, 23), QSize(641, 479), QSize(1, 77), QSize(301, 3), QSize(3, 2), QSize(1, 1)}) {
         SCOPED_TRACE(size.width());
         ShowPicture(size.width(), size.height());
-        ExpectFitted(Screen(), *MakePicture(size.width(), size.height())->GetImage(), cBackground, 1);
+        ExpectFitted(Screen(), *MakePicture(size.width(), size.height())->GetImage(), Background, 1);
     }
 }
 
@@ -128,7 +128,7 @@ TEST_P(BothRenderers, TellThePixelUnderEveryPoint)
                 const QPoint pixel = mDisplay.PictureAt(QPoint(x, y));
                 const bool isPicture = pixel != QPoint(-1, -1);
                 inside += isPicture;
-                const QRgb expected = isPicture ? PictureColor(pixel.x(), pixel.y()) : cBackground;
+                const QRgb expected = isPicture ? PictureColor(pixel.x(), pixel.y()) : Background;
                 wrong += (screen.pixel(x, y) & 0xFFFFFF) != (expected & 0xFFFFFF);
             }
         }
@@ -147,14 +147,14 @@ TEST_P(BothRenderers, ShowOnePixel)
 {
     ShowAt(120, 100);
     ShowPicture(1, 1);
-    ExpectFitted(Screen(), *MakePicture(1, 1)->GetImage(), cBackground);
+    ExpectFitted(Screen(), *MakePicture(1, 1)->GetImage(), Background);
 }
 
 TEST_P(BothRenderers, ShowFramesOf8192Columns)
 {
     ShowAt(1024, 256);
     ShowPicture(8192, 1024);
-    ExpectFitted(Screen(), *MakePicture(8192, 1024)->GetImage(), cBackground, 5);
+    ExpectFitted(Screen(), *MakePicture(8192, 1024)->GetImage(), Background, 5);
 }
 
 TEST_P(BothRenderers, ShowEveryKindOfPixelFormat)
@@ -169,7 +169,7 @@ TEST_P(BothRenderers, ShowEveryKindOfPixelFormat)
         SCOPED_TRACE(LxPixelTypeToString(type).GetAscii());
         const auto buffer = MakePattern(128, 96, type);
         ASSERT_TRUE(mDisplay.Display(*buffer, false).IsOK());
-        ExpectFitted(Screen(), *Converted(*buffer)->GetImage(), cBackground);
+        ExpectFitted(Screen(), *Converted(*buffer)->GetImage(), Background);
     }
 }
 
@@ -178,7 +178,7 @@ TEST_P(BothRenderers, SkipThePaddingOfLines)
     ShowAt(128, 96);
     const auto buffer = MakePattern(128, 96, LxPixelType::Mono8, 7);
     ASSERT_TRUE(mDisplay.Display(*buffer, false).IsOK());
-    ExpectFitted(Screen(), *Converted(*buffer)->GetImage(), cBackground);
+    ExpectFitted(Screen(), *Converted(*buffer)->GetImage(), Background);
 }
 
 TEST_P(BothRenderers, ConvertFramesWhileNobodyElseMayUseTheDisplay)
@@ -205,8 +205,7 @@ TEST_P(BothRenderers, FollowEveryResize)
         ASSERT_TRUE(WaitForGui([&] { return mHost.size() == size && Screen().size() == size; }));
         ASSERT_TRUE(mDisplay.Display(*picture, false).IsOK());
         // the server may ask for more repainting
-        EXPECT_TRUE(
-            WaitForGui([&] { return FindWrongPixels(Screen(), *picture->GetImage(), cBackground, 1).empty(); }));
+        EXPECT_TRUE(WaitForGui([&] { return FindWrongPixels(Screen(), *picture->GetImage(), Background, 1).empty(); }));
     }
 }
 
@@ -218,7 +217,7 @@ TEST_P(BothRenderers, KeepThePictureWhenTheWindowIsResizedWithoutANewFrame)
     const auto picture = MakePicture(100, 75);
     EXPECT_TRUE(WaitForGui([&] {
         const QImage screen = Screen();
-        return screen.width() == 400 && FindWrongPixels(screen, *picture->GetImage(), cBackground, 1).empty();
+        return screen.width() == 400 && FindWrongPixels(screen, *picture->GetImage(), Background, 1).empty();
     }));
 }
 
@@ -266,16 +265,16 @@ TEST_P(BothRenderers, ClearShowsTheBackgroundAndTheNextFrameAgain)
     ShowPicture(200, 150);
     mDisplay.Clear();
     const QImage empty = Screen();
-    EXPECT_EQ(empty.pixel(100, 75), cBackground);
+    EXPECT_EQ(empty.pixel(100, 75), Background);
     EXPECT_EQ(CountGreen(empty, empty.rect()), 0);
     ShowPicture(200, 150);
-    ExpectFitted(Screen(), *MakePicture(200, 150)->GetImage(), cBackground);
+    ExpectFitted(Screen(), *MakePicture(200, 150)->GetImage(), Background);
 }
 
 TEST_P(BothRenderers, TheBackgroundMayChangeAtAnyTime)
 {
     ShowAt(300, 100);
-    EXPECT_EQ(Screen().pixel(150, 50), cBackground) << "before the first frame";
+    EXPECT_EQ(Screen().pixel(150, 50), Background) << "before the first frame";
     ShowPicture(100, 100);
     mDisplay.SetBackgroundColor(QColor(1, 200, 3));
     EXPECT_EQ(Screen().pixel(10, 50), qRgb(1, 200, 3));
@@ -293,7 +292,7 @@ TEST_P(BothRenderers, GoOnInANewDialog)
         ASSERT_TRUE(WaitForGui([&] { return dialog->size() == QSize(200, 150); }));
         Settle();
         ShowPicture(200, 150);
-        ExpectFitted(Screen(dialog), *MakePicture(200, 150)->GetImage(), cBackground);
+        ExpectFitted(Screen(dialog), *MakePicture(200, 150)->GetImage(), Background);
         ASSERT_TRUE(mDisplay.Close().IsOK());
     }
 }
@@ -311,13 +310,13 @@ TEST_P(BothRenderers, GoOnWhenTheHostMovesTheWidgetToAnotherWindow)
     ASSERT_TRUE(WaitForScreen(window));
     Settle();
     ShowPicture(200, 150);
-    ExpectFitted(Screen(&window).copy(30, 20, 200, 150), *MakePicture(200, 150)->GetImage(), cBackground);
+    ExpectFitted(Screen(&window).copy(30, 20, 200, 150), *MakePicture(200, 150)->GetImage(), Background);
     mHost.setParent(nullptr);
     mHost.show();
     ASSERT_TRUE(WaitForScreen(mHost));
     Settle();
     ShowPicture(200, 150);
-    ExpectFitted(Screen(), *MakePicture(200, 150)->GetImage(), cBackground);
+    ExpectFitted(Screen(), *MakePicture(200, 150)->GetImage(), Background);
 }
 
 TEST_P(BothRenderers, ShowTheImageOfAGenDCContainer)
@@ -334,7 +333,7 @@ TEST_P(BothRenderers, ShowTheImageOfAGenDCContainer)
     const auto buffer = MakePicture(20, 10);
     buffer->SetGenDC(container);
     ASSERT_TRUE(mDisplay.Display(*buffer, false).IsOK());
-    ExpectFitted(Screen(), *inside->GetImage(), cBackground);
+    ExpectFitted(Screen(), *inside->GetImage(), Background);
 }
 
 TEST_P(BothRenderers, ShowTheFirstImageOfAContainerInMemory)
@@ -364,7 +363,7 @@ TEST_P(BothRenderers, ShowTheFirstImageOfAContainerInMemory)
     LxBuffer buffer(LxPayloadType::GenDC);
     buffer.SetGenDC(container);
     ASSERT_TRUE(mDisplay.Display(buffer, false).IsOK());
-    ExpectFitted(Screen(), *Converted(*inside)->GetImage(), cBackground);
+    ExpectFitted(Screen(), *Converted(*inside)->GetImage(), Background);
 }
 
 TEST_P(BothRenderers, AFailedAttachOfAGenDCImageGivesItsCode)
@@ -438,7 +437,7 @@ TEST_P(BothRenderers, ShowAnH264StreamAndKeepTheLastPictureWhereOneIsMissing)
         LxBuffer buffer(LxPayloadType::H264);
         buffer.SetH264AccessUnit(unit);
         EXPECT_EQ(mDisplay.Display(buffer, false).GetCode(), isShown ? 0u : 16384u) << i;
-        ExpectFitted(Screen(), picture, cBackground);
+        ExpectFitted(Screen(), picture, Background);
     }
     // another size
     settings.mWidth = 40;
@@ -450,7 +449,7 @@ TEST_P(BothRenderers, ShowAnH264StreamAndKeepTheLastPictureWhereOneIsMissing)
     LxBuffer buffer(LxPayloadType::H264);
     buffer.SetH264AccessUnit(unit);
     EXPECT_TRUE(mDisplay.Display(buffer, false).IsOK());
-    ExpectFitted(Screen(), picture, cBackground);
+    ExpectFitted(Screen(), picture, Background);
 }
 
 TEST_P(BothRenderers, TheHostsWidgetMayDieFirst)

@@ -15,12 +15,12 @@ void MakeTheApplicationLater(const Kind &aKind)
     const auto window = aKind.mMake();
     {
         const HostApplication application;
-        CHECK(window->Get().ShowModeless(cNoParent).IsOK());
+        CHECK(window->Get().ShowModeless(NoParent).IsOK());
         Turn();
         CHECK(window->Get().IsVisible());
         window->Get().Close();
         QTimer::singleShot(0, qApp, [&] { qobject_cast<QDialog *>(window->Get().GetQWidget())->accept(); });
-        CHECK(window->Get().ShowModal(cNoParent).IsOK());
+        CHECK(window->Get().ShowModal(NoParent).IsOK());
     }
     CHECK(!window->Get().IsVisible());
 }

@@ -189,7 +189,7 @@ void DestroyTheSystemOfTheHost(const Kind &)
         system.reset();
         finder.Close();
     });
-    CHECK(finder.ShowModal(cNoParent).GetCode() == NotAccepted);
+    CHECK(finder.ShowModal(NoParent).GetCode() == NotAccepted);
     LxSimulation::Disable();
 }
 

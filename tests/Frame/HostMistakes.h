@@ -12,7 +12,7 @@
 
 constexpr unsigned Refused = 0x4001;
 constexpr unsigned NotAccepted = 0x4002;
-inline QWidget *const cNoParent = nullptr;
+inline QWidget *const NoParent = nullptr;
 
 /// Ends the child when something is not as it should be.
 void Check(bool aHolds, const char *aWhat);

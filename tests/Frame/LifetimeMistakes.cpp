@@ -16,7 +16,7 @@ void DestroyAModalWindow(const Kind &aKind)
     const HostApplication application;
     auto window = aKind.mMake();
     QTimer::singleShot(0, qApp, [&] { window.reset(); });
-    CHECK(window->Get().ShowModal(cNoParent).GetCode() == NotAccepted);
+    CHECK(window->Get().ShowModal(NoParent).GetCode() == NotAccepted);
     CHECK(!window);
     Turn();
 }
@@ -69,7 +69,7 @@ void DestroyTheHostsWidgetFirst(const Kind &aKind)
     CHECK(!window->Get().IsVisible());
     window->Get().SetTitle("still usable");
     CHECK(window->Get().Close().IsOK());
-    CHECK(window->Get().ShowModeless(cNoParent).IsOK());
+    CHECK(window->Get().ShowModeless(NoParent).IsOK());
     Turn();
 }
 
@@ -86,7 +86,7 @@ void DestroyTheParentOfADialogFirst(const Kind &aKind)
     Turn();
     for (const auto &window : {modeless.get(), modal.get()}) {
         CHECK(!window->Get().IsVisible());
-        CHECK(window->Get().ShowModeless(cNoParent).IsOK());
+        CHECK(window->Get().ShowModeless(NoParent).IsOK());
     }
     Turn();
 }
@@ -111,10 +111,10 @@ void ShowAModalWindowTwice(const Kind &aKind)
     const auto window = aKind.mMake();
     unsigned code = 0;
     QTimer::singleShot(0, qApp, [&] {
-        code = window->Get().ShowModal(cNoParent).GetCode();
+        code = window->Get().ShowModal(NoParent).GetCode();
         window->Get().Close();
     });
-    CHECK(window->Get().ShowModal(cNoParent).GetCode() == NotAccepted);
+    CHECK(window->Get().ShowModal(NoParent).GetCode() == NotAccepted);
     CHECK(code == 28);
 }
 

@@ -36,8 +36,8 @@ TEST(OwnedApplication, TheFirstWindowMakesItAndEndsIt)
         QCoreApplication *const application = QCoreApplication::instance();
         auto second = std::make_unique<TestWnd>();
         EXPECT_EQ(QCoreApplication::instance(), application);
-        first->ShowModeless(cNoParent);
-        second->ShowModeless(cNoParent);
+        first->ShowModeless(NoParent);
+        second->ShowModeless(NoParent);
         Wnd::DoEvents();
         EXPECT_TRUE(first->IsVisible());
         second.reset();
@@ -63,7 +63,7 @@ TEST(OwnedApplication, EndsWithTheOwnerThoughOtherWindowsLive)
     ASSERT_FALSE(HasApplication());
     // Without an application nothing can be shown, and nothing breaks.
     EXPECT_EQ(other->ShowModal(nullptr).GetCode(), 0x4001u);
-    EXPECT_EQ(other->ShowModeless(cNoParent).GetCode(), 0x4001u);
+    EXPECT_EQ(other->ShowModeless(NoParent).GetCode(), 0x4001u);
     EXPECT_EQ(other->Create(nullptr, 0).GetCode(), 0x4001u);
     other->SetTitle("title");
     other->SetPosition(1, 1, 10, 10);
@@ -87,7 +87,7 @@ TEST(OwnedApplication, AWindowWithoutWidgetOutlivesItsEnd)
     EXPECT_EQ(other->ShowModeless(static_cast<HWND>(nullptr)).GetCode(), 0x4001u);
     const TestWnd next;
     EXPECT_TRUE(HasApplication());
-    EXPECT_EQ(other->ShowModeless(cNoParent).GetCode(), 0u) << "the next window's application serves it too";
+    EXPECT_EQ(other->ShowModeless(NoParent).GetCode(), 0u) << "the next window's application serves it too";
     EXPECT_TRUE(other->IsVisible());
     other.reset();
 }
@@ -97,7 +97,7 @@ TEST(OwnedApplication, AnOwnerThatIsOpenClosesItsDialogAndGoes)
     QPointer<QDialog> dialog;
     {
         TestWnd wnd;
-        wnd.ShowModeless(cNoParent);
+        wnd.ShowModeless(NoParent);
         dialog = wnd.Dialog();
         Wnd::DoEvents();
     }
@@ -108,7 +108,7 @@ TEST(OwnedApplication, AnOwnerThatIsOpenClosesItsDialogAndGoes)
 TEST(OwnedApplication, DestroyingTheOwnerInsideTheLoopKeepsItUntilTheLoopEnds)
 {
     auto wnd = std::make_unique<TestWnd>();
-    wnd->ShowModeless(cNoParent);
+    wnd->ShowModeless(NoParent);
     bool lived = false;
     QTimer::singleShot(0, qApp, [&] {
         wnd.reset();
@@ -128,7 +128,7 @@ TEST(OwnedApplication, DestroyingTheOwnerInsideTheLoopKeepsItUntilTheLoopEnds)
 TEST(OwnedApplication, DestroyingTheOwnerLaterFromItsOwnLoop)
 {
     auto *wnd = new TestWnd;
-    wnd->ShowModeless(cNoParent);
+    wnd->ShowModeless(NoParent);
     const QPointer<TestWnd> guard(wnd);
     QTimer::singleShot(0, qApp, [&] {
         wnd->deleteLater();
@@ -182,7 +182,7 @@ TEST(OwnedApplication, AWindowMadeWhileItWaitsTakesItOver)
         Qt::QueuedConnection);
     Wnd::DoEvents();
     EXPECT_EQ(QCoreApplication::instance(), application);
-    EXPECT_EQ(second->ShowModeless(cNoParent).GetCode(), 0u);
+    EXPECT_EQ(second->ShowModeless(NoParent).GetCode(), 0u);
     second.reset();
     EXPECT_FALSE(HasApplication());
 }
@@ -204,7 +204,7 @@ TEST(OwnedApplication, TheHostsApplicationIsNeverTouched)
     QApplication application(count, arguments);
     {
         TestWnd wnd;
-        wnd.ShowModeless(cNoParent);
+        wnd.ShowModeless(NoParent);
         Wnd::DoEvents();
     }
     EXPECT_EQ(QCoreApplication::instance(), &application);
@@ -228,7 +228,7 @@ TEST(OwnedApplicationDeathTest, OneThatWaitsAtTheEndOfTheProgramDoesNoHarm)
     EXPECT_EXIT(
         {
             auto wnd = std::make_unique<TestWnd>();
-            wnd->ShowModeless(cNoParent);
+            wnd->ShowModeless(NoParent);
             QTimer::singleShot(0, qApp, [&] {
                 wnd.reset();
                 QCoreApplication::quit();
@@ -246,7 +246,7 @@ TEST(OwnedApplicationDeathTest, TheProgramMayEndInsideTheLoopThatItWaitsFor)
     EXPECT_EXIT(
         {
             auto wnd = std::make_unique<TestWnd>();
-            wnd->ShowModeless(cNoParent);
+            wnd->ShowModeless(NoParent);
             QTimer::singleShot(0, qApp, [&] {
                 wnd.reset();
                 std::exit(0);
@@ -262,7 +262,7 @@ TEST(OwnedApplicationDeathTest, AnOwnerThatLivesUntilTheEndOfTheProgramDoesNoHar
     EXPECT_EXIT(
         {
             static const auto sWnd = std::make_unique<TestWnd>();
-            sWnd->ShowModeless(cNoParent);
+            sWnd->ShowModeless(NoParent);
             Wnd::DoEvents();
             std::exit(0);
         },

@@ -87,7 +87,7 @@ protected:
 };
 
 /// Chooses between the overloads of ShowModeless().
-inline QWidget *const cNoParent = nullptr;
+inline QWidget *const NoParent = nullptr;
 
 /// Deletes what waits for it, as an event loop does when it returns.
 inline void DeleteDeferred()
@@ -102,4 +102,4 @@ inline LxResult RunModal(TestWnd &aWnd, const std::function<void(QDialog *)> &aA
     return aWnd.ShowModal(nullptr);
 }
 
-inline const auto cAccept = [](QDialog *aDialog) { aDialog->accept(); };
+inline const auto Accept = [](QDialog *aDialog) { aDialog->accept(); };

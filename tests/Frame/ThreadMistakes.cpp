@@ -20,7 +20,7 @@
 namespace
 {
 
-const char *const cOtherThread = "was called on another thread than that of the QApplication";
+const char *const OtherThread = "was called on another thread than that of the QApplication";
 
 void MakeAWindowOnAnotherThread(const Kind &aKind)
 {
@@ -130,10 +130,10 @@ void DestroyAWindowOnAnotherThread(const Kind &aKind)
 std::vector<Mistake> ThreadMistakes()
 {
     return {
-        {"MakeAWindowOnAnotherThread", MakeAWindowOnAnotherThread, cOtherThread},
-        {"CallAWindowOnAnotherThread", CallAWindowOnAnotherThread, cOtherThread},
+        {"MakeAWindowOnAnotherThread", MakeAWindowOnAnotherThread, OtherThread},
+        {"CallAWindowOnAnotherThread", CallAWindowOnAnotherThread, OtherThread},
         {"CallTheirOwnOperationsOnAnotherThread", CallTheirOwnOperationsOnAnotherThread,
          "LxGenBrowserWnd::SetGenParameterArray() was called on another thread", true},
-        {"DestroyAWindowOnAnotherThread", DestroyAWindowOnAnotherThread, cOtherThread},
+        {"DestroyAWindowOnAnotherThread", DestroyAWindowOnAnotherThread, OtherThread},
     };
 }

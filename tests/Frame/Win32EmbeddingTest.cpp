@@ -24,12 +24,12 @@ void Check(bool aHolds, const char *aText, int aLine)
 #define CHECK(aCondition) Check((aCondition), #aCondition, __LINE__)
 
 // The numbers that the frame uses on every platform are those of user32.
-static_assert(WindowStyles::cStyleIndex == GWL_STYLE);
-static_assert(WindowStyles::cExtendedStyleIndex == GWL_EXSTYLE);
-static_assert(WindowStyles::cNoZOrder == SWP_NOZORDER);
-static_assert(WindowStyles::cShowWindow == SWP_SHOWWINDOW);
-static_assert(WindowStyles::cSizeMessage == WM_SIZE);
-static_assert(WindowStyles::cSizeRestored == SIZE_RESTORED);
+static_assert(WindowStyles::StyleIndex == GWL_STYLE);
+static_assert(WindowStyles::ExtendedStyleIndex == GWL_EXSTYLE);
+static_assert(WindowStyles::NoZOrderFlag == SWP_NOZORDER);
+static_assert(WindowStyles::ShowWindowFlag == SWP_SHOWWINDOW);
+static_assert(WindowStyles::SizeMessage == WM_SIZE);
+static_assert(WindowStyles::SizeRestored == SIZE_RESTORED);
 static_assert(WindowStyles::Embedded(0) == (WS_CHILD | WS_VISIBLE));
 static_assert(WindowStyles::Embedded(static_cast<int32_t>(WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME)) ==
               (WS_CHILD | WS_VISIBLE));

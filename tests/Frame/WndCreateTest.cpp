@@ -167,7 +167,7 @@ TEST(CreateInHostWidget, ADyingHostEndsTheWorkWhileTheContentLives)
     wnd.SetTitle("still usable");
     wnd.SetPosition(1, 2, 3, 4);
     EXPECT_EQ(wnd.Close().GetCode(), 0u);
-    EXPECT_EQ(RunModal(wnd, cAccept).GetCode(), 0u);
+    EXPECT_EQ(RunModal(wnd, Accept).GetCode(), 0u);
 }
 
 TEST(CreateInHostWidget, MovingToAnotherHostTakesTheContentAlong)
@@ -190,11 +190,11 @@ TEST(CreateInHostWidget, AVisibleDialogDoesNotStayBehindEmpty)
 {
     QWidget host;
     TestWnd wnd;
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     wnd.Create(&host);
     EXPECT_FALSE(wnd.Dialog()->isVisible());
     EXPECT_TRUE(wnd.IsOpen());
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     EXPECT_TRUE(wnd.Dialog()->isVisible());
     EXPECT_EQ(wnd.mEdit->parentWidget(), wnd.Dialog());
 }

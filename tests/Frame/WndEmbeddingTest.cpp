@@ -9,18 +9,18 @@ using testing::IsEmpty;
 namespace
 {
 
-const HWND cParent = reinterpret_cast<HWND>(uintptr_t{0x4711});
+const HWND Parent = reinterpret_cast<HWND>(uintptr_t{0x4711});
 
 }  // namespace
 
 TEST(Embedding, MakesTheNativeCallsInOrder)
 {
-    RecordingNativeWindowApi api(cParent);
+    RecordingNativeWindowApi api(Parent);
     api.mLongs[-16] = static_cast<int32_t>(0x96CF0000);  // WS_POPUP | WS_VISIBLE | caption, menu, frame, clip bits
     api.mLongs[-20] = 0x00020701;
     api.mClientRects = {{0, 0, 640, 480}, {0, 0, 641, 482}};
     TestWnd wnd;
-    EXPECT_EQ(wnd.Create(cParent, 123).GetCode(), 0u);
+    EXPECT_EQ(wnd.Create(Parent, 123).GetCode(), 0u);
     EXPECT_THAT(wnd.mLog, ElementsAre("CreateLayout", "OnOpen", "Show"));
     EXPECT_THAT(api.mCalls,
                 ElementsAre("SetParent(child, parent)",                //
@@ -40,9 +40,9 @@ TEST(Embedding, MakesTheNativeCallsInOrder)
 
 TEST(Embedding, WithoutClientAreaNeitherPlacesNorNotifies)
 {
-    RecordingNativeWindowApi api(cParent);
+    RecordingNativeWindowApi api(Parent);
     TestWnd wnd;
-    EXPECT_EQ(wnd.Create(cParent, 0).GetCode(), 0u);
+    EXPECT_EQ(wnd.Create(Parent, 0).GetCode(), 0u);
     EXPECT_THAT(api.mCalls, ElementsAre("SetParent(child, parent)",                //
                                         "GetWindowLongW(child, -16)",              //
                                         "SetWindowLongW(child, -16, 0x50000000)",  //
@@ -54,10 +54,10 @@ TEST(Embedding, WithoutClientAreaNeitherPlacesNorNotifies)
 
 TEST(Embedding, AParentThatVanishesWhileTheChildIsPlacedIsNotNotified)
 {
-    RecordingNativeWindowApi api(cParent);
+    RecordingNativeWindowApi api(Parent);
     api.mClientRects = {{0, 0, 100, 50}};
     TestWnd wnd;
-    EXPECT_EQ(wnd.Create(cParent, 0).GetCode(), 0u);
+    EXPECT_EQ(wnd.Create(Parent, 0).GetCode(), 0u);
     EXPECT_EQ(api.mCalls.at(6), "SetWindowPos(child, null, 0, 0, 100, 50, 0x44)");
     EXPECT_EQ(api.mCalls.at(7), "GetClientRect(parent)");
     EXPECT_EQ(api.mCalls.size(), 8u);
@@ -66,19 +66,19 @@ TEST(Embedding, AParentThatVanishesWhileTheChildIsPlacedIsNotNotified)
 TEST(Embedding, OnAPlatformWithoutNativeWindowsFailsQuietly)
 {
     TestWnd wnd;
-    EXPECT_EQ(wnd.Create(cParent, 0).GetCode(), 0u);
+    EXPECT_EQ(wnd.Create(Parent, 0).GetCode(), 0u);
     EXPECT_TRUE(wnd.IsVisible());
     NativeRect rect;
-    EXPECT_FALSE(NativeWindows().GetClientRect(cParent, rect));
-    EXPECT_FALSE(NativeWindows().PostMessageA(cParent, 1, 2, 3));
-    EXPECT_FALSE(NativeWindows().SetWindowPos(cParent, nullptr, 0, 0, 1, 1, 0));
-    EXPECT_EQ(NativeWindows().GetParent(cParent), nullptr);
-    EXPECT_EQ(NativeWindows().GetWindowLongW(cParent, -16), 0);
+    EXPECT_FALSE(NativeWindows().GetClientRect(Parent, rect));
+    EXPECT_FALSE(NativeWindows().PostMessageA(Parent, 1, 2, 3));
+    EXPECT_FALSE(NativeWindows().SetWindowPos(Parent, nullptr, 0, 0, 1, 1, 0));
+    EXPECT_EQ(NativeWindows().GetParent(Parent), nullptr);
+    EXPECT_EQ(NativeWindows().GetWindowLongW(Parent, -16), 0);
 }
 
 TEST(Embedding, WithoutParentMakesNoNativeCall)
 {
-    RecordingNativeWindowApi api(cParent);
+    RecordingNativeWindowApi api(Parent);
     TestWnd wnd;
     EXPECT_EQ(wnd.Create(nullptr, 0).GetCode(), 0x4001u);
     EXPECT_THAT(api.mCalls, IsEmpty());
@@ -87,51 +87,51 @@ TEST(Embedding, WithoutParentMakesNoNativeCall)
 
 TEST(ModelessUnderNativeWindow, ReparentsThePlainWidgetAndShowsADialog)
 {
-    RecordingNativeWindowApi api(cParent);
+    RecordingNativeWindowApi api(Parent);
     api.mLongs[-16] = static_cast<int32_t>(0x86C80001);
     TestWnd wnd;
-    EXPECT_EQ(wnd.ShowModeless(cParent).GetCode(), 0u);
+    EXPECT_EQ(wnd.ShowModeless(Parent).GetCode(), 0u);
     EXPECT_THAT(wnd.mLog, ElementsAre("CreateLayout", "CreateLayout", "Show", "OnOpen"));
     EXPECT_THAT(api.mCalls, ElementsAre("GetParent(child)",            //
                                         "SetParent(child, parent)",    //
                                         "GetWindowLongW(child, -16)",  //
                                         "SetWindowLongW(child, -16, 0x46C80001)"));
-    EXPECT_EQ(wnd.ParentHandle(), cParent);
+    EXPECT_EQ(wnd.ParentHandle(), Parent);
     EXPECT_TRUE(wnd.IsDialog());
     EXPECT_EQ(wnd.mEdit->parentWidget(), wnd.Dialog());
 }
 
 TEST(ModelessUnderNativeWindow, AnEqualParentIsNotSetAgain)
 {
-    RecordingNativeWindowApi api(cParent);
-    api.mChildsParent = cParent;
+    RecordingNativeWindowApi api(Parent);
+    api.mChildsParent = Parent;
     TestWnd wnd;
-    EXPECT_EQ(wnd.ShowModeless(cParent).GetCode(), 0u);
+    EXPECT_EQ(wnd.ShowModeless(Parent).GetCode(), 0u);
     EXPECT_THAT(api.mCalls, ElementsAre("GetParent(child)"));
-    EXPECT_EQ(wnd.ParentHandle(), cParent);
+    EXPECT_EQ(wnd.ParentHandle(), Parent);
 }
 
 TEST(ModelessUnderNativeWindow, AVisibleDialogIsReparentedItself)
 {
-    RecordingNativeWindowApi api(cParent);
+    RecordingNativeWindowApi api(Parent);
     TestWnd wnd;
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     wnd.mLog.clear();
-    EXPECT_EQ(wnd.ShowModeless(cParent).GetCode(), 0u);
+    EXPECT_EQ(wnd.ShowModeless(Parent).GetCode(), 0u);
     EXPECT_THAT(wnd.mLog, IsEmpty());
     EXPECT_EQ(api.mCalls.at(1), "SetParent(child, parent)");
 }
 
 TEST(ModelessUnderNativeWindow, ANullParentKeepsTheOldHandle)
 {
-    RecordingNativeWindowApi api(cParent);
+    RecordingNativeWindowApi api(Parent);
     TestWnd wnd;
-    wnd.ShowModeless(cParent);
+    wnd.ShowModeless(Parent);
     wnd.Close();
     api.mCalls.clear();
     EXPECT_EQ(wnd.ShowModeless(static_cast<HWND>(nullptr)).GetCode(), 0u);
     EXPECT_THAT(api.mCalls, IsEmpty());
-    EXPECT_EQ(wnd.ParentHandle(), cParent);
+    EXPECT_EQ(wnd.ParentHandle(), Parent);
     EXPECT_TRUE(wnd.IsVisible());
 }
 
@@ -144,7 +144,7 @@ TEST(ModelessUnderNativeWindow, TheOrphanedPlainWidgetIsFreed)
             plain = wnd.Widget();
         }
     };
-    wnd.ShowModeless(cParent);
+    wnd.ShowModeless(Parent);
     ASSERT_NE(plain, nullptr);
     DeleteDeferred();
     EXPECT_EQ(plain, nullptr);

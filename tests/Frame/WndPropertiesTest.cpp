@@ -74,7 +74,7 @@ TEST(Position, AskedOfAHiddenPlainWidgetReplacesWhatWasStored)
     plain->resize(640, 480);
     int x = 0, y = 0, width = 0, height = 0;
     wnd.GetPosition(x, y, width, height);
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     EXPECT_EQ(wnd.Dialog()->size(), QSize(640, 480));
     delete plain;
 }
@@ -111,7 +111,7 @@ TEST(Widget, HandleOfAHiddenWindowIsNull)
 TEST(Widget, HandleOfAVisibleWindowIsItsNativeId)
 {
     TestWnd wnd;
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     EXPECT_TRUE(wnd.IsVisible());
     EXPECT_EQ(reinterpret_cast<uintptr_t>(wnd.GetHandle()), static_cast<uintptr_t>(wnd.Dialog()->winId()));
     EXPECT_NE(wnd.GetHandle(), nullptr);
@@ -149,7 +149,7 @@ TEST(Title, IsKeptAndAppliedAtOnce)
     wnd.SetTitle("Ger\xC3\xA4t \xE2\x82\xAC");
     EXPECT_STREQ(wnd.GetTitle().GetAscii(), "Ger\xC3\xA4t \xE2\x82\xAC");
     EXPECT_EQ(wnd.Title(), QString::fromUtf8("Gerät €"));
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     EXPECT_EQ(wnd.Dialog()->windowTitle(), QString::fromUtf8("Gerät €"));
     wnd.SetTitle("other");
     EXPECT_EQ(wnd.Dialog()->windowTitle(), QStringLiteral("other"));
@@ -163,7 +163,7 @@ TEST(FixedSize, AppliesToTheWindowsDialog)
 {
     TestWnd wnd;
     wnd.mInCreateLayout = [&] { wnd.MakeFixedSizeDialog(350, 180); };
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     EXPECT_EQ(wnd.Dialog()->minimumSize(), QSize(350, 180));
     EXPECT_EQ(wnd.Dialog()->maximumSize(), QSize(350, 180));
     const Qt::WindowFlags flags = wnd.Dialog()->windowFlags();
@@ -177,7 +177,7 @@ TEST(FixedSize, WithoutASizeSetsTheFlagsOnly)
 {
     TestWnd wnd;
     wnd.mInCreateLayout = [&] { wnd.MakeFixedSizeDialog(wnd.StoredWidth(), wnd.StoredHeight()); };
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     EXPECT_EQ(wnd.Dialog()->maximumSize(), QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
     EXPECT_TRUE(wnd.Dialog()->windowFlags() & Qt::CustomizeWindowHint);
 }
@@ -186,7 +186,7 @@ TEST(FixedSize, LeavesAHostsWidgetAloneAlsoAfterADialog)
 {
     TestWnd wnd;
     wnd.mInCreateLayout = [&] { wnd.MakeFixedSizeDialog(350, 180); };
-    RunModal(wnd, cAccept);
+    RunModal(wnd, Accept);
     QWidget host;
     const Qt::WindowFlags flags = host.windowFlags();
     wnd.Create(&host);

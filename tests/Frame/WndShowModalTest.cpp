@@ -36,7 +36,7 @@ TEST(ShowModal, OtherEndsAreCancelled)
     EXPECT_EQ(RunModal(wnd, [](QDialog *aDialog) { aDialog->reject(); }).GetCode(), 0x4002u);
     EXPECT_EQ(RunModal(wnd, [](QDialog *aDialog) { aDialog->done(7); }).GetCode(), 0x4002u);
     EXPECT_EQ(RunModal(wnd, [](QDialog *aDialog) { aDialog->close(); }).GetCode(), 0x4002u);
-    EXPECT_EQ(RunModal(wnd, cAccept).GetCode(), 0u);
+    EXPECT_EQ(RunModal(wnd, Accept).GetCode(), 0u);
 }
 
 TEST(ShowModal, EveryEndByTheUserEndsTheWorkOnce)
@@ -68,7 +68,7 @@ TEST(ShowModal, CloseEndsItAsCancelled)
 TEST(ShowModal, VisibleWindowIsLeftAlone)
 {
     TestWnd wnd;
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     wnd.mLog.clear();
     const QPointer<QDialog> dialog = wnd.Dialog();
     EXPECT_EQ(wnd.ShowModal(nullptr).GetCode(), 28u);
@@ -128,7 +128,7 @@ TEST(ShowModal, ParentOfTheFirstShowIsTheDialogs)
 TEST(ShowModal, AReusedDialogBecomesTheWidgetAgain)
 {
     TestWnd wnd;
-    RunModal(wnd, cAccept);
+    RunModal(wnd, Accept);
     QWidget host;
     wnd.Create(&host);
     host.hide();
@@ -144,7 +144,7 @@ TEST(ShowModal, AReusedDialogBecomesTheWidgetAgain)
 TEST(ShowModal, AVisibleHostWidgetRefusesAnExistingDialog)
 {
     TestWnd wnd;
-    RunModal(wnd, cAccept);
+    RunModal(wnd, Accept);
     QWidget host;
     wnd.Create(&host);
     EXPECT_EQ(wnd.ShowModal(nullptr).GetCode(), 28u);
@@ -156,7 +156,7 @@ TEST(ShowModal, AVisibleHostWidgetDoesNotRefuseANewDialog)
     QWidget host;
     TestWnd wnd;
     wnd.Create(&host);
-    EXPECT_EQ(RunModal(wnd, cAccept).GetCode(), 0u);
+    EXPECT_EQ(RunModal(wnd, Accept).GetCode(), 0u);
     EXPECT_EQ(wnd.Widget(), wnd.Dialog());
     EXPECT_TRUE(host.isVisible());
 }
@@ -172,7 +172,7 @@ TEST(ShowModal, ADialogThatDiesWithItsParentIsCancelled)
     EXPECT_THAT(wnd.mLog, ElementsAre("CreateLayout", "OnOpen", "Show", "OnClose"));
     EXPECT_TRUE(editLived);
     EXPECT_EQ(wnd.Dialog(), nullptr);
-    EXPECT_EQ(RunModal(wnd, cAccept).GetCode(), 0u);
+    EXPECT_EQ(RunModal(wnd, Accept).GetCode(), 0u);
 }
 
 TEST(ShowModal, AFormerHostMayDieInTheLoop)

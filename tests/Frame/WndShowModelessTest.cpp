@@ -30,10 +30,10 @@ TEST(ShowModeless, OpensAfterTheDialogIsShown)
 TEST(ShowModeless, AVisibleDialogIsOnlyBroughtToTheFront)
 {
     TestWnd wnd;
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     const QPointer<QDialog> dialog = wnd.Dialog();
     wnd.mLog.clear();
-    EXPECT_EQ(wnd.ShowModeless(cNoParent).GetCode(), 0u);
+    EXPECT_EQ(wnd.ShowModeless(NoParent).GetCode(), 0u);
     EXPECT_EQ(wnd.Dialog(), dialog);
     EXPECT_THAT(wnd.mLog, IsEmpty());
 }
@@ -41,13 +41,13 @@ TEST(ShowModeless, AVisibleDialogIsOnlyBroughtToTheFront)
 TEST(ShowModeless, AHiddenDialogIsReplacedAndFreedLater)
 {
     TestWnd wnd;
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     const QPointer<QDialog> first = wnd.Dialog();
     wnd.mEdit->setText(QStringLiteral("kept"));
     wnd.Close();
     EXPECT_FALSE(first->isVisible());
     wnd.mLog.clear();
-    EXPECT_EQ(wnd.ShowModeless(cNoParent).GetCode(), 0u);
+    EXPECT_EQ(wnd.ShowModeless(NoParent).GetCode(), 0u);
     EXPECT_THAT(wnd.mLog, ElementsAre("CreateLayout", "Show", "OnOpen"));
     EXPECT_NE(wnd.Dialog(), first);
     EXPECT_NE(first, nullptr);
@@ -67,13 +67,13 @@ TEST(ShowModeless, EveryEndByTheUserEndsTheWork)
     };
     for (const auto &end : ends) {
         TestWnd wnd;
-        wnd.ShowModeless(cNoParent);
+        wnd.ShowModeless(NoParent);
         wnd.mLog.clear();
         end(wnd.Dialog());
         EXPECT_THAT(wnd.mLog, ElementsAre("OnClose"));
         EXPECT_FALSE(wnd.IsOpen());
         wnd.mLog.clear();
-        wnd.ShowModeless(cNoParent);
+        wnd.ShowModeless(NoParent);
         EXPECT_THAT(wnd.mLog, ElementsAre("CreateLayout", "Show", "OnOpen"));
     }
 }
@@ -88,7 +88,7 @@ TEST(ShowModeless, ADialogThatDiesWithItsParentEndsTheWork)
     EXPECT_THAT(wnd.mLog, ElementsAre("OnClose"));
     EXPECT_EQ(wnd.Dialog(), nullptr);
     EXPECT_EQ(wnd.Widget(), nullptr);
-    EXPECT_EQ(wnd.ShowModeless(cNoParent).GetCode(), 0u);
+    EXPECT_EQ(wnd.ShowModeless(NoParent).GetCode(), 0u);
     EXPECT_TRUE(wnd.IsVisible());
 }
 
@@ -96,7 +96,7 @@ TEST(ShowModeless, TheEndOfADialogThatIsNoLongerTheWidgetLeavesTheWindowOpen)
 {
     QWidget host;
     TestWnd wnd;
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     wnd.Create(&host);
     wnd.mLog.clear();
     wnd.Dialog()->reject();
@@ -109,7 +109,7 @@ TEST(ShowModeless, DestroyingTheWindowTakesItsDialogFromTheScreen)
     QPointer<QDialog> dialog;
     {
         TestWnd wnd;
-        wnd.ShowModeless(cNoParent);
+        wnd.ShowModeless(NoParent);
         dialog = wnd.Dialog();
     }
     EXPECT_FALSE(dialog && dialog->isVisible());
@@ -124,7 +124,7 @@ TEST(Close, OnAClosedWindowDoesNothing)
     TestWnd wnd;
     EXPECT_EQ(wnd.Close().GetCode(), 0u);
     EXPECT_THAT(wnd.mLog, IsEmpty());
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     wnd.Close();
     wnd.mLog.clear();
     EXPECT_EQ(wnd.Close().GetCode(), 0u);
@@ -134,7 +134,7 @@ TEST(Close, OnAClosedWindowDoesNothing)
 TEST(Close, RunsOnCloseBeforeTheDialogIsHidden)
 {
     TestWnd wnd;
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     bool visible = false;
     bool open = true;
     wnd.mInOnClose = [&] {

@@ -110,17 +110,17 @@ TEST(X11Embedding, StylesAreNumbersThatStayWithTheWindow)
     wnd->Create(host.Handle(), 0);
     const HWND child = HandleOf(WindowOf(*wnd));
     NativeWindowApi &api = NativeWindows();
-    EXPECT_EQ(api.GetWindowLongW(child, WindowStyles::cStyleIndex), 0x50000000);
-    EXPECT_EQ(api.GetWindowLongW(child, WindowStyles::cExtendedStyleIndex), 0);
-    EXPECT_EQ(api.SetWindowLongW(child, WindowStyles::cExtendedStyleIndex, 0x77), 0);
-    EXPECT_EQ(api.SetWindowLongW(child, WindowStyles::cExtendedStyleIndex, -1), 0x77);
-    EXPECT_EQ(api.GetWindowLongW(child, WindowStyles::cExtendedStyleIndex), -1);
-    EXPECT_EQ(api.GetWindowLongW(child, WindowStyles::cStyleIndex), 0x50000000);
+    EXPECT_EQ(api.GetWindowLongW(child, WindowStyles::StyleIndex), 0x50000000);
+    EXPECT_EQ(api.GetWindowLongW(child, WindowStyles::ExtendedStyleIndex), 0);
+    EXPECT_EQ(api.SetWindowLongW(child, WindowStyles::ExtendedStyleIndex, 0x77), 0);
+    EXPECT_EQ(api.SetWindowLongW(child, WindowStyles::ExtendedStyleIndex, -1), 0x77);
+    EXPECT_EQ(api.GetWindowLongW(child, WindowStyles::ExtendedStyleIndex), -1);
+    EXPECT_EQ(api.GetWindowLongW(child, WindowStyles::StyleIndex), 0x50000000);
     wnd.reset();
     DeleteDeferred();
-    EXPECT_EQ(api.GetWindowLongW(child, WindowStyles::cExtendedStyleIndex), 0);
-    EXPECT_EQ(api.SetWindowLongW(child, WindowStyles::cExtendedStyleIndex, 5), 0);
-    EXPECT_EQ(api.GetWindowLongW(child, WindowStyles::cExtendedStyleIndex), 0);
+    EXPECT_EQ(api.GetWindowLongW(child, WindowStyles::ExtendedStyleIndex), 0);
+    EXPECT_EQ(api.SetWindowLongW(child, WindowStyles::ExtendedStyleIndex, 5), 0);
+    EXPECT_EQ(api.GetWindowLongW(child, WindowStyles::ExtendedStyleIndex), 0);
 }
 
 TEST(X11Embedding, TheHostsWindowOutlivesTheWindow)
@@ -186,7 +186,7 @@ TEST(X11Embedding, ModelessReparentsTheHiddenPlainWidgetAndShowsADialog)
     EXPECT_NE(plain, WindowOf(wnd));
     EXPECT_FALSE(host.IsViewable(plain));
     EXPECT_EQ(NativeWindows().GetParent(HandleOf(plain)), host.Handle());
-    EXPECT_EQ(NativeWindows().GetWindowLongW(HandleOf(plain), WindowStyles::cStyleIndex), 0x40000000);
+    EXPECT_EQ(NativeWindows().GetWindowLongW(HandleOf(plain), WindowStyles::StyleIndex), 0x40000000);
     EXPECT_TRUE(wnd.IsDialog());
     EXPECT_TRUE(WaitForGui([&] { return host.IsViewable(WindowOf(wnd)); }));
     EXPECT_NE(host.ParentOf(WindowOf(wnd)), host.Window());
@@ -207,7 +207,7 @@ TEST(X11Embedding, AVisibleDialogThatGetsAParentStaysVisible)
 {
     X11Host host(200, 150);
     TestWnd wnd;
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     const xcb_window_t dialog = WindowOf(wnd);
     EXPECT_TRUE(WaitForGui([&] { return host.IsViewable(dialog); }));
     EXPECT_EQ(wnd.ShowModeless(host.Handle()).GetCode(), 0u);
@@ -220,9 +220,9 @@ TEST(X11Windows, AVisibleDialogIsRaisedToTheFront)
 {
     X11Host screen(50, 40);
     TestWnd wnd;
-    wnd.ShowModeless(cNoParent);
+    wnd.ShowModeless(NoParent);
     TestWnd other;
-    other.ShowModeless(cNoParent);
+    other.ShowModeless(NoParent);
     EXPECT_TRUE(WaitForGui([&] { return screen.IsViewable(WindowOf(wnd)) && screen.IsViewable(WindowOf(other)); }));
     const auto isAbove = [&](TestWnd &aUpper, TestWnd &aLower) {
         const std::vector<xcb_window_t> windows = screen.TopLevelWindows();
@@ -231,7 +231,7 @@ TEST(X11Windows, AVisibleDialogIsRaisedToTheFront)
     };
     EXPECT_TRUE(WaitForGui([&] { return isAbove(other, wnd); }));
     wnd.mLog.clear();
-    EXPECT_EQ(wnd.ShowModeless(cNoParent).GetCode(), 0u);
+    EXPECT_EQ(wnd.ShowModeless(NoParent).GetCode(), 0u);
     EXPECT_TRUE(WaitForGui([&] { return isAbove(wnd, other); }));
     EXPECT_THAT(wnd.mLog, testing::IsEmpty());
 }

@@ -53,8 +53,8 @@ public:
     /// Lets the device change a few features more, so that neither it nor the user is alone for long.
     void TakeTurns()
     {
-        if (mTurns.available() < sTurns) {
-            mTurns.release(sTurns);
+        if (mTurns.available() < Turns) {
+            mTurns.release(Turns);
         }
     }
     ~Device()
@@ -66,8 +66,8 @@ public:
     FakeArray mArray;
 
 private:
-    static constexpr int sTurns = 8;     // of the device in each step of the user
-    static constexpr int sPatience = 5;  // milliseconds until it goes on by itself, as a user may stand still
+    static constexpr int Turns = 8;     // of the device in each step of the user
+    static constexpr int Patience = 5;  // milliseconds until it goes on by itself, as a user may stand still
 
     template <class Feature>
     void Keep(Feature &aFeature)
@@ -99,7 +99,7 @@ private:
                     break;
                 default:
                     mNotify[feature]();
-                    mTurns.tryAcquire(1, sPatience);
+                    mTurns.tryAcquire(1, Patience);
             }
         }
     }

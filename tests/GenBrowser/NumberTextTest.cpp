@@ -10,8 +10,8 @@
 namespace
 {
 
-constexpr auto sMin64 = std::numeric_limits<int64_t>::min();
-constexpr auto sMax64 = std::numeric_limits<int64_t>::max();
+constexpr auto Min64 = std::numeric_limits<int64_t>::min();
+constexpr auto Max64 = std::numeric_limits<int64_t>::max();
 
 /// A spin box whose protected side can be asked.
 class TestSpinBox : public QSpinBox64
@@ -44,11 +44,11 @@ TEST(NumberText, EveryNotationIsRead)
         {"1Fh", 31, NumberNotation::SuffixedHexadecimal},
         {"1fH", 31, NumberNotation::SuffixedHexadecimal},
         {"0h", 0, NumberNotation::SuffixedHexadecimal},
-        {"9223372036854775807", sMax64, NumberNotation::Decimal},
-        {"-9223372036854775808", sMin64, NumberNotation::Decimal},
-        {"0x7FFFFFFFFFFFFFFF", sMax64, NumberNotation::PrefixedHexadecimal},
-        {"0x-8000000000000000", sMin64, NumberNotation::PrefixedHexadecimal},
-        {"8000000000000000h", sMin64, NumberNotation::SuffixedHexadecimal},
+        {"9223372036854775807", Max64, NumberNotation::Decimal},
+        {"-9223372036854775808", Min64, NumberNotation::Decimal},
+        {"0x7FFFFFFFFFFFFFFF", Max64, NumberNotation::PrefixedHexadecimal},
+        {"0x-8000000000000000", Min64, NumberNotation::PrefixedHexadecimal},
+        {"8000000000000000h", Min64, NumberNotation::SuffixedHexadecimal},
         {"FFFFFFFFFFFFFFFFh", -1, NumberNotation::SuffixedHexadecimal},
     };
     for (const Case &c : cases) {
@@ -70,7 +70,7 @@ TEST(NumberText, TextsThatAreNoNumberAreRefused)
 
 TEST(NumberText, WhatIsWrittenIsReadAgain)
 {
-    for (const int64_t value : {int64_t(0), int64_t(31), int64_t(-1), sMin64, sMax64}) {
+    for (const int64_t value : {int64_t(0), int64_t(31), int64_t(-1), Min64, Max64}) {
         for (const NumberNotation notation :
              {NumberNotation::Decimal, NumberNotation::PrefixedHexadecimal, NumberNotation::SuffixedHexadecimal})
         {
@@ -120,12 +120,12 @@ TEST(SpinBox64, ATextThatIsNoNumberIsLeftAsItIs)
 TEST(SpinBox64, AStepThatWouldOverflowChangesNothing)
 {
     TestSpinBox box;
-    box.SetRange(sMin64, sMax64);
+    box.SetRange(Min64, Max64);
     EXPECT_EQ(box.Stepped("9223372036854775807", 1), "9223372036854775807");
     EXPECT_EQ(box.Stepped("-9223372036854775808", -1), "-9223372036854775808");
     EXPECT_EQ(box.Stepped("0x7FFFFFFFFFFFFFFF", 1), "0x7FFFFFFFFFFFFFFF");
     EXPECT_EQ(box.Stepped("8000000000000000h", -1), "8000000000000000h");
-    box.SetStep(sMax64);
+    box.SetStep(Max64);
     EXPECT_EQ(box.Stepped("5", 10), "5");
 }
 
@@ -158,7 +158,7 @@ TEST(SpinBox64, ArrowsTakeATextThatIsNoNumberFor0)
 TEST(SpinBox64, ArrowsAreOffWhereAStepWouldOverflow)
 {
     TestSpinBox box;
-    box.SetRange(sMin64, sMax64);
+    box.SetRange(Min64, Max64);
     box.SetText("9223372036854775807");
     EXPECT_FALSE(box.CanStepUp());
     EXPECT_TRUE(box.CanStepDown());

@@ -9,7 +9,7 @@
 namespace
 {
 
-constexpr const char *sViews[] = {"Tree", "AlphabeticalList"};
+constexpr const char *Views[] = {"Tree", "AlphabeticalList"};
 
 class SimulatedCameraBrowser : public SimulationTest
 {
@@ -40,7 +40,7 @@ protected:
 
 TEST_F(SimulatedCameraBrowser, ShowsEveryFeatureInBothViews)
 {
-    for (const char *view : sViews) {
+    for (const char *view : Views) {
         DeviceBrowser browser;
         browser.Show(Parameters(), LxGenRefreshManual, view);
         EXPECT_GT(browser.ShownFeatures().size(), 100);
@@ -69,10 +69,10 @@ TEST_F(SimulatedCameraBrowser, ShowsErrorsOnlyWhereTheDeviceFails)
 
 TEST_F(SimulatedCameraBrowser, WritesAnEditOfEveryKindToTheDevice)
 {
-    for (const char *view : sViews) {
+    for (const char *view : Views) {
         DeviceBrowser browser;
         browser.Show(Parameters(), LxGenRefreshAutomatic, view);
-        const QString number = view == sViews[0] ? "40" : "50";
+        const QString number = view == Views[0] ? "40" : "50";
         browser.Enter<QSpinBox64>("SimIntegerStep", number);
         EXPECT_EQ(DeviceText("SimIntegerStep"), number);
         EXPECT_EQ(browser.Value("SimIntegerStep"), number + " px");
@@ -141,7 +141,7 @@ TEST_F(SimulatedCameraBrowser, ShowsWhatDependsOnAnEdit)
 
 TEST_F(SimulatedCameraBrowser, KeepsTheModelsPromisesWhileEverythingIsRefreshed)
 {
-    for (const char *view : sViews) {
+    for (const char *view : Views) {
         for (const LxGenRefresh mode : {LxGenRefreshAutomatic, LxGenRefreshPolling}) {
             DeviceBrowser browser;
             browser.Show(Parameters(), mode, view);

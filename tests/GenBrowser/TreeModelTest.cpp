@@ -17,8 +17,8 @@
 namespace
 {
 
-constexpr int sName = GenBrowserTreeModel::NameColumn;
-constexpr int sValue = GenBrowserTreeModel::ValueColumn;
+constexpr int NameColumn = GenBrowserTreeModel::NameColumn;
+constexpr int ValueColumn = GenBrowserTreeModel::ValueColumn;
 
 class TreeModel : public testing::Test
 {
@@ -40,7 +40,7 @@ protected:
     {
         QStringList rows;
         for (int row = 0; row < mModel->rowCount(aParent); ++row) {
-            const QModelIndex index = mModel->index(row, sName, aParent);
+            const QModelIndex index = mModel->index(row, NameColumn, aParent);
             rows << index.data().toString() + (mModel->rowCount(index) > 0 ? '(' + Outline(index) + ')' : QString());
         }
         return rows.join(' ');
@@ -183,10 +183,10 @@ TEST_F(TreeModel, SortingKeepsPersistentIndexesOnTheirItems)
     mArray.Add<FakeInteger>("B");
     mArray.Add<FakeInteger>("A");
     Build(false);
-    const QPersistentModelIndex b = Cell(sValue, "B");
+    const QPersistentModelIndex b = Cell(ValueColumn, "B");
     mModel->sort(0);
     EXPECT_EQ(b.row(), 1);
-    EXPECT_EQ(b.column(), sValue);
+    EXPECT_EQ(b.column(), ValueColumn);
     EXPECT_EQ(GenBrowserTreeModel::Item(b)->Name(), "B");
 }
 
@@ -207,10 +207,10 @@ TEST_F(TreeModel, OnlyTheFirstColumnHasChildren)
 {
     mArray.Add<FakeInteger>("Width");
     Build();
-    const QModelIndex category = mModel->index(0, sName);
+    const QModelIndex category = mModel->index(0, NameColumn);
     EXPECT_EQ(mModel->rowCount(category), 1);
-    EXPECT_EQ(mModel->rowCount(mModel->index(0, sValue)), 0);
-    const QModelIndex feature = mModel->index(0, sValue, category);
+    EXPECT_EQ(mModel->rowCount(mModel->index(0, ValueColumn)), 0);
+    const QModelIndex feature = mModel->index(0, ValueColumn, category);
     EXPECT_EQ(feature.parent(), category);
     EXPECT_FALSE(category.parent().isValid());
     EXPECT_FALSE(mModel->index(1, 0, category).isValid());
@@ -233,8 +233,8 @@ TEST_F(TreeModel, ShowsNamesOrDisplayNamesAndValues)
 {
     mArray.Add<FakeInteger>("Width").mUnit = "px";
     Build();
-    EXPECT_EQ(Cell(sName, "Width").data(), "Width");
-    EXPECT_EQ(Cell(sValue, "Width").data(), "0 px");
+    EXPECT_EQ(Cell(NameColumn, "Width").data(), "Width");
+    EXPECT_EQ(Cell(ValueColumn, "Width").data(), "0 px");
     Build(true, true);
     EXPECT_EQ(Outline(), "The General(The Width)");
 }
@@ -244,7 +244,7 @@ TEST_F(TreeModel, OtherRolesAreEmpty)
     mArray.Add<FakeInteger>("Width");
     Build();
     for (const int role : {int(Qt::EditRole), int(Qt::CheckStateRole), int(Qt::TextAlignmentRole), 14, 100, 1000}) {
-        EXPECT_FALSE(Cell(sName, "Width").data(role).isValid()) << role;
+        EXPECT_FALSE(Cell(NameColumn, "Width").data(role).isValid()) << role;
     }
     EXPECT_FALSE(mModel->data(QModelIndex(), Qt::DisplayRole).isValid());
 }
@@ -253,11 +253,11 @@ TEST_F(TreeModel, TheToolTipIsTheErrorIfThereIsOne)
 {
     FakeInteger &feature = mArray.Add<FakeInteger>("Width");
     Build();
-    EXPECT_EQ(Cell(sName, "Width").data(Qt::ToolTipRole), "tip of Width");
-    EXPECT_EQ(Cell(sName, "General").data(Qt::ToolTipRole), "tip of General");
+    EXPECT_EQ(Cell(NameColumn, "Width").data(Qt::ToolTipRole), "tip of Width");
+    EXPECT_EQ(Cell(NameColumn, "General").data(Qt::ToolTipRole), "tip of General");
     feature.mValue = 1000;
     mModel->RefreshAll();
-    EXPECT_EQ(Cell(sValue, "Width").data(Qt::ToolTipRole), "Parameter out of range");
+    EXPECT_EQ(Cell(ValueColumn, "Width").data(Qt::ToolTipRole), "Parameter out of range");
 }
 
 TEST_F(TreeModel, CategoriesAndSelectorsAreBold)
@@ -267,9 +267,9 @@ TEST_F(TreeModel, CategoriesAndSelectorsAreBold)
     Build();
     QFont bold = QApplication::font();
     bold.setBold(true);
-    EXPECT_EQ(Cell(sName, "General").data(Qt::FontRole).value<QFont>(), bold);
-    EXPECT_EQ(Cell(sValue, "Selector").data(Qt::FontRole).value<QFont>(), bold);
-    EXPECT_EQ(Cell(sName, "Selected").data(Qt::FontRole).value<QFont>(), QApplication::font());
+    EXPECT_EQ(Cell(NameColumn, "General").data(Qt::FontRole).value<QFont>(), bold);
+    EXPECT_EQ(Cell(ValueColumn, "Selector").data(Qt::FontRole).value<QFont>(), bold);
+    EXPECT_EQ(Cell(NameColumn, "Selected").data(Qt::FontRole).value<QFont>(), QApplication::font());
 }
 
 TEST_F(TreeModel, BackgroundsTellSelectorsSelectedFeaturesAndCategories)
@@ -283,18 +283,18 @@ TEST_F(TreeModel, BackgroundsTellSelectorsSelectedFeaturesAndCategories)
     both.mAttributes.mSelected = {&selected};
     both.mAttributes.mSelecting = {&selector};
     Build();
-    EXPECT_EQ(Brush(Cell(sName, "Selected"), Qt::BackgroundRole), QBrush(QColor(206, 219, 234)));
-    EXPECT_EQ(Brush(Cell(sName, "Both"), Qt::BackgroundRole), QBrush(QColor(206, 219, 234)));
-    EXPECT_EQ(Brush(Cell(sName, "Selector"), Qt::BackgroundRole), QBrush(QColor(153, 180, 209)));
-    EXPECT_EQ(Brush(Cell(sName, "Plain"), Qt::BackgroundRole), QApplication::palette().base());
-    EXPECT_EQ(Brush(Cell(sName, "General"), Qt::BackgroundRole), QApplication::palette().window());
+    EXPECT_EQ(Brush(Cell(NameColumn, "Selected"), Qt::BackgroundRole), QBrush(QColor(206, 219, 234)));
+    EXPECT_EQ(Brush(Cell(NameColumn, "Both"), Qt::BackgroundRole), QBrush(QColor(206, 219, 234)));
+    EXPECT_EQ(Brush(Cell(NameColumn, "Selector"), Qt::BackgroundRole), QBrush(QColor(153, 180, 209)));
+    EXPECT_EQ(Brush(Cell(NameColumn, "Plain"), Qt::BackgroundRole), QApplication::palette().base());
+    EXPECT_EQ(Brush(Cell(NameColumn, "General"), Qt::BackgroundRole), QApplication::palette().window());
 }
 
 TEST_F(TreeModel, ARowWithAnErrorIsDarkRedWithWhiteTextAndTheErrorAsToolTip)
 {
     mArray.Add<FakeInteger>("Width").mScript.Fail("GetValue", LxResult(LxResultCode::Timeout, "a.cpp:1 Timeout"));
     Build();
-    for (const int column : {sName, sValue}) {
+    for (const int column : {NameColumn, ValueColumn}) {
         EXPECT_EQ(Brush(Cell(column, "Width"), Qt::BackgroundRole), QBrush(QColor(128, 0, 0)));
         EXPECT_EQ(Brush(Cell(column, "Width"), Qt::ForegroundRole), QBrush(QColor(Qt::white)));
         EXPECT_EQ(Cell(column, "Width").data(Qt::ToolTipRole), "Error reading value: Timeout");
@@ -310,13 +310,13 @@ TEST_F(TreeModel, GreyTellsWhatCannotBeWritten)
     Build();
     const QBrush grey = QApplication::palette().mid();
     const QBrush normal = QApplication::palette().text();
-    EXPECT_EQ(Brush(Cell(sName, "Writable"), Qt::ForegroundRole), normal);
-    EXPECT_EQ(Brush(Cell(sValue, "Writable"), Qt::ForegroundRole), normal);
-    EXPECT_EQ(Brush(Cell(sName, "ReadOnly"), Qt::ForegroundRole), normal);
-    EXPECT_EQ(Brush(Cell(sValue, "ReadOnly"), Qt::ForegroundRole), grey);
-    EXPECT_EQ(Brush(Cell(sName, "Gone"), Qt::ForegroundRole), grey);
-    EXPECT_EQ(Brush(Cell(sValue, "Gone"), Qt::ForegroundRole), grey);
-    EXPECT_EQ(Brush(Cell(sValue, "General"), Qt::ForegroundRole), normal);
+    EXPECT_EQ(Brush(Cell(NameColumn, "Writable"), Qt::ForegroundRole), normal);
+    EXPECT_EQ(Brush(Cell(ValueColumn, "Writable"), Qt::ForegroundRole), normal);
+    EXPECT_EQ(Brush(Cell(NameColumn, "ReadOnly"), Qt::ForegroundRole), normal);
+    EXPECT_EQ(Brush(Cell(ValueColumn, "ReadOnly"), Qt::ForegroundRole), grey);
+    EXPECT_EQ(Brush(Cell(NameColumn, "Gone"), Qt::ForegroundRole), grey);
+    EXPECT_EQ(Brush(Cell(ValueColumn, "Gone"), Qt::ForegroundRole), grey);
+    EXPECT_EQ(Brush(Cell(ValueColumn, "General"), Qt::ForegroundRole), normal);
 }
 
 TEST_F(TreeModel, RowsAreTenPixelsHigherThanTheirText)
@@ -324,7 +324,7 @@ TEST_F(TreeModel, RowsAreTenPixelsHigherThanTheirText)
     mArray.Add<FakeString>("Name").SetText("text");
     Build();
     const QSize text = QFontMetrics(QApplication::font()).size(Qt::TextSingleLine, "text");
-    EXPECT_EQ(Cell(sName, "Name").data(Qt::SizeHintRole).toSize(), text + QSize(0, 10));
+    EXPECT_EQ(Cell(NameColumn, "Name").data(Qt::SizeHintRole).toSize(), text + QSize(0, 10));
 }
 
 TEST_F(TreeModel, OnlyTheValueOfAWritableFeatureIsEditable)
@@ -334,15 +334,15 @@ TEST_F(TreeModel, OnlyTheValueOfAWritableFeatureIsEditable)
     FakeCommand &command = mArray.Add<FakeCommand>("Go");
     Build();
     const Qt::ItemFlags plain = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
-    EXPECT_EQ(Cell(sName, "Width").flags(), plain);
-    EXPECT_EQ(Cell(sValue, "Width").flags(), plain | Qt::ItemIsEditable);
-    EXPECT_EQ(Cell(sValue, "ReadOnly").flags(), plain);
-    EXPECT_EQ(Cell(sValue, "General").flags(), plain);
-    EXPECT_EQ(Cell(sValue, "Go").flags(), plain | Qt::ItemIsEditable);
+    EXPECT_EQ(Cell(NameColumn, "Width").flags(), plain);
+    EXPECT_EQ(Cell(ValueColumn, "Width").flags(), plain | Qt::ItemIsEditable);
+    EXPECT_EQ(Cell(ValueColumn, "ReadOnly").flags(), plain);
+    EXPECT_EQ(Cell(ValueColumn, "General").flags(), plain);
+    EXPECT_EQ(Cell(ValueColumn, "Go").flags(), plain | Qt::ItemIsEditable);
     EXPECT_EQ(mModel->flags(QModelIndex()), Qt::NoItemFlags);
     command.mDone = false;  // executing
     mModel->RefreshAll();
-    EXPECT_EQ(Cell(sValue, "Go").flags(), plain);
+    EXPECT_EQ(Cell(ValueColumn, "Go").flags(), plain);
 }
 
 // Refreshing
@@ -355,10 +355,10 @@ TEST_F(TreeModel, RefreshAllReadsEveryFeatureAndTellsTheViews)
     width.mValue = 7;
     QSignalSpy spy(mModel.get(), &QAbstractItemModel::dataChanged);
     mModel->RefreshAll();
-    EXPECT_EQ(Cell(sValue, "Width").data(), "7 ");
+    EXPECT_EQ(Cell(ValueColumn, "Width").data(), "7 ");
     ASSERT_EQ(spy.size(), 2);
-    EXPECT_EQ(spy[0][0].toModelIndex(), Cell(sName, "Width"));
-    EXPECT_EQ(spy[0][1].toModelIndex(), Cell(sValue, "Width"));
+    EXPECT_EQ(spy[0][0].toModelIndex(), Cell(NameColumn, "Width"));
+    EXPECT_EQ(spy[0][1].toModelIndex(), Cell(ValueColumn, "Width"));
     EXPECT_TRUE(spy[0][2].value<QList<int>>().isEmpty());
     EXPECT_EQ(mArray.mScript.Count("InvalidateCache"), 1);
 }
@@ -382,12 +382,12 @@ TEST_F(TreeModel, AReadingThatFailsWhileTheDeviceIsLostIsNotShownAlthoughItIsBac
             mArray.mAccessMode = 0;
         }
     });
-    GenBrowserTreeItem *const item = GenBrowserTreeModel::Item(Cell(sName, "Width"));
+    GenBrowserTreeItem *const item = GenBrowserTreeModel::Item(Cell(NameColumn, "Width"));
     std::thread([item] { item->Refresh(); }).join();
     QCoreApplication::processEvents();  // what the reading sent
     EXPECT_EQ(width.mScript.Count("GetValue"), 2);
     EXPECT_EQ(item->ErrorMsg(), "");
-    EXPECT_EQ(Cell(sValue, "Width").data(), "0 ");
+    EXPECT_EQ(Cell(ValueColumn, "Width").data(), "0 ");
 }
 
 TEST_F(TreeModel, RefreshAllLeavesTheEditedRowAlone)
@@ -395,11 +395,11 @@ TEST_F(TreeModel, RefreshAllLeavesTheEditedRowAlone)
     mArray.Add<FakeInteger>("Width");
     mArray.Add<FakeInteger>("Height");
     Build();
-    mModel->SetEditIndex(Cell(sValue, "Width"));
+    mModel->SetEditIndex(Cell(ValueColumn, "Width"));
     QSignalSpy spy(mModel.get(), &QAbstractItemModel::dataChanged);
     mModel->RefreshAll();
     ASSERT_EQ(spy.size(), 1);
-    EXPECT_EQ(spy[0][0].toModelIndex(), Cell(sName, "Height"));
+    EXPECT_EQ(spy[0][0].toModelIndex(), Cell(NameColumn, "Height"));
     mModel->ClearEditIndex();
     mModel->RefreshAll();
     EXPECT_EQ(spy.size(), 3);
@@ -410,8 +410,8 @@ TEST_F(TreeModel, ASignalThatWasSentBeforeTheRowWasEditedDoesNotReachIt)
     mArray.Add<FakeInteger>("Width");
     Build();
     QSignalSpy spy(mModel.get(), &QAbstractItemModel::dataChanged);
-    std::thread([&] { emit mModel->RefreshItemSignal(Cell(sName, "Width"), Cell(sValue, "Width")); }).join();
-    mModel->SetEditIndex(Cell(sValue, "Width"));
+    std::thread([&] { emit mModel->RefreshItemSignal(Cell(NameColumn, "Width"), Cell(ValueColumn, "Width")); }).join();
+    mModel->SetEditIndex(Cell(ValueColumn, "Width"));
     QCoreApplication::processEvents();
     EXPECT_EQ(spy.size(), 0);
 }
@@ -426,20 +426,20 @@ TEST_F(TreeModel, ANotificationUpdatesItsRow)
     EXPECT_EQ(spy.size(), 0);
     QCoreApplication::processEvents();
     ASSERT_EQ(spy.size(), 1);
-    EXPECT_EQ(spy[0][0].toModelIndex(), Cell(sName, "Width"));
-    EXPECT_EQ(Cell(sValue, "Width").data(), "7 ");
+    EXPECT_EQ(spy[0][0].toModelIndex(), Cell(NameColumn, "Width"));
+    EXPECT_EQ(Cell(ValueColumn, "Width").data(), "7 ");
 }
 
 TEST_F(TreeModel, ANotificationOfTheEditedRowReadsItButDoesNotTouchTheEditor)
 {
     FakeInteger &width = mArray.Add<FakeInteger>("Width");
     Build();
-    mModel->SetEditIndex(Cell(sValue, "Width"));
+    mModel->SetEditIndex(Cell(ValueColumn, "Width"));
     QSignalSpy spy(mModel.get(), &QAbstractItemModel::dataChanged);
     width.mValue = 7;
     width.Notify();
     EXPECT_EQ(spy.size(), 0);
-    EXPECT_EQ(Cell(sValue, "Width").data(), "7 ");
+    EXPECT_EQ(Cell(ValueColumn, "Width").data(), "7 ");
 }
 
 TEST_F(TreeModel, NotificationsWhileTheTreeIsBuiltAreSurvived)

@@ -91,7 +91,7 @@ TEST_F(Discovery, AFloodOfMadeUpDevicesEndsAndTheKnownOnesAreStillFound)
         for (const auto &[at, info] : mRecorder.GetReports()) {
             reported.insert(info);
         }
-        return reported.size() >= LxDetail::GigEVisionScanner::mostDevices;
+        return reported.size() >= LxDetail::GigEVisionScanner::MostDevices;
     }));
     const uint64_t before = next;
     ASSERT_TRUE(WaitFor([&] {
@@ -102,7 +102,7 @@ TEST_F(Discovery, AFloodOfMadeUpDevicesEndsAndTheKnownOnesAreStillFound)
     for (const auto &[at, info] : mRecorder.GetReports()) {
         EXPECT_TRUE(reported.contains(info)) << info->GetUniqueID().GetAscii();
     }
-    EXPECT_EQ(reported.size(), LxDetail::GigEVisionScanner::mostDevices);
+    EXPECT_EQ(reported.size(), LxDetail::GigEVisionScanner::MostDevices);
 
     flooding = false;
     ASSERT_TRUE(FindDevices(1));

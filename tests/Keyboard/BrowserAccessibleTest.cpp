@@ -8,8 +8,8 @@
 namespace
 {
 
-constexpr int sName = GenBrowserTreeModel::NameColumn;
-constexpr int sValue = GenBrowserTreeModel::ValueColumn;
+constexpr int NameColumn = GenBrowserTreeModel::NameColumn;
+constexpr int ValueColumn = GenBrowserTreeModel::ValueColumn;
 
 class BrowserAccessible : public testing::Test
 {
@@ -34,17 +34,17 @@ protected:
     }
     void TearDown() override { mBrowser.Close(); }
 
-    QAccessibleInterface *Cell(const QString &aName, int aColumn = sName)
+    QAccessibleInterface *Cell(const QString &aName, int aColumn = NameColumn)
     {
         for (int row = 0; row < mTable->rowCount(); ++row) {
-            if (mTable->cellAt(row, sName)->text(QAccessible::Name) == aName) {
+            if (mTable->cellAt(row, NameColumn)->text(QAccessible::Name) == aName) {
                 return mTable->cellAt(row, aColumn);
             }
         }
         ADD_FAILURE() << "no row " << aName.toStdString();
         return mTable->cellAt(0, aColumn);
     }
-    QAccessible::State State(const QString &aName, int aColumn = sValue) { return Cell(aName, aColumn)->state(); }
+    QAccessible::State State(const QString &aName, int aColumn = ValueColumn) { return Cell(aName, aColumn)->state(); }
     QString Text(const QString &aName, int aColumn, QAccessible::Text aKind = QAccessible::Name)
     {
         return Cell(aName, aColumn)->text(aKind);
@@ -70,8 +70,8 @@ TEST_F(BrowserAccessible, IsATreeOfTheRowsThatAreOpen)
     EXPECT_EQ(mTree->text(QAccessible::Name), "Features");
     EXPECT_EQ(mTable->columnCount(), 2);
     EXPECT_EQ(mTable->rowCount(), 7);
-    EXPECT_EQ(mTable->columnDescription(sName), "Feature");
-    EXPECT_EQ(mTable->columnDescription(sValue), "Value");
+    EXPECT_EQ(mTable->columnDescription(NameColumn), "Feature");
+    EXPECT_EQ(mTable->columnDescription(ValueColumn), "Value");
     mBrowser.Tree()->collapse(mBrowser.Cell("Image"));
     EXPECT_EQ(mTable->rowCount(), 5);
     EXPECT_EQ(mTree->childCount(), (5 + 1) * 2) << "with the header";
@@ -88,17 +88,18 @@ TEST_F(BrowserAccessible, TellsNamesAndValues)
     mWidth->mMax = 1000;
     mWidth->mValue = 640;
     Refresh();
-    EXPECT_EQ(Text("Width", sName), "Width");
-    EXPECT_EQ(Text("Width", sValue), mBrowser.Value("Width"));
+    EXPECT_EQ(Text("Width", NameColumn), "Width");
+    EXPECT_EQ(Text("Width", ValueColumn), mBrowser.Value("Width"));
     EXPECT_TRUE(mBrowser.Value("Width").startsWith("640"));
-    EXPECT_EQ(Text("Width", sName, QAccessible::Description), mBrowser.Value("Width")) << "where the keyboard goes";
-    EXPECT_EQ(Text("Width", sValue, QAccessible::Value), mBrowser.Value("Width"));
-    EXPECT_EQ(Text("Width", sValue, QAccessible::Description), "Width");
+    EXPECT_EQ(Text("Width", NameColumn, QAccessible::Description), mBrowser.Value("Width"))
+        << "where the keyboard goes";
+    EXPECT_EQ(Text("Width", ValueColumn, QAccessible::Value), mBrowser.Value("Width"));
+    EXPECT_EQ(Text("Width", ValueColumn, QAccessible::Description), "Width");
     EXPECT_EQ(Cell("Width")->role(), QAccessible::TreeItem);
-    QAccessibleTableCellInterface *cell = Cell("Width", sValue)->tableCellInterface();
+    QAccessibleTableCellInterface *cell = Cell("Width", ValueColumn)->tableCellInterface();
     ASSERT_NE(cell, nullptr);
-    EXPECT_EQ(cell->columnIndex(), sValue);
-    EXPECT_EQ(mTable->cellAt(cell->rowIndex(), sValue), Cell("Width", sValue));
+    EXPECT_EQ(cell->columnIndex(), ValueColumn);
+    EXPECT_EQ(mTable->cellAt(cell->rowIndex(), ValueColumn), Cell("Width", ValueColumn));
     EXPECT_EQ(cell->columnHeaderCells().value(0)->text(QAccessible::Name), "Value");
 }
 
@@ -106,8 +107,8 @@ TEST_F(BrowserAccessible, TellsErrors)
 {
     mWidth->mScript.Fail("GetValue", LxResult(LxResultCode::Failed, "Width.cpp:1 Timeout"));
     Refresh();
-    EXPECT_EQ(Text("Width", sName, QAccessible::Description), "Error reading value: Timeout");
-    EXPECT_EQ(Text("Width", sValue, QAccessible::Description), "Error reading value: Timeout");
+    EXPECT_EQ(Text("Width", NameColumn, QAccessible::Description), "Error reading value: Timeout");
+    EXPECT_EQ(Text("Width", ValueColumn, QAccessible::Description), "Error reading value: Timeout");
 }
 
 TEST_F(BrowserAccessible, TellsWhatCanBeEdited)
@@ -118,7 +119,7 @@ TEST_F(BrowserAccessible, TellsWhatCanBeEdited)
     mWidth->mWritable = false;
     mGain->mAvailable = false;
     Refresh();
-    for (const int column : {sName, sValue}) {
+    for (const int column : {NameColumn, ValueColumn}) {
         EXPECT_FALSE(State("Width", column).editable);
         EXPECT_TRUE(State("Width", column).readOnly);
         EXPECT_FALSE(State("Width", column).disabled);
@@ -150,15 +151,15 @@ TEST_F(BrowserAccessible, TellsWhetherACommandRuns)
 
 TEST_F(BrowserAccessible, TellsWhetherACategoryIsOpen)
 {
-    EXPECT_TRUE(State("Image", sName).expandable);
-    EXPECT_TRUE(State("Image", sName).expanded);
-    EXPECT_FALSE(State("Width", sName).expandable);
+    EXPECT_TRUE(State("Image", NameColumn).expandable);
+    EXPECT_TRUE(State("Image", NameColumn).expanded);
+    EXPECT_FALSE(State("Width", NameColumn).expandable);
     QAccessibleActionInterface *actions = Cell("Image")->actionInterface();
     ASSERT_NE(actions, nullptr);
     actions->doAction(QAccessibleActionInterface::toggleAction());
     EXPECT_FALSE(mBrowser.Tree()->isExpanded(mBrowser.Cell("Image")));
-    EXPECT_TRUE(State("Image", sName).collapsed);
-    EXPECT_FALSE(State("Image", sName).expanded);
+    EXPECT_TRUE(State("Image", NameColumn).collapsed);
+    EXPECT_FALSE(State("Image", NameColumn).expanded);
 }
 
 TEST_F(BrowserAccessible, TellsTheCurrentRow)
@@ -167,15 +168,15 @@ TEST_F(BrowserAccessible, TellsTheCurrentRow)
     Keyboard::Press(Qt::Key_Home);
     Keyboard::Press(Qt::Key_Down);
     const QString current = mBrowser.Current();
-    EXPECT_TRUE(State(current, sName).focused);
-    EXPECT_TRUE(State(current, sName).selected);
+    EXPECT_TRUE(State(current, NameColumn).focused);
+    EXPECT_TRUE(State(current, NameColumn).selected);
     EXPECT_EQ(mTree->focusChild(), Cell(current));
     EXPECT_EQ(mTable->selectedRowCount(), 1);
     EXPECT_EQ(mTable->selectedCellCount(), 2);
     EXPECT_TRUE(mTable->selectRow(0));
     EXPECT_EQ(mBrowser.Tree()->currentIndex(), mBrowser.Model()->index(0, 0));
-    const QPoint middle = Cell("Width", sValue)->rect().center();
-    EXPECT_EQ(mTree->childAt(middle.x(), middle.y()), Cell("Width", sValue));
+    const QPoint middle = Cell("Width", ValueColumn)->rect().center();
+    EXPECT_EQ(mTree->childAt(middle.x(), middle.y()), Cell("Width", ValueColumn));
 }
 
 TEST_F(BrowserAccessible, OpensEditors)
@@ -197,5 +198,5 @@ TEST_F(BrowserAccessible, CellsOfATreeThatWasReplacedAreNoLongerValid)
     EXPECT_EQ(cell->text(QAccessible::Name), "");
     EXPECT_EQ(mTree->childCount(), 0);
     mBrowser.SetGenParameterArray(&mArray);
-    EXPECT_EQ(Text("Width", sName), "Width");
+    EXPECT_EQ(Text("Width", NameColumn), "Width");
 }

@@ -18,7 +18,7 @@ namespace GenDC = LxDetail::GenDC;
 using Bytes = std::vector<uint8_t>;
 
 /// One Mono8 image of 3 x 2 pixels with a byte of padding behind each line, byte by byte as the standard lays it out.
-const Bytes kMono8 = {
+const Bytes Mono8Container = {
     0x47, 0x4E, 0x44, 0x43, 0x01, 0x01, 0x00, 0x00,  // 0x00 signature, version
     0x00, 0x10, 0x00, 0x00, 0x40, 0x00, 0x00, 0x00,  // 0x08 header type, flags, header size
     0x07, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,  // 0x10 ID
@@ -106,14 +106,14 @@ Bytes Make(GenDC::Descriptor aDescriptor)
 TEST(LxGenDCContainer, ReadsTheImageOfTheStandardsLayout)
 {
     Container container;
-    ASSERT_TRUE(Parse(kMono8, container).IsOK());
+    ASSERT_TRUE(Parse(Mono8Container, container).IsOK());
     EXPECT_EQ(container->GetID(), 7u);
-    EXPECT_EQ(container->GetSize(), kMono8.size());
+    EXPECT_EQ(container->GetSize(), Mono8Container.size());
     ASSERT_EQ(container->GetComponentCount(), 1u);
     EXPECT_EQ(container->GetComponent(1), nullptr);
     const ILxGenDCComponent *component = container->GetComponent(0);
     ASSERT_NE(component, nullptr);
-    EXPECT_EQ(component->GetTypeID(), GenDC::kIntensity);
+    EXPECT_EQ(component->GetTypeID(), GenDC::Intensity);
     ASSERT_EQ(component->GetPartCount(), 1u);
     EXPECT_EQ(component->GetPart(1), nullptr);
     EXPECT_EQ(component->GetPart(0)->GetHeaderType(), 0x4200);
@@ -125,13 +125,13 @@ TEST(LxGenDCContainer, ReadsTheImageOfTheStandardsLayout)
     EXPECT_EQ(image->GetPaddingX(), 1u);
     EXPECT_EQ(image->GetPaddingY(), 0u);
     ASSERT_EQ(image->GetDataSize(), 8u);
-    const Bytes lines(kMono8.end() - 8, kMono8.end());
+    const Bytes lines(Mono8Container.end() - 8, Mono8Container.end());
     EXPECT_EQ(std::memcmp(image->GetDataPointer(), lines.data(), 8), 0);
 }
 
 TEST(LxGenDCContainer, KeepsTheMemoryThatItReads)
 {
-    auto memory = std::make_shared<const Bytes>(kMono8);
+    auto memory = std::make_shared<const Bytes>(Mono8Container);
     Container container;
     ASSERT_TRUE(LxGenDCContainer::Parse({memory, memory->data()}, memory->size(), container).IsOK());
     EXPECT_EQ(memory.use_count(), 2);
@@ -156,7 +156,7 @@ TEST(LxGenDCContainer, RefusesMemoryThatIsNone)
 TEST(LxGenDCContainer, AFailureKeepsTheContainerThatWasThere)
 {
     Container container;
-    ASSERT_TRUE(Parse(kMono8, container).IsOK());
+    ASSERT_TRUE(Parse(Mono8Container, container).IsOK());
     const Container before = container;
     EXPECT_FALSE(Parse(Bytes(10), container).IsOK());
     EXPECT_EQ(container, before);
@@ -164,8 +164,8 @@ TEST(LxGenDCContainer, AFailureKeepsTheContainerThatWasThere)
 
 TEST(LxGenDCContainer, RefusesAContainerCutAnywhere)
 {
-    for (size_t size = 0; size < kMono8.size(); ++size) {
-        EXPECT_EQ(Parse(Bytes(kMono8.begin(), kMono8.begin() + static_cast<std::ptrdiff_t>(size))),
+    for (size_t size = 0; size < Mono8Container.size(); ++size) {
+        EXPECT_EQ(Parse(Bytes(Mono8Container.begin(), Mono8Container.begin() + static_cast<std::ptrdiff_t>(size))),
                   LxResultCode::InvalidDataFormat)
             << size;
     }
@@ -173,11 +173,11 @@ TEST(LxGenDCContainer, RefusesAContainerCutAnywhere)
 
 TEST(LxGenDCContainer, BytesBehindTheContainerDoNotMatter)
 {
-    Bytes longer = kMono8;
+    Bytes longer = Mono8Container;
     longer.resize(longer.size() + 100, 0x47);
     Container container;
     ASSERT_TRUE(Parse(longer, container).IsOK());
-    EXPECT_EQ(container->GetSize(), kMono8.size());
+    EXPECT_EQ(container->GetSize(), Mono8Container.size());
 }
 
 TEST(LxGenDCContainer, RefusesWhatItsNumbersCannotMean)
@@ -255,7 +255,7 @@ TEST(LxGenDCContainer, RefusesWhatItsNumbersCannotMean)
         {"a format with more bits", 0x80, static_cast<uint32_t>(LxPixelType::Mono16), 4},
     };
     for (const Case &one : cases) {
-        EXPECT_EQ(Parse(With(kMono8, one.mOffset, one.mValue, one.mSize)), one.mCode) << one.mName;
+        EXPECT_EQ(Parse(With(Mono8Container, one.mOffset, one.mValue, one.mSize)), one.mCode) << one.mName;
     }
 }
 
@@ -286,21 +286,21 @@ TEST(LxGenDCContainer, TakesWhatMayDiffer)
     };
     for (const Case &one : cases) {
         Container container;
-        ASSERT_TRUE(Parse(With(kMono8, one.mOffset, one.mValue, one.mSize), container).IsOK()) << one.mName;
+        ASSERT_TRUE(Parse(With(Mono8Container, one.mOffset, one.mValue, one.mSize), container).IsOK()) << one.mName;
         EXPECT_EQ(FirstImage(*container) != nullptr, one.mHasImage) << one.mName;
     }
 }
 
 TEST(LxGenDCContainer, DataOfNoBytesMayBeAtTheEnd)
 {
-    Bytes bytes = With(With(kMono8, 0x78, 0x41F0, 2), 0x90, 0, 8);
+    Bytes bytes = With(With(Mono8Container, 0x78, 0x41F0, 2), 0x90, 0, 8);
     EXPECT_TRUE(Parse(With(bytes, 0x98, 0xB8, 8)).IsOK());
     EXPECT_EQ(Parse(With(With(bytes, 0x98, 0xB8, 8), 0x90, 1, 8)), LxResultCode::InvalidDataFormat);
 }
 
 TEST(LxGenDCContainer, AnInvalidComponentMaySayAnythingOfItsData)
 {
-    const Bytes invalid = With(kMono8, 0x42, 1, 2);
+    const Bytes invalid = With(Mono8Container, 0x42, 1, 2);
     EXPECT_TRUE(Parse(With(With(invalid, 0x90, 0, 8), 0x98, 0xB8, 8)).IsOK());
     EXPECT_TRUE(Parse(With(invalid, 0x98, UINT64_MAX, 8)).IsOK());
 }
@@ -312,7 +312,7 @@ TEST(LxGenDCContainer, HandsOutTheImagesOfSeveralComponents)
     metadata.mHeaderType = 0x4000;
     metadata.mDataSize = 20;
     descriptor.mComponents.push_back(ComponentOf({metadata}));
-    descriptor.mComponents[0].mTypeID = GenDC::kMetadata;
+    descriptor.mComponents[0].mTypeID = GenDC::Metadata;
     descriptor.mComponents.push_back(
         ComponentOf({ImagePart(LxPixelType::Mono8, 4, 3, 12), ImagePart(LxPixelType::Mono12p, 4, 2, 12)}));
     descriptor.mComponents.push_back(ComponentOf({ImagePart(LxPixelType::RGB8, 2, 2, 12)}));
@@ -320,7 +320,7 @@ TEST(LxGenDCContainer, HandsOutTheImagesOfSeveralComponents)
     Container container;
     ASSERT_TRUE(Parse(Make(descriptor), container).IsOK());
     ASSERT_EQ(container->GetComponentCount(), 3u);
-    EXPECT_EQ(container->GetComponent(0)->GetTypeID(), GenDC::kMetadata);
+    EXPECT_EQ(container->GetComponent(0)->GetTypeID(), GenDC::Metadata);
     EXPECT_EQ(container->GetComponent(0)->GetPart(0)->GetImage(), nullptr);
     ASSERT_NE(container->GetComponent(1)->GetPart(0)->GetImage(), nullptr);
     ASSERT_NE(container->GetComponent(1)->GetPart(1)->GetImage(), nullptr);

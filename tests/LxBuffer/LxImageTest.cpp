@@ -19,7 +19,7 @@
 namespace
 {
 
-const uint32_t kMost = 0xFFFFFFFF;
+const uint32_t Most = 0xFFFFFFFF;
 
 // Everything that an image says about itself.
 auto StateOf(const LxImage &aImage)
@@ -145,11 +145,11 @@ TEST(LxImage, AllocRefusesGeometryWithoutASizeAndKeepsTheImage)
         {4, 3, static_cast<LxPixelType>(0x0100FFFF), 0, 0},  // no bits per pixel
         {4, 3, LxPixelType::RGB8_Planar, 1, 0},              // padding of a planar format
         {4, 3, LxPixelType::RGB8_Planar, 0, 1},
-        {kMost, kMost, LxPixelType::BGRa8, 0, 0},  // exceeds 64 bits
-        {kMost, kMost, LxPixelType::Mono8, kMost, kMost},
-        {kMost, kMost, LxPixelType::Mono8, 0, 0},  // exceeds 2^40 bytes
+        {Most, Most, LxPixelType::BGRa8, 0, 0},  // exceeds 64 bits
+        {Most, Most, LxPixelType::Mono8, Most, Most},
+        {Most, Most, LxPixelType::Mono8, 0, 0},  // exceeds 2^40 bytes
         {1u << 20, 1u << 20, LxPixelType::Mono8, 0, 1},
-        {1, kMost, LxPixelType::Mono8, kMost, 0},
+        {1, Most, LxPixelType::Mono8, Most, 0},
     };
     for (const auto &[width, height, type, paddingX, paddingY] : refused) {
         const LxResult result = image.Alloc(width, height, type, paddingX, paddingY);
@@ -222,7 +222,7 @@ TEST(LxImage, AttachRefusesBadArgumentsAndKeepsTheImage)
     EXPECT_EQ(image.Attach(memory.data(), 0, 3, LxPixelType::Mono8), LxResultCode::InvalidArgument);
     EXPECT_EQ(image.Attach(memory.data(), 4, 0, LxPixelType::Mono8), LxResultCode::InvalidArgument);
     EXPECT_EQ(image.Attach(memory.data(), 4, 3, LxPixelType::None), LxResultCode::InvalidArgument);
-    EXPECT_EQ(image.Attach(memory.data(), kMost, kMost, LxPixelType::BGRa8), LxResultCode::InvalidArgument);
+    EXPECT_EQ(image.Attach(memory.data(), Most, Most, LxPixelType::BGRa8), LxResultCode::InvalidArgument);
     EXPECT_EQ(image.Attach(memory.data(), 2, 2, LxPixelType::RGB8_Planar, 1), LxResultCode::InvalidArgument);
     EXPECT_EQ(image.AttachSized(nullptr, 64, 4, 3, LxPixelType::Mono8), LxResultCode::InvalidArgument);
     EXPECT_EQ(image.AttachSized(memory.data(), 64, 0, 3, LxPixelType::Mono8), LxResultCode::InvalidArgument);

@@ -23,7 +23,7 @@ TEST(LxPixelType, TableHasEachNameAndNumberOnce)
 {
     std::set<std::string_view> names;
     std::set<LxPixelType> types;
-    for (const PixelFormat &format : LxDetail::kPixelFormats) {
+    for (const PixelFormat &format : LxDetail::PixelFormats) {
         EXPECT_TRUE(names.insert(format.mName).second) << format.mName;
         EXPECT_TRUE(types.insert(format.mType).second) << format.mName;
         if (format.mGev1Name != "-") {
@@ -35,7 +35,7 @@ TEST(LxPixelType, TableHasEachNameAndNumberOnce)
 
 TEST(LxPixelType, TableHasBitsAndComponentsThatAgreeWithTheNumber)
 {
-    for (const PixelFormat &format : LxDetail::kPixelFormats) {
+    for (const PixelFormat &format : LxDetail::PixelFormats) {
         const auto value = static_cast<uint32_t>(format.mType);
         const uint32_t components = value >> 24;
         EXPECT_TRUE(components == 1 || components == 2) << format.mName;
@@ -61,7 +61,7 @@ TEST(LxPixelType, BitsPerPixelComeFromTheNumberAlone)
 
 TEST(LxPixelType, EveryNameTravelsThereAndBack)
 {
-    for (const PixelFormat &format : LxDetail::kPixelFormats) {
+    for (const PixelFormat &format : LxDetail::PixelFormats) {
         EXPECT_EQ(LxPixelTypeToString(format.mType).GetString(), format.mName);
         EXPECT_EQ(LxPixelTypeFromString(std::string(format.mName)), format.mType);
     }

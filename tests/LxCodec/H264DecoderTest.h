@@ -11,7 +11,7 @@
 class H264DecoderTest : public testing::Test
 {
 protected:
-    static constexpr int cStep = 6;  // of grey from one picture to the next
+    static constexpr int kStep = 6;  // of grey from one picture to the next
 
     void SetUp() override { LX_NEEDS_H264_ENCODER(); }
 
@@ -20,7 +20,7 @@ protected:
         aSettings.mRange = AVCOL_RANGE_JPEG;
         H264Units units = EncodeH264(aSettings, aCount, [](int aPicture, int aPlane, int aX, int aY) {
             // a fine pattern, so that a picture that is not redrawn as a whole is not taken for another
-            return aPlane == 0 ? 20 + cStep * (aPicture % 32) + ((aX / 8 + aY / 8) % 2) : 128;
+            return aPlane == 0 ? 20 + kStep * (aPicture % 32) + ((aX / 8 + aY / 8) % 2) : 128;
         });
         EXPECT_EQ(units.size(), static_cast<size_t>(aCount));
         return units;
@@ -39,9 +39,9 @@ protected:
             return std::nullopt;
         }
         const auto *pixel = static_cast<const uint8_t *>(mImage.GetDataPointer());
-        const int picture = (pixel[0] - 20 + cStep / 2) / cStep;
+        const int picture = (pixel[0] - 20 + kStep / 2) / kStep;
         for (uint64_t i = 0; i < mImage.GetDataSize(); i += 4) {
-            const bool same = (pixel[i] - 20 + cStep / 2) / cStep == picture && pixel[i + 1] == pixel[i] &&
+            const bool same = (pixel[i] - 20 + kStep / 2) / kStep == picture && pixel[i + 1] == pixel[i] &&
                               pixel[i + 2] == pixel[i] && pixel[i + 3] == 255;
             if (!same) {
                 ADD_FAILURE() << "picture " << picture << " is not whole at byte " << i;

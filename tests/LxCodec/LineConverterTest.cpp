@@ -85,7 +85,7 @@ TEST_P(Lines, OfEveryFormatAndWidthAreThoseOfTheScalarKernels)
     GuardedMemory output(1 << 17);
     std::minstd_rand random(3);
     size_t formats = 0;
-    for (const PixelFormat &format : LxDetail::kPixelFormats) {
+    for (const PixelFormat &format : LxDetail::PixelFormats) {
         LxDetail::ConversionPlan plan;
         if (!LxDetail::FindConversionPlan(format.mType, plan)) {
             continue;

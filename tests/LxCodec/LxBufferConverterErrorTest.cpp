@@ -237,7 +237,7 @@ TEST_F(LxBufferConverterError, WithAFormatThatIsNotSupported)
 {
     std::vector<uint8_t> memory(4096);
     size_t count = 0;
-    for (const LxDetail::PixelFormat &format : LxDetail::kPixelFormats) {
+    for (const LxDetail::PixelFormat &format : LxDetail::PixelFormats) {
         if (!LxBufferConverter::IsSupported(format.mType)) {
             ++count;
             mInput.mPixelType = format.mType;

@@ -145,7 +145,7 @@ protected:
 TEST_F(EveryFormat, IsConvertedAsDefinedOrListedAsUnsupported)
 {
     size_t supported = 0;
-    for (const PixelFormat &format : LxDetail::kPixelFormats) {
+    for (const PixelFormat &format : LxDetail::PixelFormats) {
         if (IsListedAsUnsupported(format)) {
             EXPECT_FALSE(LxBufferConverter::IsSupported(format.mType)) << format.mName;
             continue;

@@ -30,7 +30,7 @@ std::string Access(const std::string &aMode)
                            : "<ImposedAccessMode>" + aMode + "</ImposedAccessMode>";
 }
 
-const std::string kConstants = Node("Integer", "Zero", "<Value>0</Value>") + Node("Integer", "One", "<Value>1</Value>");
+const std::string Constants = Node("Integer", "Zero", "<Value>0</Value>") + Node("Integer", "One", "<Value>1</Value>");
 
 }  // namespace
 
@@ -44,7 +44,7 @@ TEST(Access, CombinesWithTheNodeBehind)
                                      {"NI", "NA", "WO", "RO", "RW"}};
     for (int front = 0; front < 5; ++front) {
         for (int behind = 0; behind < 5; ++behind) {
-            const TestCamera camera("A", kConstants + Reg("AReg", 0x1000, "RW", Access(modes[behind])) +
+            const TestCamera camera("A", Constants + Reg("AReg", 0x1000, "RW", Access(modes[behind])) +
                                              Integer("A", "AReg", Access(modes[front])));
             EXPECT_EQ(State(camera["A"]), table[front][behind]) << modes[front] << " on " << modes[behind];
         }
@@ -138,7 +138,7 @@ TEST(Access, OfOtherKindsFollowsTheSameRules)
     const std::string locked = "<pIsLocked>One</pIsLocked>";
     const TestCamera camera(
         "E B C F S X",
-        kConstants + Reg("R", 0x1000) +
+        Constants + Reg("R", 0x1000) +
             Node("Enumeration", "E", Node("EnumEntry", "No", "<Value>0</Value>") + locked + "<pValue>R</pValue>") +
             Node("Boolean", "B", locked + "<pValue>R</pValue>") +
             Node("Command", "C", locked + "<pValue>R</pValue><CommandValue>1</CommandValue>") +

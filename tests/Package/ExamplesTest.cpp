@@ -16,8 +16,8 @@ namespace
 
 // How many colours a window has at least that is not blank, and one with the picture of a camera, which no window
 // without one has.
-constexpr int cWindowColours = 40;
-constexpr int cPictureColours = 130;
+constexpr int WindowColours = 40;
+constexpr int PictureColours = 130;
 
 // A program that runs; its windows, what it prints and how it ends.
 class Examples : public testing::Test
@@ -103,20 +103,20 @@ protected:
     void ChooseFirstCamera()
     {
         const xcb_window_t finder = WaitForWindow("Choose a camera");
-        ExpectContent(finder, cWindowColours);
+        ExpectContent(finder, WindowColours);
         QImage shown;  // what a key of the last round may have ended is not there any more
         EXPECT_TRUE(WaitFor([&] {
             if (mScreen.Find("Choose a camera") == XCB_NONE) {
                 return true;
             }
             const QImage before = mScreen.Picture(finder);
-            mScreen.Press(finder, Key::cHome);
-            mScreen.Press(finder, Key::cDown);
+            mScreen.Press(finder, Key::HomeKey);
+            mScreen.Press(finder, Key::DownKey);
             WaitFor([&] { return mScreen.Picture(finder) != before; }, std::chrono::milliseconds(100));
             if (const QImage now = mScreen.Picture(); !now.isNull()) {
                 shown = now;
             }
-            mScreen.Press(finder, Key::cReturn);
+            mScreen.Press(finder, Key::ReturnKey);
             return WaitFor([&] { return mScreen.Find("Choose a camera") == XCB_NONE; }, std::chrono::milliseconds(200));
         }));
         Save("finder", shown);
@@ -144,7 +144,7 @@ TEST_F(Examples, TheModalFinderPrintsTheChoice)
 TEST_F(Examples, TheModalFinderSaysThatNothingWasChosen)
 {
     Start("modal-finder");
-    mScreen.Press(WaitForWindow("Choose a camera"), Key::cEscape);
+    mScreen.Press(WaitForWindow("Choose a camera"), Key::EscapeKey);
     EXPECT_EQ(End(), 1);
     EXPECT_EQ(Output(), "No camera was chosen.\n");
 }
@@ -155,12 +155,12 @@ TEST_F(Examples, ModelessWindowsShowPictureAndFeatures)
     ChooseFirstCamera();
     const xcb_window_t picture = WaitForWindow("Picture");
     const xcb_window_t features = WaitForWindow("Features");
-    ExpectContent(picture, cPictureColours);
-    ExpectContent(features, cWindowColours);
+    ExpectContent(picture, PictureColours);
+    ExpectContent(features, WindowColours);
     Save("windows");
     mScreen.Close(features);
     EXPECT_TRUE(WaitFor([&] { return mScreen.Find("Features") == XCB_NONE; }));
-    ExpectContent(picture, cPictureColours);
+    ExpectContent(picture, PictureColours);
     EXPECT_TRUE(IsRunning());
     mScreen.Close(picture);
     EXPECT_EQ(End(), 0);
@@ -172,8 +172,8 @@ TEST_F(Examples, OwnWidgetsShowPictureAndFeatures)
     Start("own-widgets");
     ChooseFirstCamera();
     const xcb_window_t window = WaitForWindow("Inspection");
-    ExpectContent(window, cPictureColours, QRect(0, 0, 550, 550));
-    ExpectContent(window, cWindowColours, QRect(620, 0, 480, 550));
+    ExpectContent(window, PictureColours, QRect(0, 0, 550, 550));
+    ExpectContent(window, WindowColours, QRect(620, 0, 480, 550));
     Save("window");
     mScreen.Close(window);
     EXPECT_EQ(End(), 0);
@@ -184,22 +184,22 @@ TEST_F(Examples, TheX11HostShowsThePictureAndGetsItsMessages)
 {
     Start("x11-host", {QStringLiteral("192.168.10.21")});
     const xcb_window_t window = WaitForWindow("A window of X11");
-    ExpectContent(window, cPictureColours);
+    ExpectContent(window, PictureColours);
     EXPECT_TRUE(WaitFor([&] { return Output() == "The picture has 640 x 480 pixels.\n"; })) << Output();
 
     mScreen.Resize(window, 500, 300);
     EXPECT_TRUE(WaitFor([&] { return mScreen.Picture(window).size() == QSize(500, 300); }));
-    ExpectContent(window, cPictureColours);
+    ExpectContent(window, PictureColours);
 
     const xcb_window_t browser = WaitForWindow("Features");
-    ExpectContent(browser, cWindowColours);
+    ExpectContent(browser, WindowColours);
     Save("windows");
     EXPECT_TRUE(WaitFor([&] {
         mScreen.Click(browser, 150, 200);  // into the tree
-        mScreen.Press(browser, Key::cHome);
+        mScreen.Press(browser, Key::HomeKey);
         mScreen.Type(browser, "devicereset");  // finds the feature
-        mScreen.Press(browser, Key::cF2);
-        mScreen.Press(browser, Key::cSpace);
+        mScreen.Press(browser, Key::F2Key);
+        mScreen.Press(browser, Key::SpaceKey);
         return WaitFor([&] { return Output().find("restarts") != std::string::npos; }, std::chrono::milliseconds(1000));
     }));
     Save("reset");
@@ -230,7 +230,7 @@ TEST_F(Examples, FiltersListOneModelAndFewFeatures)
     Start("filters", {QStringLiteral("Simulated Frame Grabber")});
     ChooseFirstCamera();
     const xcb_window_t window = WaitForWindow("Picture settings");
-    ExpectContent(window, cWindowColours);
+    ExpectContent(window, WindowColours);
     Save("features");
     mScreen.Close(window);
     EXPECT_EQ(End(), 0);
@@ -250,18 +250,18 @@ TEST_F(Examples, TheProgramOfTheReadmeShowsThePicture)
     std::vector<xcb_window_t> windows;
     ASSERT_TRUE(WaitFor([&] { return (windows = mScreen.Windows()).size() == 1; }));
     const xcb_window_t finder = windows[0];
-    ExpectContent(finder, cWindowColours);
+    ExpectContent(finder, WindowColours);
     ASSERT_TRUE(WaitFor([&] {
-        mScreen.Press(finder, Key::cHome);
-        mScreen.Press(finder, Key::cDown);
-        mScreen.Press(finder, Key::cReturn);
+        mScreen.Press(finder, Key::HomeKey);
+        mScreen.Press(finder, Key::DownKey);
+        mScreen.Press(finder, Key::ReturnKey);
         const auto isNext = [&] {
             windows = mScreen.Windows();
             return windows.size() == 1 && windows[0] != finder;
         };
         return WaitFor(isNext, std::chrono::milliseconds(300));
     }));
-    ExpectContent(windows[0], cPictureColours);
+    ExpectContent(windows[0], PictureColours);
     Save("picture");
     mScreen.Close(windows[0]);
     EXPECT_EQ(End(), 0);

@@ -49,10 +49,10 @@ private:
 
 namespace Key
 {
-constexpr uint32_t cReturn = 0xff0d;
-constexpr uint32_t cEscape = 0xff1b;
-constexpr uint32_t cHome = 0xff50;
-constexpr uint32_t cDown = 0xff54;
-constexpr uint32_t cF2 = 0xffbf;
-constexpr uint32_t cSpace = 0x20;
+constexpr uint32_t ReturnKey = 0xff0d;
+constexpr uint32_t EscapeKey = 0xff1b;
+constexpr uint32_t HomeKey = 0xff50;
+constexpr uint32_t DownKey = 0xff54;
+constexpr uint32_t F2Key = 0xffbf;
+constexpr uint32_t SpaceKey = 0x20;
 }  // namespace Key

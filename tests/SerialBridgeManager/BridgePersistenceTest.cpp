@@ -170,8 +170,8 @@ TEST_F(BridgePersistenceTest, ValuesOutOfRangeAreInvalid)
 
 TEST_F(BridgePersistenceTest, AConfigurationThatTheDeviceRefuses)
 {
-    constexpr uint64_t kSpeedOfSerial0 = 0xC040;
-    LxSimulation::FailRange(SimulatedGrabber::ID, kSpeedOfSerial0, 4, LxResult(LxResultCode::AccessDenied, "%1%2"));
+    constexpr uint64_t speedOfSerial0 = 0xC040;
+    LxSimulation::FailRange(SimulatedGrabber::ID, speedOfSerial0, 4, LxResult(LxResultCode::AccessDenied, "%1%2"));
     EXPECT_EQ(Load({{"Serial0", "COMPort"}, {"Serial0Port", "COM3"}, {"Serial0COMPortBaudRate", "19200"}}),
               "Serial bridge on Serial0: Unable to apply serial port configuration: ACCESS_DENIED, %1%2.\n");
     EXPECT_NE(SaveText().find(Open), std::string::npos) << "the port stays open";

@@ -43,7 +43,7 @@ TestCamera CameraOf(const std::string &aNames)
     return TestCamera(aNames, nodes);
 }
 
-const char *const sBaudRate = "BaudRate";
+const char *const BaudRate = "BaudRate";
 
 }  // namespace
 
@@ -113,40 +113,40 @@ TEST(PortFeatures, TheSelectorTakesTheNameOfABulkPort)
 
 TEST(PortFeatures, AnEnumerationOffersTheEntriesThatCanBeChosen)
 {
-    const TestCamera camera(sBaudRate,
-                            Node("Enumeration", sBaudRate,
+    const TestCamera camera(BaudRate,
+                            Node("Enumeration", BaudRate,
                                  Entry("Baud9600", 1) + Entry("Baud19200", 2, "<pIsAvailable>Fast</pIsAvailable>") +
                                      Entry("Baud115200", 7) + "<pValue>Reg0</pValue>") +
                                 Reg("Reg0", 0x1000) + Reg("Fast", 0x1004));
     camera.mMemory->Poke32(0x1000, 7);
-    SpeedChoices choices = ReadSpeed(camera[sBaudRate]);
+    SpeedChoices choices = ReadSpeed(camera[BaudRate]);
     EXPECT_EQ(choices.mTexts, QStringList({"Baud9600", "Baud115200"}));
     EXPECT_EQ(choices.mCurrent, 1);
     camera.mMemory->Poke32(0x1004, 1);
     camera.mMemory->Poke32(0x1000, 5);
-    choices = ReadSpeed(camera[sBaudRate]);
+    choices = ReadSpeed(camera[BaudRate]);
     EXPECT_EQ(choices.mTexts, QStringList({"Baud9600", "Baud19200", "Baud115200"}));
     EXPECT_EQ(choices.mCurrent, -1) << "no entry has the number";
-    EXPECT_TRUE(WriteSpeed(camera[sBaudRate], "Baud19200").IsOK());
+    EXPECT_TRUE(WriteSpeed(camera[BaudRate], "Baud19200").IsOK());
     EXPECT_EQ(camera.mMemory->Peek32(0x1000), 2u);
-    EXPECT_FALSE(WriteSpeed(camera[sBaudRate], "Baud5").IsOK());
-    EXPECT_FALSE(WriteSpeed(camera[sBaudRate], "").IsOK());
+    EXPECT_FALSE(WriteSpeed(camera[BaudRate], "Baud5").IsOK());
+    EXPECT_FALSE(WriteSpeed(camera[BaudRate], "").IsOK());
     EXPECT_EQ(camera.mMemory->Peek32(0x1000), 2u);
 }
 
 TEST(PortFeatures, ANumberOffersRatesOfItsRangeAndIsWrittenAsANumber)
 {
-    const TestCamera camera(sBaudRate,
-                            Integer(sBaudRate, "Reg0", "<Min>9600</Min><Max>115200</Max>") + Reg("Reg0", 0x1000));
+    const TestCamera camera(BaudRate,
+                            Integer(BaudRate, "Reg0", "<Min>9600</Min><Max>115200</Max>") + Reg("Reg0", 0x1000));
     camera.mMemory->Poke32(0x1000, 12345);
-    const SpeedChoices choices = ReadSpeed(camera[sBaudRate]);
+    const SpeedChoices choices = ReadSpeed(camera[BaudRate]);
     EXPECT_EQ(choices.mTexts,
               QStringList({"9600", "12345", "14400", "19200", "28800", "38400", "57600", "76800", "115200"}));
     EXPECT_EQ(choices.mCurrent, 1);
-    EXPECT_TRUE(WriteSpeed(camera[sBaudRate], "57600").IsOK());
+    EXPECT_TRUE(WriteSpeed(camera[BaudRate], "57600").IsOK());
     EXPECT_EQ(camera.mMemory->Peek32(0x1000), 57600u);
-    EXPECT_FALSE(WriteSpeed(camera[sBaudRate], "1200").IsOK()) << "below the minimum";
-    EXPECT_FALSE(WriteSpeed(camera[sBaudRate], "fast").IsOK());
+    EXPECT_FALSE(WriteSpeed(camera[BaudRate], "1200").IsOK()) << "below the minimum";
+    EXPECT_FALSE(WriteSpeed(camera[BaudRate], "fast").IsOK());
     EXPECT_EQ(camera.mMemory->Peek32(0x1000), 57600u);
 }
 
@@ -163,11 +163,11 @@ TEST(PortFeatures, AClockDividerOffersPowersOfTwo)
 
 TEST(PortFeatures, ASpeedThatCannotBeReadHasNoChoices)
 {
-    const TestCamera camera(sBaudRate, Reg(sBaudRate, 0x1000));
+    const TestCamera camera(BaudRate, Reg(BaudRate, 0x1000));
     camera.mPort->FailAll(LxResultCode::Timeout);
-    EXPECT_TRUE(ReadSpeed(camera[sBaudRate]).mTexts.isEmpty());
-    EXPECT_EQ(ReadSpeed(camera[sBaudRate]).mCurrent, -1);
-    EXPECT_FALSE(WriteSpeed(camera[sBaudRate], "1").IsOK());
+    EXPECT_TRUE(ReadSpeed(camera[BaudRate]).mTexts.isEmpty());
+    EXPECT_EQ(ReadSpeed(camera[BaudRate]).mCurrent, -1);
+    EXPECT_FALSE(WriteSpeed(camera[BaudRate], "1").IsOK());
 }
 
 TEST(NumbersToOffer, FollowTheTable)

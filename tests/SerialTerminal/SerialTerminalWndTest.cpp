@@ -15,7 +15,7 @@
 namespace
 {
 
-constexpr char sHint[] =
+constexpr char Hint[] =
     "\r\n\r\nBytes must be provided as pairs of hexadecimal digits\r\nseparated by spaces.\r\n\r\n"
     "Example: 03 64 70 6D AB 43 72 01 02";
 
@@ -438,7 +438,7 @@ TEST_F(TerminalTest, RefusesWrongHexadecimalData)
         mWnd.Send(text);
         EXPECT_TRUE(box.WasShown()) << text;
         EXPECT_EQ(box.Title(), "Error");
-        EXPECT_EQ(box.Text(), QString("Error parsing send data string.") + sHint);
+        EXPECT_EQ(box.Text(), QString("Error parsing send data string.") + Hint);
     }
     EXPECT_EQ(Port().Written(), "");
 }
@@ -464,7 +464,7 @@ TEST_F(TerminalTest, RefusesAWrongTrailer)
     mWnd.Send("A");
     EXPECT_TRUE(box.WasShown());
     EXPECT_EQ(box.Title(), "Error");
-    EXPECT_EQ(box.Text(), QString("Error parsing other trailer string.") + sHint);
+    EXPECT_EQ(box.Text(), QString("Error parsing other trailer string.") + Hint);
     EXPECT_EQ(Port().Written(), "");
     mWnd.Type("OtherEdit", "0d");
     mWnd.Send("B");

@@ -9,8 +9,8 @@
 namespace
 {
 
-constexpr TranscriptFormat sFormats[] = {TranscriptFormat::Ascii, TranscriptFormat::Hexadecimal,
-                                         TranscriptFormat::Hybrid};
+constexpr TranscriptFormat Formats[] = {TranscriptFormat::Ascii, TranscriptFormat::Hexadecimal,
+                                        TranscriptFormat::Hybrid};
 
 /// How a transcript of these bytes looks when nothing was cut off, in the most direct way.
 std::string Reference(TranscriptFormat aFormat, const std::string &aBytes)
@@ -100,7 +100,7 @@ bool EndsWith(const std::string &aText, const std::string &aEnd)
 
 TEST(TranscriptFormatter, ShowsEveryByteOfEveryFormat)
 {
-    for (const TranscriptFormat format : sFormats) {
+    for (const TranscriptFormat format : Formats) {
         Transcript transcript(format);
         transcript.Add(AllBytes());
         transcript.Show();
@@ -195,7 +195,7 @@ TEST(TranscriptFormatter, CountsWhatWaits)
 
 TEST(TranscriptFormatter, AgreesWithTheReferenceOnRandomStreamsInRandomChunks)
 {
-    for (const TranscriptFormat format : sFormats) {
+    for (const TranscriptFormat format : Formats) {
         for (unsigned seed = 0; seed < 200; ++seed) {
             std::mt19937 random(seed);
             Transcript transcript(format);
@@ -215,7 +215,7 @@ TEST(TranscriptFormatter, AgreesWithTheReferenceOnRandomStreamsInRandomChunks)
 
 TEST(TranscriptFormatter, TrimsWholeUnitsFromTheStartOfRandomStreams)
 {
-    for (const TranscriptFormat format : sFormats) {
+    for (const TranscriptFormat format : Formats) {
         const size_t unit = format == TranscriptFormat::Ascii ? 1 : format == TranscriptFormat::Hybrid ? 69 : 50;
         for (unsigned seed = 0; seed < 4; ++seed) {
             std::mt19937 random(seed);
@@ -268,7 +268,7 @@ TEST(TranscriptFormatter, TheTranscriptIsFilledToItsLastCharacter)
 
 TEST(TranscriptFormatter, APortionLargerThanTheTranscriptReplacesIt)
 {
-    for (const TranscriptFormat format : sFormats) {
+    for (const TranscriptFormat format : Formats) {
         Transcript transcript(format);
         transcript.Add("a few bytes");
         transcript.Show();
@@ -285,7 +285,7 @@ TEST(TranscriptFormatter, APortionLargerThanTheTranscriptReplacesIt)
 TEST(TranscriptFormatter, DropsWhatDoesNotFitIntoAPortion)
 {
     const std::string bytes = AllBytes() + AllBytes();
-    for (const TranscriptFormat format : sFormats) {
+    for (const TranscriptFormat format : Formats) {
         Transcript transcript(format);
         std::string all;
         for (int i = 0; i < 200; ++i) {
@@ -364,7 +364,7 @@ TEST(TranscriptFormatter, TextsOfOtherLengthsAreTrimmedToWholeLines)
 
 TEST(TranscriptFormatter, ClearingForgetsWhatWaitsAndTheLine)
 {
-    for (const TranscriptFormat format : sFormats) {
+    for (const TranscriptFormat format : Formats) {
         for (const bool shown : {false, true}) {
             Transcript transcript(format);
             transcript.Add("ABC");

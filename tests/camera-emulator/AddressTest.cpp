@@ -13,11 +13,11 @@ namespace
 
 namespace Register = LxDetail::SimulatedRegister;
 
-constexpr uint16_t cDiscovery = 0x0002;
-constexpr uint16_t cForceIP = 0x0004;
-constexpr uint8_t cAckRequired = 0x01;
-constexpr uint8_t cBroadcastAllowed = 0x11;
-constexpr uint32_t cBroadcast = 0xFFFFFFFF;
+constexpr uint16_t DiscoveryCommand = 0x0002;
+constexpr uint16_t ForceIPCommand = 0x0004;
+constexpr uint8_t AckRequired = 0x01;
+constexpr uint8_t BroadcastAllowed = 0x11;
+constexpr uint32_t Broadcast = 0xFFFFFFFF;
 
 Bytes MakeForceIP(uint64_t aMAC, uint32_t aAddress, uint32_t aMask, uint32_t aGateway = 0)
 {
@@ -57,7 +57,7 @@ TEST(Discovery, AnswersWithTheBootstrapRegisters)
     EmulatedCamera camera(options);
     START(camera);
     EmulatorClient client;
-    const Ack ack = client.Ask(cDiscovery, {}, cAckRequired);
+    const Ack ack = client.Ask(DiscoveryCommand, {}, AckRequired);
     EXPECT_EQ(0, ack.mStatus);
     ASSERT_EQ(248u, ack.mPayload.size());
     EXPECT_EQ(0x80000000u, Get32(&ack.mPayload[4]) & 0x80000000u) << "big-endian registers";
@@ -72,7 +72,7 @@ TEST(Discovery, AnswersWithTheBootstrapRegisters)
     EXPECT_EQ("about", Text(ack, 0xA8, 48));
     EXPECT_EQ("0123456789ABCDEF", Text(ack, 0xD8, 16));
     EXPECT_EQ("left", Text(ack, 0xE8, 16));
-    EXPECT_EQ(cLoopback, ack.mFrom.mAddress);
+    EXPECT_EQ(Loopback, ack.mFrom.mAddress);
     EXPECT_EQ(3956, ack.mFrom.mPort);
 }
 
@@ -81,8 +81,8 @@ TEST(Discovery, AnswersLimitedAndSubnetBroadcasts)
     EmulatedCamera camera(MakeOptions(0x7F000005));
     START(camera);
     EmulatorClient client(0x7F000005, "lo");
-    for (const uint32_t to : {cBroadcast, 0x7FFFFFFFu}) {
-        const Ack ack = client.Ask(cDiscovery, {}, cAckRequired, to);
+    for (const uint32_t to : {Broadcast, 0x7FFFFFFFu}) {
+        const Ack ack = client.Ask(DiscoveryCommand, {}, AckRequired, to);
         EXPECT_EQ(248u, ack.mPayload.size());
         EXPECT_EQ(0x7F000005u, ack.mFrom.mAddress);
     }
@@ -97,7 +97,7 @@ TEST(Discovery, SeveralCamerasSideBySideAllAnswer)
     START(second);
     START(third);
     EmulatorClient client(0, "lo");
-    client.SendBytes(EmulatorClient::MakeCommand(cDiscovery, 1, {}), cBroadcast);
+    client.SendBytes(EmulatorClient::MakeCommand(DiscoveryCommand, 1, {}), Broadcast);
     std::set<uint32_t> found;
     for (int i = 0; i < 3; ++i) {
         const auto ack = client.Receive();
@@ -114,20 +114,20 @@ TEST(Discovery, CameraInAnotherSubnetAnswersByBroadcastWhereThatIsAllowed)
     options.mIdentity.mSubnetMask = 0xFFFFFF00;
     EmulatedCamera camera(options);
     START(camera);
-    EmulatorClient client(cLoopback, "lo");
-    const Ack allowed = client.Ask(cDiscovery, {}, cBroadcastAllowed, cBroadcast);
-    EXPECT_EQ(cBroadcast, allowed.mTo);
+    EmulatorClient client(Loopback, "lo");
+    const Ack allowed = client.Ask(DiscoveryCommand, {}, BroadcastAllowed, Broadcast);
+    EXPECT_EQ(Broadcast, allowed.mTo);
     EXPECT_EQ(0x0A090909u, Get32(&allowed.mPayload[0x24]));
-    const Ack direct = client.Ask(cDiscovery, {}, cAckRequired, cBroadcast);
-    EXPECT_EQ(cLoopback, direct.mTo);
+    const Ack direct = client.Ask(DiscoveryCommand, {}, AckRequired, Broadcast);
+    EXPECT_EQ(Loopback, direct.mTo);
 }
 
 TEST(Discovery, CameraInTheSameSubnetAnswersDirectlyEvenThen)
 {
     EmulatedCamera camera(MakeOptions());
     START(camera);
-    EmulatorClient client(cLoopback, "lo", cLoopback);
-    EXPECT_EQ(cLoopback, client.Ask(cDiscovery, {}, cBroadcastAllowed, cBroadcast).mTo);
+    EmulatorClient client(Loopback, "lo", Loopback);
+    EXPECT_EQ(Loopback, client.Ask(DiscoveryCommand, {}, BroadcastAllowed, Broadcast).mTo);
 }
 
 TEST(Discovery, IsOpenToOthersUnderExclusiveAccess)
@@ -137,15 +137,15 @@ TEST(Discovery, IsOpenToOthersUnderExclusiveAccess)
     EmulatorClient holder;
     holder.TakeControl(1);
     EmulatorClient other;
-    EXPECT_EQ(0, other.Ask(cDiscovery, {}).mStatus);
+    EXPECT_EQ(0, other.Ask(DiscoveryCommand, {}).mStatus);
 }
 
 TEST(Discovery, IsTheOnlyQuestionAnsweredWhenBroadcast)
 {
     EmulatedCamera camera(MakeOptions());
     START(camera);
-    EmulatorClient client(cLoopback, "lo");
-    client.SendBytes(EmulatorClient::MakeCommand(0x0080, 77, Words({0x0A00})), cBroadcast);
+    EmulatorClient client(Loopback, "lo");
+    client.SendBytes(EmulatorClient::MakeCommand(0x0080, 77, Words({0x0A00})), Broadcast);
     EXPECT_TRUE(client.IsSilent());
 }
 
@@ -156,7 +156,7 @@ TEST(Discovery, AnswerWaitsAsLongAsTheRegisterSaysAtMost)
     camera.GetCamera().GetPort()->Poke32(Register::GevDiscoveryAckDelay, 50);
     EmulatorClient client;
     for (int i = 0; i < 5; ++i) {
-        EXPECT_EQ(248u, client.Ask(cDiscovery, {}).mPayload.size());
+        EXPECT_EQ(248u, client.Ask(DiscoveryCommand, {}).mPayload.size());
     }
 }
 
@@ -165,13 +165,14 @@ TEST(ForceIP, MovesTheCameraToAnotherAddressOfThisMachine)
     const EmulatedCameraOptions options = MakeOptions();
     EmulatedCamera camera(options);
     START(camera);
-    EmulatorClient client(cLoopback, "lo");
-    const Ack ack = client.Ask(cForceIP, MakeForceIP(options.mIdentity.mMACAddress, 0x7F00004D, 0xFF000000, 0x7F000001),
-                               cBroadcastAllowed, cBroadcast);
+    EmulatorClient client(Loopback, "lo");
+    const Ack ack =
+        client.Ask(ForceIPCommand, MakeForceIP(options.mIdentity.mMACAddress, 0x7F00004D, 0xFF000000, 0x7F000001),
+                   BroadcastAllowed, Broadcast);
     EXPECT_EQ(0, ack.mStatus);
     EXPECT_EQ(0x7F00004Du, camera.GetEndpoint().mAddress);
     EmulatorClient atNew(0x7F00004D);
-    const Ack found = atNew.Ask(cDiscovery, {});
+    const Ack found = atNew.Ask(DiscoveryCommand, {});
     EXPECT_EQ(0x7F00004Du, Get32(&found.mPayload[0x24]));
     EXPECT_EQ(0xFF000000u, Get32(&found.mPayload[0x34]));
     EXPECT_EQ(0x7F000001u, Get32(&found.mPayload[0x44]));
@@ -188,13 +189,13 @@ TEST(ForceIP, WrongSubnetIsCuredByBroadcast)
     options.mIdentity.mSubnetMask = 0xFFFFFF00;
     EmulatedCamera camera(options);
     START(camera);
-    EmulatorClient client(cLoopback, "lo");
+    EmulatorClient client(Loopback, "lo");
     EXPECT_EQ(0, client
-                     .Ask(cForceIP, MakeForceIP(options.mIdentity.mMACAddress, 0x7F000042, 0xFF000000),
-                          cBroadcastAllowed, cBroadcast)
+                     .Ask(ForceIPCommand, MakeForceIP(options.mIdentity.mMACAddress, 0x7F000042, 0xFF000000),
+                          BroadcastAllowed, Broadcast)
                      .mStatus);
     EmulatorClient atNew(0x7F000042);
-    EXPECT_EQ(0x7F000042u, Get32(&atNew.Ask(cDiscovery, {}).mPayload[0x24]));
+    EXPECT_EQ(0x7F000042u, Get32(&atNew.Ask(DiscoveryCommand, {}).mPayload[0x24]));
 }
 
 TEST(ForceIP, AddressThatTheMachineDoesNotHaveIsOnlyClaimed)
@@ -203,8 +204,9 @@ TEST(ForceIP, AddressThatTheMachineDoesNotHaveIsOnlyClaimed)
     EmulatedCamera camera(options);
     START(camera);
     EmulatorClient client;
-    EXPECT_EQ(0, client.Ask(cForceIP, MakeForceIP(options.mIdentity.mMACAddress, 0x0A000007, 0xFFFFFF00)).mStatus);
-    EXPECT_EQ(0x0A000007u, Get32(&client.Ask(cDiscovery, {}).mPayload[0x24]));
+    EXPECT_EQ(0,
+              client.Ask(ForceIPCommand, MakeForceIP(options.mIdentity.mMACAddress, 0x0A000007, 0xFFFFFF00)).mStatus);
+    EXPECT_EQ(0x0A000007u, Get32(&client.Ask(DiscoveryCommand, {}).mPayload[0x24]));
 }
 
 TEST(ForceIP, IsForOneHardwareAddressOnly)
@@ -212,9 +214,10 @@ TEST(ForceIP, IsForOneHardwareAddressOnly)
     EmulatedCamera camera(MakeOptions());
     START(camera);
     EmulatorClient client;
-    client.SendBytes(EmulatorClient::MakeCommand(cForceIP, 9, MakeForceIP(0x02FFFFFFFFFF, 0x7F000042, 0xFF000000)));
+    client.SendBytes(
+        EmulatorClient::MakeCommand(ForceIPCommand, 9, MakeForceIP(0x02FFFFFFFFFF, 0x7F000042, 0xFF000000)));
     EXPECT_TRUE(client.IsSilent());
-    EXPECT_EQ(cLoopback, camera.GetEndpoint().mAddress);
+    EXPECT_EQ(Loopback, camera.GetEndpoint().mAddress);
 }
 
 TEST(ForceIP, RefusesAddressesThatNoHostCanHave)
@@ -224,13 +227,15 @@ TEST(ForceIP, RefusesAddressesThatNoHostCanHave)
     START(camera);
     EmulatorClient client;
     const uint64_t mac = options.mIdentity.mMACAddress;
-    EXPECT_EQ(0x8002, client.Ask(cForceIP, MakeForceIP(mac, 0xE0000001, 0xFFFFFF00)).mStatus) << "multicast";
-    EXPECT_EQ(0x8002, client.Ask(cForceIP, MakeForceIP(mac, 0x0A000001, 0xFF00FF00)).mStatus) << "mask with a hole";
-    EXPECT_EQ(0x8002, client.Ask(cForceIP, MakeForceIP(mac, 0x0A000000, 0xFFFFFF00)).mStatus) << "the subnet itself";
-    EXPECT_EQ(0x8002, client.Ask(cForceIP, MakeForceIP(mac, 0x0A0000FF, 0xFFFFFF00)).mStatus) << "its broadcast";
-    EXPECT_EQ(0x8002, client.Ask(cForceIP, MakeForceIP(mac, 0x00000001, 0xFF000000)).mStatus) << "network 0";
-    EXPECT_EQ(0x8002, client.Ask(cForceIP, Bytes(52)).mStatus) << "too short";
-    EXPECT_EQ(cLoopback, Get32(&client.Ask(cDiscovery, {}).mPayload[0x24]));
+    EXPECT_EQ(0x8002, client.Ask(ForceIPCommand, MakeForceIP(mac, 0xE0000001, 0xFFFFFF00)).mStatus) << "multicast";
+    EXPECT_EQ(0x8002, client.Ask(ForceIPCommand, MakeForceIP(mac, 0x0A000001, 0xFF00FF00)).mStatus)
+        << "mask with a hole";
+    EXPECT_EQ(0x8002, client.Ask(ForceIPCommand, MakeForceIP(mac, 0x0A000000, 0xFFFFFF00)).mStatus)
+        << "the subnet itself";
+    EXPECT_EQ(0x8002, client.Ask(ForceIPCommand, MakeForceIP(mac, 0x0A0000FF, 0xFFFFFF00)).mStatus) << "its broadcast";
+    EXPECT_EQ(0x8002, client.Ask(ForceIPCommand, MakeForceIP(mac, 0x00000001, 0xFF000000)).mStatus) << "network 0";
+    EXPECT_EQ(0x8002, client.Ask(ForceIPCommand, Bytes(52)).mStatus) << "too short";
+    EXPECT_EQ(Loopback, Get32(&client.Ask(DiscoveryCommand, {}).mPayload[0x24]));
 }
 
 TEST(ForceIP, ZeroGoesBackToTheFirstAddressUnlessControlled)
@@ -240,12 +245,12 @@ TEST(ForceIP, ZeroGoesBackToTheFirstAddressUnlessControlled)
     EmulatedCamera camera(options);
     START(camera);
     EmulatorClient client;
-    EXPECT_EQ(0, client.Ask(cForceIP, MakeForceIP(mac, 0x0A000007, 0xFFFFFF00)).mStatus);
+    EXPECT_EQ(0, client.Ask(ForceIPCommand, MakeForceIP(mac, 0x0A000007, 0xFFFFFF00)).mStatus);
     client.TakeControl();
-    EXPECT_EQ(0x8006, client.Ask(cForceIP, MakeForceIP(mac, 0, 0)).mStatus);
+    EXPECT_EQ(0x8006, client.Ask(ForceIPCommand, MakeForceIP(mac, 0, 0)).mStatus);
     EXPECT_EQ(0, client.WriteRegister(0x0A00, 0));
-    EXPECT_EQ(0, client.Ask(cForceIP, MakeForceIP(mac, 0, 0)).mStatus);
-    EXPECT_EQ(cLoopback, Get32(&client.Ask(cDiscovery, {}).mPayload[0x24]));
+    EXPECT_EQ(0, client.Ask(ForceIPCommand, MakeForceIP(mac, 0, 0)).mStatus);
+    EXPECT_EQ(Loopback, Get32(&client.Ask(DiscoveryCommand, {}).mPayload[0x24]));
 }
 
 TEST(Interface, CameraGivesItItsAddressAndMovesWithForceIP)
@@ -258,17 +263,18 @@ TEST(Interface, CameraGivesItItsAddressAndMovesWithForceIP)
         START(camera);
         EXPECT_TRUE(HasAddress("lo", 0x0A090909));
         EmulatorClient client(0x0A090909);
-        EXPECT_EQ(0x0A090909u, client.Ask(cDiscovery, {}).mFrom.mAddress);
-        EXPECT_EQ(0, client.Ask(cForceIP, MakeForceIP(options.mIdentity.mMACAddress, 0x0A090A14, 0xFFFFFF00)).mStatus);
+        EXPECT_EQ(0x0A090909u, client.Ask(DiscoveryCommand, {}).mFrom.mAddress);
+        EXPECT_EQ(
+            0, client.Ask(ForceIPCommand, MakeForceIP(options.mIdentity.mMACAddress, 0x0A090A14, 0xFFFFFF00)).mStatus);
         EXPECT_TRUE(HasAddress("lo", 0x0A090A14));
         EXPECT_FALSE(HasAddress("lo", 0x0A090909));
         EmulatorClient atNew(0x0A090A14);
-        const Ack found = atNew.Ask(cDiscovery, {});
+        const Ack found = atNew.Ask(DiscoveryCommand, {});
         EXPECT_EQ(0x0A090A14u, found.mFrom.mAddress);
         EXPECT_EQ(0x0A090A14u, Get32(&found.mPayload[0x24]));
     }
     EXPECT_FALSE(HasAddress("lo", 0x0A090A14)) << "what the camera added is gone with it";
-    EXPECT_TRUE(HasAddress("lo", cLoopback));
+    EXPECT_TRUE(HasAddress("lo", Loopback));
 }
 
 TEST(Interface, CameraAnswersThereAtItsOwnAddressOnly)
@@ -279,7 +285,7 @@ TEST(Interface, CameraAnswersThereAtItsOwnAddressOnly)
     EmulatedCamera camera(options);
     START(camera);
     EmulatorClient client(0x0A090909);
-    client.SendBytes(EmulatorClient::MakeCommand(0x0080, 5, Words({0x0A00})), cLoopback);
+    client.SendBytes(EmulatorClient::MakeCommand(0x0080, 5, Words({0x0A00})), Loopback);
     EXPECT_TRUE(client.IsSilent());
 }
 
@@ -305,7 +311,7 @@ TEST(Start, CanStopAndStartAgain)
     for (int i = 0; i < 3; ++i) {
         START(camera);
         EmulatorClient client;
-        EXPECT_EQ(248u, client.Ask(cDiscovery, {}).mPayload.size());
+        EXPECT_EQ(248u, client.Ask(DiscoveryCommand, {}).mPayload.size());
         camera.Stop();
     }
 }

@@ -79,7 +79,7 @@ TEST_F(CommandChannelTest, ForcesAnAddressOnACameraOnTheNetworkOnly)
     EXPECT_EQ("ok", mChannel.Execute("force-ip 127.0.0.9 255.0.0.0 127.0.0.1"));
     EXPECT_EQ(0x7F000009u, mCamera.GetEndpoint().mAddress);
     EXPECT_EQ("ok", mChannel.Execute("force-ip 0.0.0.0 0.0.0.0"));
-    EXPECT_EQ(cLoopback, mCamera.GetEndpoint().mAddress);
+    EXPECT_EQ(Loopback, mCamera.GetEndpoint().mAddress);
 }
 
 TEST_F(CommandChannelTest, StateTellsWhoIsInControl)

@@ -15,7 +15,7 @@ namespace
 namespace Register = LxDetail::SimulatedRegister;
 using namespace std::chrono_literals;
 
-constexpr uint32_t cCCP = 0x0A00;
+constexpr uint32_t CCP = 0x0A00;
 
 class ControlTest : public testing::Test
 {
@@ -139,7 +139,7 @@ TEST_F(ControlTest, RegistersThatAreNotThereOrReadOnlySaySo)
     EXPECT_EQ(0x8004, mClient->WriteRegister(0x0000, 0));
     EXPECT_EQ(0x8004, mClient->WriteMemory(0x0200, Bytes(8)));
     EXPECT_EQ(0x8002, mClient->WriteRegister(Register::Width, 3)) << "a value that the camera refuses";
-    EXPECT_EQ(0x8004, mClient->WriteMemory(cCCP, Words({2}))) << "control is taken with WRITEREG only";
+    EXPECT_EQ(0x8004, mClient->WriteMemory(CCP, Words({2}))) << "control is taken with WRITEREG only";
 }
 
 TEST_F(ControlTest, UnknownCommandsAreNotImplemented)
@@ -161,12 +161,12 @@ TEST_F(ControlTest, MalformedDatagramsAreIgnored)
 {
     mClient->SendBytes({});
     mClient->SendBytes({0x42, 0x01, 0x00, 0x80});
-    Bytes command = EmulatorClient::MakeCommand(0x0080, 7, Words({cCCP}));
+    Bytes command = EmulatorClient::MakeCommand(0x0080, 7, Words({CCP}));
     command[0] = 0x43;
     mClient->SendBytes(command);
-    command = EmulatorClient::MakeCommand(0x0080, 0, Words({cCCP}));
+    command = EmulatorClient::MakeCommand(0x0080, 0, Words({CCP}));
     mClient->SendBytes(command);
-    command = EmulatorClient::MakeCommand(0x0080, 7, Words({cCCP}));
+    command = EmulatorClient::MakeCommand(0x0080, 7, Words({CCP}));
     Put16(&command[4], 400);
     mClient->SendBytes(command);
     EXPECT_TRUE(mClient->IsSilent());
@@ -236,26 +236,26 @@ TEST_F(ControlTest, PrivilegeMatrix)
         prepare();
         uint32_t value = 0;
         Bytes data;
-        EXPECT_EQ(row.mRead, mClient->ReadRegister(cCCP, value));
+        EXPECT_EQ(row.mRead, mClient->ReadRegister(CCP, value));
         EXPECT_EQ(row.mRead == ok ? row.mMode : 0, value);
         EXPECT_EQ(row.mRead, mClient->ReadMemory(0x0200, 4, data));
         EXPECT_EQ(row.mWrite, mClient->WriteRegister(Register::SimInteger, 1));
         EXPECT_EQ(row.mWrite, mClient->WriteMemory(Register::SimRegister, Bytes(4)));
-        EXPECT_EQ(row.mTake, mClient->WriteRegister(cCCP, 2));
+        EXPECT_EQ(row.mTake, mClient->WriteRegister(CCP, 2));
         prepare();
-        EXPECT_EQ(row.mTake, mClient->WriteRegister(cCCP, 1));
+        EXPECT_EQ(row.mTake, mClient->WriteRegister(CCP, 1));
         prepare();
-        EXPECT_EQ(row.mRelease, mClient->WriteRegister(cCCP, 0));
+        EXPECT_EQ(row.mRelease, mClient->WriteRegister(CCP, 0));
     }
 }
 
 TEST_F(ControlTest, ShowsWhoIsInControl)
 {
     mClient->TakeControl();
-    EXPECT_EQ(2u, mClient->ReadRegister(cCCP));
+    EXPECT_EQ(2u, mClient->ReadRegister(CCP));
     EXPECT_EQ(mClient->GetLocal().mPort, mClient->ReadRegister(0x0A04));
-    EXPECT_EQ(cLoopback, mClient->ReadRegister(0x0A14));
-    EXPECT_EQ(0, mClient->WriteRegister(cCCP, 0));
+    EXPECT_EQ(Loopback, mClient->ReadRegister(0x0A14));
+    EXPECT_EQ(0, mClient->WriteRegister(CCP, 0));
     EXPECT_EQ(0u, mClient->ReadRegister(0x0A04));
     EXPECT_EQ(0u, mClient->ReadRegister(0x0A14));
 }
@@ -265,8 +265,8 @@ TEST_F(ControlTest, SwitchoverHandsControlToWhoKnowsTheKey)
     EmulatorClient other;
     mClient->TakeControl(2 | 4);
     ASSERT_EQ(0, mClient->WriteRegister(0x095C, 0x1234));
-    EXPECT_EQ(0x8006, other.WriteRegister(cCCP, 0x43210002));
-    EXPECT_EQ(0, other.WriteRegister(cCCP, 0x12340002));
+    EXPECT_EQ(0x8006, other.WriteRegister(CCP, 0x43210002));
+    EXPECT_EQ(0, other.WriteRegister(CCP, 0x12340002));
     EXPECT_EQ(0, other.WriteRegister(Register::SimInteger, 1));
     EXPECT_EQ(0x8006, mClient->WriteRegister(Register::SimInteger, 1));
 }
@@ -276,10 +276,10 @@ TEST_F(ControlTest, AnotherApplicationTakesControlAway)
     mClient->TakeControl();
     mCamera.OverrideControl(2);
     EXPECT_EQ(0x8006, mClient->WriteRegister(Register::SimInteger, 1));
-    EXPECT_EQ(2u, mClient->ReadRegister(cCCP));
+    EXPECT_EQ(2u, mClient->ReadRegister(CCP));
     mCamera.OverrideControl(1);
     uint32_t value = 0;
-    EXPECT_EQ(0x8006, mClient->ReadRegister(cCCP, value));
+    EXPECT_EQ(0x8006, mClient->ReadRegister(CCP, value));
     mCamera.OverrideControl(0);
     mClient->TakeControl();
 }
@@ -292,7 +292,7 @@ TEST_F(ControlTest, SilentApplicationLosesControl)
     const auto start = std::chrono::steady_clock::now();
     ASSERT_EQ(0, mClient->WriteRegister(0x0938, 500));
     EmulatorClient other;
-    ASSERT_TRUE(WaitFor([&] { return other.ReadRegister(cCCP) == 0; }));
+    ASSERT_TRUE(WaitFor([&] { return other.ReadRegister(CCP) == 0; }));
     EXPECT_GE(std::chrono::steady_clock::now() - start, 500ms);
     EXPECT_EQ(1u, mCamera.GetControlStatistics().mExpired);
     EXPECT_EQ(0x8006, mClient->WriteRegister(Register::SimInteger, 1));
@@ -320,10 +320,10 @@ TEST_F(ControlTest, HeartbeatCanBeSwitchedOff)
     ASSERT_EQ(0, mClient->WriteRegister(0x0938, 500));
     EmulatorClient other;
     const auto end = std::chrono::steady_clock::now() + 1000ms;
-    EXPECT_TRUE(WaitFor([&] { return other.ReadRegister(cCCP) != 2 || std::chrono::steady_clock::now() > end; }));
-    EXPECT_EQ(2u, other.ReadRegister(cCCP));
+    EXPECT_TRUE(WaitFor([&] { return other.ReadRegister(CCP) != 2 || std::chrono::steady_clock::now() > end; }));
+    EXPECT_EQ(2u, other.ReadRegister(CCP));
     ASSERT_EQ(0, mClient->WriteRegister(0x0954, 0));
-    EXPECT_TRUE(WaitFor([&] { return other.ReadRegister(cCCP) == 0; })) << "and on again";
+    EXPECT_TRUE(WaitFor([&] { return other.ReadRegister(CCP) == 0; })) << "and on again";
 }
 
 }  // namespace

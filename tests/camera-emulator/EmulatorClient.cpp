@@ -160,7 +160,7 @@ void StreamTest::Begin(uint32_t aWidth, uint32_t aHeight, uint32_t aPacketSize, 
 {
     const LxResult result = mCamera.Start();
     ASSERT_TRUE(result.IsOK()) << result.GetDescription().GetAscii();
-    ASSERT_TRUE(mReceiver.Open(Endpoint{cLoopback, 0}).IsOK());
+    ASSERT_TRUE(mReceiver.Open(Endpoint{Loopback, 0}).IsOK());
     const int size = 4 * 1024 * 1024;
     setsockopt(mReceiver.GetDescriptor(), SOL_SOCKET, SO_RCVBUF, &size, sizeof size);
     mClient.emplace();
@@ -184,7 +184,7 @@ void StreamTest::Begin(uint32_t aWidth, uint32_t aHeight, uint32_t aPacketSize, 
 
 void StreamTest::OpenChannel()
 {
-    ASSERT_EQ(0, mClient->WriteRegister(Register::GevSCDA, cLoopback));
+    ASSERT_EQ(0, mClient->WriteRegister(Register::GevSCDA, Loopback));
     ASSERT_EQ(0, mClient->WriteRegister(Register::GevSCP, mReceiver.GetLocal().mPort));
 }
 
@@ -237,13 +237,14 @@ std::vector<StreamPacket> StreamTest::ReceiveUntil(const std::function<bool(cons
 std::vector<StreamPacket> StreamTest::ReceiveBlock()
 {
     std::vector<StreamPacket> packets =
-        ReceiveUntil([](const StreamPacket &aPacket) { return aPacket.mType == cLeader; });
+        ReceiveUntil([](const StreamPacket &aPacket) { return aPacket.mType == LeaderPacket; });
     if (packets.empty()) {
         return {};
     }
     packets.erase(packets.begin(), packets.end() - 1);
     for (const StreamPacket &packet :
-         ReceiveUntil([](const StreamPacket &aPacket) { return aPacket.mType == cTrailer; })) {
+         ReceiveUntil([](const StreamPacket &aPacket) { return aPacket.mType == TrailerPacket; }))
+    {
         packets.push_back(packet);
     }
     return packets;

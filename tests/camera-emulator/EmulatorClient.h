@@ -16,10 +16,10 @@ namespace LxEmulator
 
 using Bytes = std::vector<uint8_t>;
 
-constexpr uint32_t cLoopback = 0x7F000001;
+constexpr uint32_t Loopback = 0x7F000001;
 
 /// Options of a camera on an address of the loopback interface.
-EmulatedCameraOptions MakeOptions(uint32_t aAddress = cLoopback);
+EmulatedCameraOptions MakeOptions(uint32_t aAddress = Loopback);
 
 /// An acknowledge as it came.
 struct Ack
@@ -37,7 +37,7 @@ class EmulatorClient
 {
 public:
     /// @param aInterface to send and hear broadcasts on.
-    explicit EmulatorClient(uint32_t aCamera = cLoopback, const std::string &aInterface = std::string(),
+    explicit EmulatorClient(uint32_t aCamera = Loopback, const std::string &aInterface = std::string(),
                             uint32_t aLocal = 0);
 
     Endpoint GetLocal() const { return mSocket.GetLocal(); }
@@ -82,9 +82,9 @@ struct StreamPacket
     Bytes mData;  ///< behind the header
 };
 
-constexpr uint8_t cLeader = 1;
-constexpr uint8_t cTrailer = 2;
-constexpr uint8_t cPayload = 3;
+constexpr uint8_t LeaderPacket = 1;
+constexpr uint8_t TrailerPacket = 2;
+constexpr uint8_t PayloadPacket = 3;
 
 /// A camera on the loopback interface with an application that controls it and receives its stream.
 class StreamTest : public testing::Test

@@ -35,7 +35,7 @@ TEST(PacketFaults, DropEveryCountsAcrossBlocks)
 TEST(PacketFaults, DropIdsKnowsLeaderAndTrailer)
 {
     PacketFaults faults;
-    faults.mDropIds = {{0, 0}, {2, 3}, {PacketRange::cTrailer, PacketRange::cTrailer}};
+    faults.mDropIds = {{0, 0}, {2, 3}, {PacketRange::Trailer, PacketRange::Trailer}};
     PacketPlanner planner(faults);
     uint32_t dropped = 0;
     const auto plan = planner.PlanBlock(6, dropped);

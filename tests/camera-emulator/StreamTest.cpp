@@ -19,7 +19,7 @@ namespace Register = LxDetail::SimulatedRegister;
 using namespace std::chrono_literals;
 
 // 64 x 32 bytes in packets of 500: 464 bytes of data each with standard ids, 452 with extended ones.
-constexpr uint32_t cPackets = 5;
+constexpr uint32_t Packets = 5;
 
 std::vector<uint32_t> GetIds(const std::vector<StreamPacket> &aPackets)
 {
@@ -39,7 +39,7 @@ std::vector<uint32_t> Sequence(uint32_t aCount)
 
 bool IsTrailer(const StreamPacket &aPacket)
 {
-    return aPacket.mType == cTrailer;
+    return aPacket.mType == TrailerPacket;
 }
 
 class Stream : public StreamTest
@@ -74,14 +74,14 @@ TEST_F(Stream, BlockIsLeaderPayloadTrailer)
     BeginStream();
     for (uint64_t number = 1; number <= 3; ++number) {
         const auto packets = ReceiveBlock();
-        ASSERT_EQ(Sequence(cPackets + 2), GetIds(packets));
+        ASSERT_EQ(Sequence(Packets + 2), GetIds(packets));
         Bytes image;
         for (const StreamPacket &packet : packets) {
             EXPECT_EQ(0, packet.mStatus);
             EXPECT_EQ(number, packet.mBlock);
             EXPECT_FALSE(packet.mExtended);
             EXPECT_LE(packet.mSize, 500u - 28u);
-            if (packet.mType == cPayload) {
+            if (packet.mType == PayloadPacket) {
                 image.insert(image.end(), packet.mData.begin(), packet.mData.end());
             }
         }
@@ -123,7 +123,7 @@ TEST_F(Stream, ExtendedIdsOnDemand)
     OpenChannel();
     StartAcquisition();
     const auto packets = ReceiveBlock();
-    ASSERT_EQ(Sequence(cPackets + 2), GetIds(packets));
+    ASSERT_EQ(Sequence(Packets + 2), GetIds(packets));
     EXPECT_TRUE(packets.front().mExtended);
     EXPECT_EQ(452u, packets[1].mData.size());
     EXPECT_EQ(1u, packets.front().mBlock);
@@ -184,7 +184,7 @@ TEST_F(Stream, ShowsItsSourcePort)
     Bytes bytes(2000);
     ASSERT_TRUE(WaitFor([&] { return mReceiver.Receive(bytes.data(), bytes.size(), origin) > 0; }));
     EXPECT_EQ(origin.mSource.mPort, mClient->ReadRegister(Register::GevSCSP));
-    EXPECT_EQ(cLoopback, origin.mSource.mAddress);
+    EXPECT_EQ(Loopback, origin.mSource.mAddress);
 }
 
 TEST_F(Stream, BlockIdsBeginAnewWithEachAcquisition)
@@ -195,17 +195,17 @@ TEST_F(Stream, BlockIdsBeginAnewWithEachAcquisition)
     EXPECT_FALSE(mCamera.GetCamera().IsAcquiring());
     EXPECT_TRUE(WaitFor([this] { return !ReceivePacket(50ms); }));
     StartAcquisition();
-    ReceiveUntil([](const StreamPacket &aPacket) { return aPacket.mType == cLeader && aPacket.mBlock == 1; });
+    ReceiveUntil([](const StreamPacket &aPacket) { return aPacket.mType == LeaderPacket && aPacket.mBlock == 1; });
 }
 
 TEST_F(Stream, BlockIdsBeginAnewAlsoWhenTheNextAcquisitionFollowsAtOnce)
 {
     BeginStream();
     for (int i = 0; i < 5; ++i) {
-        ReceiveUntil([](const StreamPacket &aPacket) { return aPacket.mType == cLeader && aPacket.mBlock == 2; });
+        ReceiveUntil([](const StreamPacket &aPacket) { return aPacket.mType == LeaderPacket && aPacket.mBlock == 2; });
         StopAcquisition();
         StartAcquisition();
-        ReceiveUntil([](const StreamPacket &aPacket) { return aPacket.mType == cLeader && aPacket.mBlock == 1; });
+        ReceiveUntil([](const StreamPacket &aPacket) { return aPacket.mType == LeaderPacket && aPacket.mBlock == 1; });
     }
 }
 
@@ -217,7 +217,7 @@ TEST_F(Stream, SingleFrameIsOneBlock)
     for (int i = 0; i < 3; ++i) {
         StartAcquisition();
         const auto packets = ReceiveBlock();
-        ASSERT_EQ(cPackets + 2, packets.size());
+        ASSERT_EQ(Packets + 2, packets.size());
         EXPECT_EQ(1u, packets.front().mBlock) << "also when nobody has stopped the acquisition before";
         EXPECT_FALSE(mCamera.GetCamera().IsAcquiring());
     }
@@ -268,11 +268,11 @@ TEST_F(Stream, PacketsAreSentAgainOnDemand)
         OpenChannel();
         StartAcquisition();
         const auto packets = ReceiveBlock();
-        ASSERT_EQ(cPackets + 2, packets.size());
+        ASSERT_EQ(Packets + 2, packets.size());
         AskResend(packets[0].mBlock, 1, 2, extended);
         AskResend(packets[0].mBlock, 0, 0, extended);
-        AskResend(packets[0].mBlock, cPackets + 1, cPackets + 1, extended);
-        for (const uint32_t id : {1u, 2u, 0u, cPackets + 1}) {
+        AskResend(packets[0].mBlock, Packets + 1, Packets + 1, extended);
+        for (const uint32_t id : {1u, 2u, 0u, Packets + 1}) {
             const auto again = ReceivePacket();
             ASSERT_TRUE(again);
             EXPECT_EQ(0x0100, again->mStatus);
@@ -291,7 +291,7 @@ TEST_F(Stream, ResendEndsWithTheBlock)
     ASSERT_EQ(0, mClient->WriteRegister(Register::AcquisitionMode, 1));
     OpenChannel();
     StartAcquisition();
-    ASSERT_EQ(cPackets + 2, ReceiveBlock().size());
+    ASSERT_EQ(Packets + 2, ReceiveBlock().size());
     AskResend(1, 3, 0xFFFFFF);
     const auto packets = ReceiveUntil(IsTrailer);
     EXPECT_EQ((std::vector<uint32_t>{3, 4, 5, 6}), GetIds(packets));
@@ -303,7 +303,7 @@ TEST_F(Stream, PacketsThatAreGoneAreSaidToBe)
     ASSERT_EQ(0, mClient->WriteRegister(Register::AcquisitionMode, 1));
     OpenChannel();
     StartAcquisition();
-    ASSERT_EQ(cPackets + 2, ReceiveBlock().size());
+    ASSERT_EQ(Packets + 2, ReceiveBlock().size());
     const auto ask = [this](uint64_t aBlock) {
         AskResend(aBlock, 4, 4);
         const auto packet = ReceivePacket();
@@ -351,7 +351,7 @@ TEST_F(Stream, DropsPacketsById)
     EXPECT_EQ((std::vector<uint32_t>{0, 1, 3, 6}), GetIds(ReceiveBlock()));
     EXPECT_TRUE(WaitFor([this] { return mCamera.GetStreamStatistics().mDropped >= 3; }));
     Command("drop-ids");
-    EXPECT_TRUE(ReceiveBlockWith(Sequence(cPackets + 2)));
+    EXPECT_TRUE(ReceiveBlockWith(Sequence(Packets + 2)));
 }
 
 TEST_F(Stream, DropsLeadersAndTrailers)
@@ -361,8 +361,8 @@ TEST_F(Stream, DropsLeadersAndTrailers)
     OpenChannel();
     StartAcquisition();
     const auto packets = ReceiveUntil([](const StreamPacket &aPacket) { return aPacket.mBlock == 3; });
-    EXPECT_TRUE(
-        std::all_of(packets.begin(), packets.end(), [](const auto &aPacket) { return aPacket.mType == cPayload; }));
+    EXPECT_TRUE(std::all_of(packets.begin(), packets.end(),
+                            [](const auto &aPacket) { return aPacket.mType == PayloadPacket; }));
 }
 
 TEST_F(Stream, DropsEveryNth)
@@ -393,7 +393,7 @@ TEST_F(Stream, DropsAtRandomAsTheSeedSays)
     }
     EXPECT_FALSE(ids[0].empty());
     EXPECT_EQ(ids[0], ids[1]);
-    EXPECT_LT(ids[0].size(), blocks * (cPackets + 2));
+    EXPECT_LT(ids[0].size(), blocks * (Packets + 2));
 }
 
 TEST_F(Stream, FaultsEndAfterSoManyBlocks)
@@ -403,8 +403,8 @@ TEST_F(Stream, FaultsEndAfterSoManyBlocks)
     Command("fault-blocks 1");
     OpenChannel();
     StartAcquisition();
-    EXPECT_EQ(cPackets + 1, ReceiveBlock().size());
-    EXPECT_EQ(cPackets + 2, ReceiveBlock().size());
+    EXPECT_EQ(Packets + 1, ReceiveBlock().size());
+    EXPECT_EQ(Packets + 2, ReceiveBlock().size());
 }
 
 TEST_F(Stream, DuplicatesPackets)
@@ -432,7 +432,7 @@ TEST_F(Stream, TruncatesPackets)
     OpenChannel();
     StartAcquisition();
     const auto packets = ReceiveBlock();
-    ASSERT_EQ(cPackets + 2, packets.size());
+    ASSERT_EQ(Packets + 2, packets.size());
     EXPECT_EQ(232u, packets[1].mData.size());
     EXPECT_EQ(464u, packets[2].mData.size());
 }
@@ -444,19 +444,19 @@ TEST_F(Stream, LeaderLiesAboutTheSize)
     OpenChannel();
     StartAcquisition();
     const auto packets = ReceiveBlock();
-    ASSERT_EQ(cPackets + 2, packets.size());
+    ASSERT_EQ(Packets + 2, packets.size());
     EXPECT_EQ(4096u, Get32(&packets[0].mData[16]));
     EXPECT_EQ(4096u, Get32(&packets[0].mData[20]));
     Command("leader-size 0 0");
     EXPECT_FALSE(ReceiveUntil([](const StreamPacket &aPacket) {
-                     return aPacket.mType == cLeader && Get32(&aPacket.mData[16]) == 64;
+                     return aPacket.mType == LeaderPacket && Get32(&aPacket.mData[16]) == 64;
                  }).empty());
 }
 
 TEST_F(Stream, GeometryChangesInMidStream)
 {
     BeginStream();
-    EXPECT_EQ(cPackets + 2, ReceiveBlock().size());
+    EXPECT_EQ(Packets + 2, ReceiveBlock().size());
     Command("geometry 128 64");
     const auto packets = ReceiveBlockWith(Sequence(18 + 2));
     ASSERT_TRUE(packets);

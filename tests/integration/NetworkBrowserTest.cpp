@@ -14,7 +14,7 @@
 namespace
 {
 
-constexpr const char *sViews[] = {"Tree", "AlphabeticalList"};
+constexpr const char *Views[] = {"Tree", "AlphabeticalList"};
 
 /// A camera and one of its features of each kind; an empty name where it has none that can be edited.
 struct Kind
@@ -80,7 +80,7 @@ protected:
 
 TEST_P(NetworkBrowser, ShowsEveryFeatureInBothViewsAndKeepsTheModelsPromises)
 {
-    for (const char *view : sViews) {
+    for (const char *view : Views) {
         for (const LxGenRefresh mode : {LxGenRefreshPolling, LxGenRefreshAutomatic}) {
             DeviceBrowser browser;
             browser.Show(Parameters(), mode, view);

@@ -45,7 +45,7 @@ bool OnEvent(void **aArguments)
     return true;
 }
 
-const bool sIsListening = QInternal::registerCallback(QInternal::EventNotifyCallback, OnEvent);
+const bool IsListening = QInternal::registerCallback(QInternal::EventNotifyCallback, OnEvent);
 
 template <typename Time>
 bool Wait(const char *aName, QWaitCondition *aCondition, QMutex *aMutex, Time aTime)

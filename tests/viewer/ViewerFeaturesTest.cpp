@@ -269,8 +269,8 @@ TEST_F(ViewerFeatures, ACameraThatIsStuckKeepsNobodyFromLookingAroundAndClosing)
 {
     ConnectLive();
     // an access takes far longer than anything that follows, also on a busy machine, unless events go on
-    constexpr int cStuck = 60000;
-    LxSimulation::FreezeDevice(Camera, cStuck);
+    constexpr int stuckTime = 60000;
+    LxSimulation::FreezeDevice(Camera, stuckTime);
     qint64 longest = 0;
     QElapsedTimer clock;
     clock.start();
@@ -294,6 +294,6 @@ TEST_F(ViewerFeatures, ACameraThatIsStuckKeepsNobodyFromLookingAroundAndClosing)
     EXPECT_FALSE(mWindow->isVisible());
     longest = std::max(longest, clock.elapsed());
     RecordProperty("longest_ms", static_cast<int>(longest));
-    EXPECT_LT(longest, cStuck / 2);
+    EXPECT_LT(longest, stuckTime / 2);
     LxSimulation::ThawDevice(Camera);
 }
