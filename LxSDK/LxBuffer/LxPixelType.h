@@ -8,7 +8,7 @@
 /// travel, bit 31 marks a maker's own format.
 enum class LxPixelType : uint32_t
 {
-    None = 0,
+    None = 0,  ///< No format.
 #define LX_PIXEL_FORMAT(name, value, bits, packing, bayer, family, order, gev1Name) name = value,
 #include "LxBuffer/LxPixelFormats.inc"
 #undef LX_PIXEL_FORMAT
