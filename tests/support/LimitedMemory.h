@@ -1,6 +1,10 @@
 #pragma once
 
 #include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
 
 #if defined(__SANITIZE_ADDRESS__)
 // Lets an allocation beyond 2 GiB fail as it does on a machine that has no more, instead of ending the program.
@@ -10,7 +14,8 @@ extern "C" __attribute__((used, visibility("default"))) inline const char *__asa
 }
 #endif
 
-/// While it lives, the program cannot have 2 GiB more memory than it has, whatever the machine would give.
+/// While it lives, the program cannot have 2 GiB more addresses than it has, whatever the machine would give. The
+/// address sanitizer refuses single allocations beyond 2 GiB instead, the thread sanitizer nothing.
 class LimitedMemory
 {
 public:
@@ -19,7 +24,10 @@ public:
         getrlimit(RLIMIT_AS, &mBefore);
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // these need the address space for themselves
         rlimit limit = mBefore;
-        limit.rlim_cur = rlim_t{2} << 30;
+        rlim_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;  // of addresses, also those without memory
+        limit.rlim_cur =
+            std::min(pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + (rlim_t{2} << 30), mBefore.rlim_cur);
         setrlimit(RLIMIT_AS, &limit);
 #endif
     }
