@@ -33,8 +33,8 @@ LxResult LxCameraBridgeManagerWnd::SetDevice(LxDevice *aDevice)
 
 LxResult LxCameraBridgeManagerWnd::SetStream(LxStream *aStream)
 {
-    return CallInternal<CameraBridgeManagerWnd>(mWnd, "LxCameraBridgeManagerWnd::SetStream()",
-                                                [&](CameraBridgeManagerWnd &aWnd) { aWnd.SetStream(aStream); });
+    return CallInternalIfAny<CameraBridgeManagerWnd>(mWnd, "LxCameraBridgeManagerWnd::SetStream()",
+                                                     [&](CameraBridgeManagerWnd &aWnd) { aWnd.SetStream(aStream); });
 }
 
 int LxCameraBridgeManagerWnd::GetBridgeCount() const
@@ -54,14 +54,14 @@ LxDeviceSerial LxCameraBridgeManagerWnd::GetBridgePort(int aIndex)
 
 LxResult LxCameraBridgeManagerWnd::Save(LxConfigurationWriter &aWriter)
 {
-    return CallInternal<CameraBridgeManagerWnd>(mWnd, "LxCameraBridgeManagerWnd::Save()",
-                                                [&](CameraBridgeManagerWnd &aWnd) { aWnd.Save(aWriter); });
+    return CallInternalIfAny<CameraBridgeManagerWnd>(mWnd, "LxCameraBridgeManagerWnd::Save()",
+                                                     [&](CameraBridgeManagerWnd &aWnd) { aWnd.Save(aWriter); });
 }
 
 LxResult LxCameraBridgeManagerWnd::Load(LxConfigurationReader &aReader, LxStringList &aErrors)
 {
     LxResult result;
-    const LxResult called = CallInternal<CameraBridgeManagerWnd>(
+    const LxResult called = CallInternalIfAny<CameraBridgeManagerWnd>(
         mWnd, "LxCameraBridgeManagerWnd::Load()",
         [&](CameraBridgeManagerWnd &aWnd) { result = aWnd.Load(aReader, aErrors); });
     return called.IsOK() ? result : called;

@@ -24,17 +24,21 @@ Window *Internal(Wnd *aWnd, const char *aOperation)
     return aWnd && IsOnApplicationThread(aOperation) ? static_cast<Window *>(aWnd) : nullptr;
 }
 
-/// Calls an operation that cannot fail. OK, also without a window; InvalidArgument, with a warning, on a wrong thread.
+/// Calls an operation that cannot fail. InvalidArgument without a window and, with a warning, on a wrong thread.
 template <typename Window, typename Call>
 LxResult CallInternal(Wnd *aWnd, const char *aOperation, const Call &aCall)
 {
-    if (!aWnd) {
-        return LxResultCode::OK;
-    }
     auto *const wnd = Internal<Window>(aWnd, aOperation);
     if (!wnd) {
         return LxResultCode::InvalidArgument;
     }
     aCall(*wnd);
     return LxResultCode::OK;
+}
+
+/// The same for public objects whose window may be deleted before them: OK without a window.
+template <typename Window, typename Call>
+LxResult CallInternalIfAny(Wnd *aWnd, const char *aOperation, const Call &aCall)
+{
+    return aWnd ? CallInternal<Window>(aWnd, aOperation, aCall) : LxResult(LxResultCode::OK);
 }

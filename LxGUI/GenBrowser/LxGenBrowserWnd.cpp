@@ -33,12 +33,8 @@ void LxGenBrowserWnd::SetGenParameterArray(LxGenParameterArray *aParameters)
 
 LxResult LxGenBrowserWnd::SetVisibility(LxGenVisibility aVisibility)
 {
-    auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::SetVisibility()");
-    if (!wnd) {
-        return LxResultCode::InvalidArgument;
-    }
-    wnd->SetVisibility(aVisibility);
-    return LxResultCode::OK;
+    return CallInternal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::SetVisibility()",
+                                       [&](GenBrowserWnd &aWnd) { aWnd.SetVisibility(aVisibility); });
 }
 
 LxGenVisibility LxGenBrowserWnd::GetVisibility()
@@ -48,12 +44,8 @@ LxGenVisibility LxGenBrowserWnd::GetVisibility()
 
 LxResult LxGenBrowserWnd::SetRefreshMode(LxGenRefresh aMode)
 {
-    auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::SetRefreshMode()");
-    if (!wnd) {
-        return LxResultCode::InvalidArgument;
-    }
-    wnd->SetRefreshMode(aMode);
-    return LxResultCode::OK;
+    return CallInternal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::SetRefreshMode()",
+                                       [&](GenBrowserWnd &aWnd) { aWnd.SetRefreshMode(aMode); });
 }
 
 LxGenRefresh LxGenBrowserWnd::GetRefreshMode()
@@ -70,22 +62,12 @@ void LxGenBrowserWnd::Refresh()
 
 LxResult LxGenBrowserWnd::Save(LxPropertyList &aList)
 {
-    auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::Save()");
-    if (!wnd) {
-        return LxResultCode::InvalidArgument;
-    }
-    wnd->Save(aList);
-    return LxResultCode::OK;
+    return CallInternal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::Save()", [&](GenBrowserWnd &aWnd) { aWnd.Save(aList); });
 }
 
 LxResult LxGenBrowserWnd::Load(LxPropertyList &aList)
 {
-    auto *const wnd = Internal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::Load()");
-    if (!wnd) {
-        return LxResultCode::InvalidArgument;
-    }
-    wnd->Load(aList);
-    return LxResultCode::OK;
+    return CallInternal<GenBrowserWnd>(mWnd, "LxGenBrowserWnd::Load()", [&](GenBrowserWnd &aWnd) { aWnd.Load(aList); });
 }
 
 bool LxGenBrowserWnd::HasChanged()

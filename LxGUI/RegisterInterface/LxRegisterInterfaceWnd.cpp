@@ -15,10 +15,6 @@ LxRegisterInterfaceWnd::~LxRegisterInterfaceWnd()
 
 LxResult LxRegisterInterfaceWnd::SetDevice(LxDeviceGEV *aDevice)
 {
-    auto *const wnd = Internal<RegisterInterfaceWnd>(mWnd, "LxRegisterInterfaceWnd::SetDevice()");
-    if (!wnd) {
-        return LxResultCode::InvalidArgument;
-    }
-    wnd->SetDevice(aDevice);
-    return LxResultCode::OK;
+    return CallInternal<RegisterInterfaceWnd>(mWnd, "LxRegisterInterfaceWnd::SetDevice()",
+                                              [&](RegisterInterfaceWnd &aWnd) { aWnd.SetDevice(aDevice); });
 }

@@ -33,14 +33,14 @@ LxResult LxSerialBridgeManagerWnd::SetDevice(ILxDeviceAdapter *aAdapter)
 
 LxResult LxSerialBridgeManagerWnd::Save(LxPropertyList &aList)
 {
-    return CallInternal<SerialBridgeManagerWnd>(mWnd, "LxSerialBridgeManagerWnd::Save()",
-                                                [&](SerialBridgeManagerWnd &aWnd) { aWnd.Save(aList); });
+    return CallInternalIfAny<SerialBridgeManagerWnd>(mWnd, "LxSerialBridgeManagerWnd::Save()",
+                                                     [&](SerialBridgeManagerWnd &aWnd) { aWnd.Save(aList); });
 }
 
 LxResult LxSerialBridgeManagerWnd::Load(LxPropertyList &aList, LxStringList &aMessages)
 {
-    return CallInternal<SerialBridgeManagerWnd>(mWnd, "LxSerialBridgeManagerWnd::Load()",
-                                                [&](SerialBridgeManagerWnd &aWnd) { aWnd.Load(aList, aMessages); });
+    return CallInternalIfAny<SerialBridgeManagerWnd>(
+        mWnd, "LxSerialBridgeManagerWnd::Load()", [&](SerialBridgeManagerWnd &aWnd) { aWnd.Load(aList, aMessages); });
 }
 
 LxResult LxSerialBridgeManagerWnd::Recover()
