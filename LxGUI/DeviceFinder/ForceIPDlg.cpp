@@ -59,6 +59,14 @@ void AddRow(QVBoxLayout *aGroup, const QString &aOwner, const QString &aLabel, Q
     aGroup->addLayout(row);
 }
 
+void AddRows(QVBoxLayout *aGroup, const QString &aOwner, QWidget *aMAC, QWidget *aIP, QWidget *aMask, QWidget *aGateway)
+{
+    AddRow(aGroup, aOwner, QStringLiteral("MAC Address"), aMAC);
+    AddRow(aGroup, aOwner, QStringLiteral("IP Address"), aIP);
+    AddRow(aGroup, aOwner, QStringLiteral("Subnet Mask"), aMask);
+    AddRow(aGroup, aOwner, QStringLiteral("Default Gateway"), aGateway);
+}
+
 QVBoxLayout *CreateGroupLayout(QGroupBox *aGroup)
 {
     auto *layout = new QVBoxLayout(aGroup);
@@ -116,11 +124,7 @@ QGroupBox *ForceIPDlg::CreateNICGroup()
     mNICIPCombo = new QComboBox;
     mNICMaskEdit = CreateOutputEdit(NoAddress);
     mNICGatewayEdit = CreateOutputEdit(NoAddress);
-    const QString owner = QStringLiteral("NIC");
-    AddRow(layout, owner, QStringLiteral("MAC Address"), mNICMACEdit);
-    AddRow(layout, owner, QStringLiteral("IP Address"), mNICIPCombo);
-    AddRow(layout, owner, QStringLiteral("Subnet Mask"), mNICMaskEdit);
-    AddRow(layout, owner, QStringLiteral("Default Gateway"), mNICGatewayEdit);
+    AddRows(layout, QStringLiteral("NIC"), mNICMACEdit, mNICIPCombo, mNICMaskEdit, mNICGatewayEdit);
     return group;
 }
 
@@ -132,11 +136,7 @@ QGroupBox *ForceIPDlg::CreateDeviceGroup()
     mDeviceIPEdit = new QLineEdit(NoAddress);
     mDeviceMaskEdit = new QLineEdit(NoAddress);
     mDeviceGatewayEdit = new QLineEdit(NoAddress);
-    const QString owner = QStringLiteral("Device");
-    AddRow(layout, owner, QStringLiteral("MAC Address"), mDeviceMACEdit);
-    AddRow(layout, owner, QStringLiteral("IP Address"), mDeviceIPEdit);
-    AddRow(layout, owner, QStringLiteral("Subnet Mask"), mDeviceMaskEdit);
-    AddRow(layout, owner, QStringLiteral("Default Gateway"), mDeviceGatewayEdit);
+    AddRows(layout, QStringLiteral("Device"), mDeviceMACEdit, mDeviceIPEdit, mDeviceMaskEdit, mDeviceGatewayEdit);
     return group;
 }
 

@@ -58,11 +58,6 @@ struct Connection
     std::unique_ptr<GeometrySync> mSync;
 };
 
-LxResult NoConnection()
-{
-    return LxResult(LxResultCode::NotConnected, "The bridge is not connected in this way.");
-}
-
 LxGenParameterArray *GetFeatures(LxDevice *aDevice)
 {
     return aDevice == nullptr ? nullptr : aDevice->GetParameters();
@@ -151,9 +146,13 @@ public:
         }
         return result;
     }
-    const Connection *Get(Way aWay) const
+    LxResult GetText(Way aWay, std::string Connection::*aMember, LxString &aText) const
     {
-        return mConnection && mConnection->mWay == aWay ? mConnection.get() : nullptr;
+        if (!mConnection || mConnection->mWay != aWay) {
+            return LxResult(LxResultCode::NotConnected, "The bridge is not connected in this way.");
+        }
+        aText = LxString((*mConnection).*aMember);
+        return LxResult();
     }
 
     LxDevice *const mDevice;
@@ -314,37 +313,27 @@ LxResult LxCameraBridge::ConnectGenCP(const LxString &aXMLID)
 
 LxResult LxCameraBridge::GetKelvraCameraFilePath(LxString &aPath) const
 {
-    const Connection *connection = mData->Get(Way::CameraFile);
-    aPath = connection ? LxString(connection->mPath) : aPath;
-    return connection ? LxResult() : NoConnection();
+    return mData->GetText(Way::CameraFile, &Connection::mPath, aPath);
 }
 
 LxResult LxCameraBridge::GetCLProtocolCameraID(LxString &aCameraID) const
 {
-    const Connection *connection = mData->Get(Way::CLProtocol);
-    aCameraID = connection ? LxString(connection->mCameraID) : aCameraID;
-    return connection ? LxResult() : NoConnection();
+    return mData->GetText(Way::CLProtocol, &Connection::mCameraID, aCameraID);
 }
 
 LxResult LxCameraBridge::GetCLProtocolTemplate(LxString &aTemplate) const
 {
-    const Connection *connection = mData->Get(Way::CLProtocol);
-    aTemplate = connection ? LxString(connection->mTemplate) : aTemplate;
-    return connection ? LxResult() : NoConnection();
+    return mData->GetText(Way::CLProtocol, &Connection::mTemplate, aTemplate);
 }
 
 LxResult LxCameraBridge::GetCLProtocolXMLID(LxString &aXMLID) const
 {
-    const Connection *connection = mData->Get(Way::CLProtocol);
-    aXMLID = connection ? LxString(connection->mXMLID) : aXMLID;
-    return connection ? LxResult() : NoConnection();
+    return mData->GetText(Way::CLProtocol, &Connection::mXMLID, aXMLID);
 }
 
 LxResult LxCameraBridge::GetGenCPXMLID(LxString &aXMLID) const
 {
-    const Connection *connection = mData->Get(Way::GenCP);
-    aXMLID = connection ? LxString(connection->mXMLID) : aXMLID;
-    return connection ? LxResult() : NoConnection();
+    return mData->GetText(Way::GenCP, &Connection::mXMLID, aXMLID);
 }
 
 LxGenParameterArray *LxCameraBridge::GetParameters()
