@@ -4,6 +4,7 @@
 #include <QtCore/QSettings>
 #include <QtGui/QAction>
 #include <QtGui/QCloseEvent>
+#include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QColorDialog>
 #include <QtWidgets/QInputDialog>
@@ -14,6 +15,7 @@
 #include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QStatusBar>
 #include <QtWidgets/QVBoxLayout>
+#include <algorithm>
 
 #include "Banner.h"
 #include "CameraSettings.h"
@@ -115,6 +117,18 @@ ViewerWindow::~ViewerWindow()
     mFeatureDock->Browser().SetDevice(nullptr);
     mSession.End();
     mDisplay.Close();
+}
+
+void ViewerWindow::FitToScreen()
+{
+    const QSize room = screen()->availableSize() * 15 / 16;  // the rest is for the frames
+    resize(size().boundedTo(room));
+    int x = -1;
+    int y = -1;
+    int width = -1;
+    int height = -1;
+    mFinder.GetPosition(x, y, width, height);
+    mFinder.SetPosition(x, y, std::min(width, room.width()), std::min(height, room.height()));
 }
 
 void ViewerWindow::MakeActions()

@@ -50,6 +50,8 @@ public:
     CameraSession &Session() { return mSession; }
     CameraSettings &Settings() { return *mSettings; }
     RecentCameras &Recent() { return *mRecent; }
+    /// Makes the windows no larger than the screen. Before they are shown for the first time.
+    void FitToScreen();
     QString BannerText() const;
     /// What went wrong when the options were read; empty when nothing did.
     QString ConfigurationError() const { return mConfigurationError; }

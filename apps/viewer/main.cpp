@@ -4,9 +4,11 @@
 #include <QtCore/QTimer>
 #include <QtGui/QIcon>
 #include <QtGui/QImageReader>
+#include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
 #include <cstdio>
+#include <functional>
 #include <thread>
 
 #include "CommandLine.h"
@@ -85,11 +87,35 @@ ExitCode Tour(const CommandLine &aLine)
     return outcome;
 }
 
+/// Calls a function from the event loop once a window is on the screen.
+class WhenExposed : public QObject
+{
+public:
+    WhenExposed(QWindow &aWindow, std::function<void()> aCall) : mWindow(aWindow), mCall(std::move(aCall))
+    {
+        mWindow.installEventFilter(this);
+    }
+
+private:
+    bool eventFilter(QObject *aObject, QEvent *aEvent) override
+    {
+        if (aEvent->type() == QEvent::Expose && mWindow.isExposed()) {
+            mWindow.removeEventFilter(this);
+            QTimer::singleShot(0, this, mCall);
+        }
+        return QObject::eventFilter(aObject, aEvent);
+    }
+
+    QWindow &mWindow;
+    const std::function<void()> mCall;
+};
+
 ExitCode ShowViewer(const CommandLine &aLine)
 {
     ViewerWindow window;
+    window.FitToScreen();
     window.show();
-    QTimer::singleShot(0, &window, [&] {
+    const auto begin = [&] {
         // the installed icon, for X11; to look through the themes would delay the window
         QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("lxgui-viewer")));
         if (const QString error = window.ConfigurationError(); !error.isEmpty()) {
@@ -101,7 +127,9 @@ ExitCode ShowViewer(const CommandLine &aLine)
         else {
             window.Connect(aLine.mCamera);
         }
-    });
+    };
+    // the finder comes up over the window, wherever the window manager has put it
+    WhenExposed wait(*window.windowHandle(), begin);
     const int code = QApplication::exec();
     return code != 0 ? ExitCode::Failed : aLine.mCamera.isEmpty() ? ExitCode::OK : window.Outcome();
 }

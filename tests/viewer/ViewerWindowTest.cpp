@@ -85,6 +85,25 @@ TEST_F(Viewer, MenusHaveShortcutsOfTheirOwn)
     }
 }
 
+TEST_F(Viewer, NothingIsLargerThanTheScreen)
+{
+    const QRect screen = mWindow->screen()->availableGeometry();
+    ASSERT_LT(screen.width(), 900) << "the screen of the test is to be small";
+    mWindow = std::make_unique<ViewerWindow>(mFolder.filePath("viewer.xml"));
+    mWindow->FitToScreen();
+    mWindow->show();
+    EXPECT_EQ(mWindow->size(), mWindow->size().boundedTo(screen.size()));
+    OnNextModal([&](QWidget *aFinder) {
+        EXPECT_EQ(aFinder->size(), aFinder->size().boundedTo(screen.size()));
+        for (const QPushButton *button : aFinder->findChildren<QPushButton *>()) {
+            const QRect place(button->mapTo(aFinder, QPoint(0, 0)), button->size());
+            EXPECT_TRUE(aFinder->rect().contains(place)) << button->text().toStdString();
+        }
+        QTest::keyClick(aFinder, Qt::Key_Escape);
+    });
+    mWindow->FindCamera();
+}
+
 TEST_F(Viewer, ClosingTheFinderChoosesNothing)
 {
     OnNextModal([](QWidget *aFinder) { QTest::keyClick(aFinder, Qt::Key_Escape); });
