@@ -189,6 +189,9 @@ void RegisterInterfaceWnd::OnOpen()
             edit->setText(FormatHexField(0));
         }
     }
+    if (mReadAddressEdit) {
+        mReadAddressEdit->selectAll();  // it has the focus: what is typed first is the address
+    }
 }
 
 void RegisterInterfaceWnd::OnClose() {}

@@ -100,6 +100,17 @@ protected:
 
 }  // namespace
 
+TEST_F(RegisterWindow, WhatIsTypedFirstIsTheReadAddress)
+{
+    for (const char *address : {"a110", "938"}) {
+        ASSERT_TRUE(QTest::qWaitForWindowActive(mWnd.GetQWidget()));
+        QTest::keyClicks(mWnd.GetQWidget()->window()->focusWidget(), address);
+        EXPECT_EQ(Text("ReadAddressEdit"), address) << "in place of the zeros";
+        mWnd.Close();
+        Show();
+    }
+}
+
 TEST_F(RegisterWindow, IsTitledAndOfAFixedSize)
 {
     EXPECT_STREQ(mWnd.GetTitle().GetAscii(), "Register Interface");
