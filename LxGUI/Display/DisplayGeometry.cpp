@@ -63,6 +63,7 @@ Zoom ApplyZoom(const Zoom &aZoom, const QSize &aWindow, const QSize &aPicture)
         if (narrower ? windowHeight / height >= zoom.mFactor : windowWidth / width >= zoom.mFactor) {
             zoom.mMode = ZoomFit;
         }
+        zoom.mFactor = std::min(zoom.mFactor, MostLength / std::max(width, height));
     }
     if (zoom.mMode == ZoomFit) {
         zoom.mFactor = 1.0 / std::max(height / windowHeight, width / windowWidth);

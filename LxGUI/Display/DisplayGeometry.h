@@ -49,7 +49,8 @@ struct Placement
 };
 
 /// Settles the zoom for a window and a picture, both not empty: one-to-one is 1, fit follows from the sizes, and a free
-/// zoom that leaves the picture smaller than the window becomes fit.
+/// zoom that leaves the picture smaller than the window becomes fit. One that makes it longer than a billion pixels, on
+/// which each of its own has long filled the window, goes no further.
 Zoom ApplyZoom(const Zoom &aZoom, const QSize &aWindow, const QSize &aPicture);
 
 /// The picture's length on the screen.
