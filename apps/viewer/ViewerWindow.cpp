@@ -28,6 +28,7 @@
 #include "Snapshot.h"
 #include "StatusLabel.h"
 #include "StreamFigures.h"
+#include "Texts.h"
 #include "ViewerLog.h"
 
 namespace
@@ -181,12 +182,14 @@ void ViewerWindow::MakeActions()
     view->addSeparator();
     mOverlayAction = add(view, tr("Show &Camera Name in the Picture"), QKeySequence(tr("Ctrl+T")), "overlayAction");
     mOverlayAction->setCheckable(true);
-    connect(mOverlayAction, &QAction::toggled, this,
-            [this](bool aShow) { mDisplay.SetTextOverlay(aShow ? mSession.CameraName().toUtf8().constData() : ""); });
+    connect(mOverlayAction, &QAction::toggled, this, &ViewerWindow::UpdateOverlay);
     connect(add(view, tr("&Background Colour..."), QKeySequence(tr("Ctrl+B")), "backgroundAction"), &QAction::triggered,
             this, &ViewerWindow::ChooseBackground);
     mRenderer = new RendererChoice(mDisplay, *view, *statusBar(), this);
-    connect(mRenderer, &RendererChoice::Changed, this, &ViewerWindow::UpdateZoomActions);
+    connect(mRenderer, &RendererChoice::Changed, this, [this] {
+        UpdateZoomActions();
+        UpdateOverlay();  // a display forgets its text when it changes the renderer
+    });
     view->addSeparator();
     mRegistersAction = add(view, tr("&Registers..."), QKeySequence(tr("Ctrl+R")), "registersAction");
     connect(mRegistersAction, &QAction::triggered, this, &ViewerWindow::ShowRegisters);
@@ -349,9 +352,7 @@ void ViewerWindow::ToggleLive(bool aLive)
         UpdateState();
         return;
     }
-    if (mOverlayAction->isChecked()) {
-        mDisplay.SetTextOverlay(mSession.CameraName().toUtf8().constData());
-    }
+    UpdateOverlay();
     mShownFrame.ResetCounts();
     mSession.StartLive();
     UpdateState();
@@ -495,6 +496,11 @@ void ViewerWindow::UpdateZoomActions()
                                        "Renderer > Software.")
                                   : QString());
     }
+}
+
+void ViewerWindow::UpdateOverlay()
+{
+    mDisplay.SetTextOverlay(mOverlayAction->isChecked() ? ToLxString(mSession.CameraName()) : LxString());
 }
 
 void ViewerWindow::ShowTerminal()

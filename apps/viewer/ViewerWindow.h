@@ -93,6 +93,7 @@ private:
     void UpdateState();
     void UpdateStatistics();
     void UpdateZoomActions();
+    void UpdateOverlay();
     void ChooseBackground();
     void MakeFeatures();
     void UpdateFeatures();

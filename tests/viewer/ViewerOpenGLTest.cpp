@@ -83,6 +83,19 @@ TEST_F(ViewerByOpenGL, ComesBackFromItWithTheWholePicture)
         << described().toStdString();
 }
 
+TEST_F(ViewerByOpenGL, KeepsTheNameOfTheCameraInThePicture)
+{
+    ConnectLive();
+    Action("overlayAction")->trigger();
+    for (const char *renderer : {"openGLAction", "softwareAction"}) {
+        Action(renderer)->trigger();
+        EXPECT_TRUE(QString(mWindow->Display().GetTextOverlay().GetAscii()).contains("Left")) << renderer;
+    }
+    Action("overlayAction")->trigger();
+    Action("openGLAction")->trigger();
+    EXPECT_STREQ(mWindow->Display().GetTextOverlay().GetAscii(), "");
+}
+
 TEST_F(ViewerByOpenGL, CountsFramesThatTheScreenDidNotTakeAsDroppedAndNotAsLate)
 {
     ConnectLive();
