@@ -30,8 +30,8 @@ const RendererInfo::Facts &RendererInfo::Get()
         const QMutexLocker lock(&mutex);
         return info;
     };
-    if (const RendererInfo *made = get()) {
-        return made->mFacts;
+    if (const RendererInfo *known = get()) {
+        return known->mFacts;
     }
     if (!OwnedApplication::CanMakeWidgets()) {
         return none;
@@ -44,7 +44,8 @@ const RendererInfo::Facts &RendererInfo::Get()
             info = made;
         }
     });
-    return get()->mFacts;
+    const RendererInfo *made = get();  // null when the application ended before it was asked
+    return made ? made->mFacts : none;
 }
 
 RendererInfo::RendererInfo()

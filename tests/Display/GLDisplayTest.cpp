@@ -159,6 +159,18 @@ TEST_F(OpenGLDisplay, ANewFrameSizeMakesNewFrameObjectsAndAResizeOnlyOverlayObje
     EXPECT_EQ(GL()->LiveTextureCount(), 2u);
 }
 
+TEST_F(OpenGLDisplay, EveryFrameGetsNewMemorySoThatItNeedNotWaitForTheLast)
+{
+    ShowAt(200, 100);
+    ShowPicture(20, 10);
+    Screen();
+    mSpy.mStorage.clear();
+    ShowPicture(20, 10);
+    ShowPicture(20, 10);
+    Screen();
+    EXPECT_THAT(mSpy.mStorage, ElementsAre(20 * 10 * 4, 20 * 10 * 4));
+}
+
 TEST_F(OpenGLDisplay, ClearDeletesEveryObject)
 {
     ShowAt(200, 100);

@@ -30,6 +30,9 @@ void APIENTRY GenBuffers(GLsizei aCount, GLuint *aNames)
 void APIENTRY BufferData(GLenum aTarget, GLsizeiptr aSize, const void *aData, GLenum aUsage)
 {
     sBufferSize = aSize;
+    if (aTarget == GL_PIXEL_UNPACK_BUFFER && !aData && aUsage == GL_STREAM_DRAW) {
+        sSpy->mStorage.push_back(aSize);
+    }
     sBufferData(aTarget, aSize, aData, aUsage);
 }
 

@@ -26,7 +26,8 @@ struct OpenGLSpy
     int mTexturesMade = 0;
     int mMaps = 0;
     int mQuads = 0;
-    std::vector<QSize> mUploads;            ///< The sizes of all texture images.
+    std::vector<GLsizeiptr> mStorage;  ///< The sizes of all memory that buffers were given for streaming, in bytes.
+    std::vector<QSize> mUploads;       ///< The sizes of all texture images.
     std::vector<std::string> mSwapControl;  ///< Calls, for example "SGI 1".
 };
 

@@ -24,6 +24,14 @@ int sArgumentCount = 1;
 char sName[] = "test";
 char *sArguments[] = {sName, nullptr};
 
+/// An application that ends before it does what other threads ask of it.
+class EndingApplication : public QApplication
+{
+public:
+    EndingApplication() : QApplication(sArgumentCount, sArguments) {}
+    bool event(QEvent *aEvent) override { return aEvent->type() == QEvent::MetaCall || QApplication::event(aEvent); }
+};
+
 int ExpectedMode()
 {
     return qEnvironmentVariableIntValue("LXGUI_EXPECTED_RENDERER_MODE");
@@ -40,6 +48,16 @@ TEST(RendererInfo, IsAskedOnceThereIsAnApplicationAndOutlivesIt)
     {
         QCoreApplication application(sArgumentCount, sArguments);
         EXPECT_STREQ(LxDisplayWnd::GetRendererVersion().GetAscii(), "N/A") << "no windows, no OpenGL";
+    }
+    {
+        EndingApplication application;
+        std::atomic<bool> done{false};
+        std::thread other([&] {
+            EXPECT_STREQ(LxDisplayWnd::GetRendererVersion().GetAscii(), "N/A");
+            done = true;
+        });
+        EXPECT_TRUE(WaitForGui([&] { return done.load(); }));
+        other.join();
     }
     std::string renderer;
     {
