@@ -2,8 +2,26 @@
 
 #include <hwy/detect_targets.h>
 
+#if HWY_ARCH_X86
+#include <cpuid.h>
+#endif
+
 namespace LxDetail
 {
+
+#if HWY_ARCH_X86
+namespace
+{
+
+// clang 14 does not know it by name.
+bool HasHalfFloats()
+{
+    unsigned a = 0, b = 0, c = 0, d = 0;
+    return __get_cpuid(1, &a, &b, &c, &d) != 0 && (c & bit_F16C) != 0;
+}
+
+}  // namespace
+#endif
 
 int64_t GetProcessorTargets()
 {
@@ -17,7 +35,7 @@ int64_t GetProcessorTargets()
         targets |= HWY_SSE4;
     }
     if (targets != 0 && __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") &&
-        __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("fma") && __builtin_cpu_supports("f16c"))
+        __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("fma") && HasHalfFloats())
     {
         targets |= HWY_AVX2;
     }
