@@ -10,6 +10,7 @@
 #include "LxGUI/CameraBridgeManager/CameraBridgeTexts.h"
 #include "LxGUI/Frame/ApplicationThread.h"
 #include "LxGUI/Frame/BusyCursor.h"
+#include "LxGUI/Frame/OwnedApplication.h"
 #include "LxGUI/Frame/Text.h"
 #include "LxGUI/LxGenBrowserWnd.h"
 #include "LxGenICam/LxGenEnum.h"
@@ -107,7 +108,7 @@ bool CameraBridgeManagerWnd::Browse(LxGenParameterArray *aParameters, const Entr
     if (mBrowser) {
         mBrowser->SetGenParameterArray(aParameters);
     }
-    return self && mPortCombo && (!aEntry || IsSelected(aEntry));
+    return self && mPortCombo && OwnedApplication::CanMakeWidgets() && (!aEntry || IsSelected(aEntry));
 }
 
 void CameraBridgeManagerWnd::OnOpen()
@@ -184,7 +185,7 @@ void CameraBridgeManagerWnd::ShowStatus(QLabel *aLabel, const QString &aText)
 
 void CameraBridgeManagerWnd::RefreshPanel()
 {
-    if (!mPortCombo) {
+    if (!mPortCombo || !OwnedApplication::CanMakeWidgets()) {
         return;
     }
     mKCFPathEdit->clear();
@@ -270,7 +271,7 @@ void CameraBridgeManagerWnd::ShowEntry(const CameraBridge &aEntry)
 
 void CameraBridgeManagerWnd::UpdateEnabledState()
 {
-    if (!mPortCombo) {
+    if (!mPortCombo || !OwnedApplication::CanMakeWidgets()) {
         return;
     }
     const Entry entry = GetSelected();

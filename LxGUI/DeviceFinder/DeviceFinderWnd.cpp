@@ -16,6 +16,7 @@
 #include "LxGUI/DeviceFinder/TreeItemFactory.h"
 #include "LxGUI/Frame/BusyCursor.h"
 #include "LxGUI/Frame/MessageBoxes.h"
+#include "LxGUI/Frame/OwnedApplication.h"
 #include "LxGUI/Frame/Text.h"
 #include "LxSystem/LxDeviceInfoGEV.h"
 #include "LxSystem/LxDeviceInfoKelvraProtocol.h"
@@ -158,7 +159,7 @@ void DeviceFinderWnd::ClearItems()
     mPendingDevices.clear();
     // Trees that were replaced keep their items; nothing refers to these any more. Nor does anything show them when the
     // application has gone before the window.
-    if (mTree && QCoreApplication::instance()) {
+    if (mTree && OwnedApplication::CanMakeWidgets()) {
         mTree->clear();
         RefreshTables();
     }

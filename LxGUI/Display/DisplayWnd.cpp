@@ -290,6 +290,9 @@ LxResult DisplayWnd::SetRendererMode(int aMode)
 
 LxResult DisplayWnd::ChangeRendererMode(int aMode)
 {
+    if (Content() && !OwnedApplication::CanMakeWidgets()) {
+        return LxResult(LxResultCode::InvalidArgument, "The application of the window has ended.");
+    }
     {
         const QMutexLocker lock(&mRendererMutex);
         if (aMode == mRendererMode) {

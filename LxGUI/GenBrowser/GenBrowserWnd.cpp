@@ -197,6 +197,9 @@ QWidget *GenBrowserWnd::CreateViews(QWidget *aParent)
 
 void GenBrowserWnd::UpdateControls()
 {
+    if (!OwnedApplication::CanMakeWidgets()) {
+        return;
+    }
     if (mVisibilityCombo) {
         mVisibilityCombo->setCurrentIndex(static_cast<int>(mVisibility));
     }
@@ -277,7 +280,7 @@ bool GenBrowserWnd::IsStillBusy() const
 
 void GenBrowserWnd::AnswerThread()
 {
-    if (QCoreApplication::instance() && !mIsContentDying && Widget()) {
+    if (OwnedApplication::CanMakeWidgets() && !mIsContentDying && Widget()) {
         QCoreApplication::processEvents();
     }
     else if (mTree) {
@@ -389,7 +392,7 @@ void GenBrowserWnd::SetRefreshMode(LxGenRefresh aMode)
 
 void GenBrowserWnd::Refresh()
 {
-    if (mParameters && mModel && !mModel->IsStopping()) {
+    if (mParameters && mModel && !mModel->IsStopping() && OwnedApplication::CanMakeWidgets()) {
         mModel->RefreshAll();
     }
 }

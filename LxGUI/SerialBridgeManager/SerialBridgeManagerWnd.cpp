@@ -10,6 +10,7 @@
 #include "LxGUI/Frame/ApplicationThread.h"
 #include "LxGUI/Frame/BusyCursor.h"
 #include "LxGUI/Frame/MessageBoxes.h"
+#include "LxGUI/Frame/OwnedApplication.h"
 #include "LxGUI/Frame/Text.h"
 #include "LxGUI/SerialBridgeManager/BaudRateSelectionDlg.h"
 #include "LxGUI/SerialBridgeManager/SerialCOMPortConfigDlg.h"
@@ -131,6 +132,9 @@ SerialBridgeEntry *SerialBridgeManagerWnd::SelectedEntry() const
 
 void SerialBridgeManagerWnd::FillCombos()
 {
+    if (!OwnedApplication::CanMakeWidgets()) {
+        return;
+    }
     if (mPortSelectionCombo) {
         const QSignalBlocker blocker(mPortSelectionCombo);
         mPortSelectionCombo->clear();
@@ -149,6 +153,9 @@ void SerialBridgeManagerWnd::FillCombos()
 
 void SerialBridgeManagerWnd::RefreshViews()
 {
+    if (!OwnedApplication::CanMakeWidgets()) {
+        return;
+    }
     RefreshEntryView();
     RefreshBaudRates();
     OnTimerTimeout();

@@ -8,6 +8,7 @@
 
 #include "LxDevice/ILxDeviceAdapter.h"
 #include "LxGUI/Frame/MessageBoxes.h"
+#include "LxGUI/Frame/OwnedApplication.h"
 #include "LxGUI/Frame/Text.h"
 #include "LxGUI/SerialTerminal/PortFeatures.h"
 #include "LxGUI/SerialTerminal/SendBytes.h"
@@ -97,7 +98,7 @@ LxGenParameterArray *SerialTerminalWnd::Parameters() const
 
 void SerialTerminalWnd::FillPorts()
 {
-    if (!mPortCombo) {
+    if (!mPortCombo || !OwnedApplication::CanMakeWidgets()) {
         return;
     }
     const QSignalBlocker blocker(mPortCombo);
@@ -122,7 +123,7 @@ void SerialTerminalWnd::OnPortChange(int aIndex)
 
 void SerialTerminalWnd::UpdateSpeed()
 {
-    if (!mSpeedCombo) {
+    if (!mSpeedCombo || !OwnedApplication::CanMakeWidgets()) {
         return;
     }
     LxGenParameter *feature = FindSpeedFeature(Parameters(), mSelected);
@@ -136,7 +137,7 @@ void SerialTerminalWnd::UpdateSpeed()
 
 void SerialTerminalWnd::UpdateLoopback()
 {
-    if (!mLoopbackCheck) {
+    if (!mLoopbackCheck || !OwnedApplication::CanMakeWidgets()) {
         return;
     }
     LxGenParameter *feature = FindLoopbackFeature(Parameters(), mSelected);
@@ -219,6 +220,9 @@ bool SerialTerminalWnd::eventFilter(QObject *aObject, QEvent *aEvent)
 
 void SerialTerminalWnd::UpdateControls()
 {
+    if (!OwnedApplication::CanMakeWidgets()) {
+        return;
+    }
     const bool open = mPort.IsOpened();
     const bool idle = open && !mSending;
     const std::pair<QWidget *, bool> controls[] = {
@@ -432,7 +436,7 @@ void SerialTerminalWnd::MovePendingToView()
 {
     const TranscriptUpdate update = mFormatter.Take(mView ? QStringView(mView->Text()) : QStringView());
     mPendingCount = 0;
-    if (mView) {
+    if (mView && OwnedApplication::CanMakeWidgets()) {
         mView->Apply(update);
     }
     mOutputTaken.notify_one();

@@ -64,6 +64,7 @@ public:
         for (LxWnd *window : Windows()) {
             window->ShowModeless();
         }
+        mTerminal.GetQWidget()->activateWindow();  // its fields have the focus
         Turn();
     }
     ~ShownGrabber()
@@ -98,6 +99,22 @@ public:
         LxPropertyList list;
         CHECK(mSerials.Save(list).IsOK());
         Turn();
+    }
+
+    /// What every host does in the end.
+    void TakeTheDeviceBack()
+    {
+        mBrowser.Refresh();
+        mBrowser.SetVisibility(LxGenVisibilityGuru);
+        mBrowser.SetRefreshMode(LxGenRefreshManual);
+        mBrowser.SetGenParameterArray(nullptr);
+        mTerminal.SetSerialPort(LxDeviceSerial::Serial0);
+        mTerminal.SetDevice(nullptr);
+        mSerials.SetDevice(nullptr);
+        mCameras.ShowKCF();
+        mCameras.HideKCF();
+        mCameras.SetDevice(nullptr);
+        mRegisters.SetDevice(nullptr);
     }
 
     std::unique_ptr<LxDevice> mDevice;
@@ -198,6 +215,7 @@ void EndTheApplicationOfADevice(const Kind &)
     auto application = std::make_unique<HostApplication>();
     ShownGrabber grabber;
     application.reset();
+    grabber.TakeTheDeviceBack();
     for (LxWnd *window : grabber.Windows()) {
         CheckRefuses(*window);
     }
