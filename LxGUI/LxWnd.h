@@ -16,10 +16,10 @@ typedef struct HWND__ *HWND;
 /// under a native window.
 ///
 /// The first window that a program without a QApplication creates also creates one, and deletes it again when it is
-/// destroyed (or, if that happens inside its event loop, when the loop has ended); such a program calls DoEvents()
-/// regularly while modeless windows are shown. A program that makes a QApplication of its own makes it before the first
-/// window. Nothing is thrown. Where a window cannot be made because the program has only a QCoreApplication, or no
-/// application any more, the show operations return InvalidArgument (0x4001).
+/// destroyed (or, if that happens inside its event loop, when the loop has ended). Such a program destroys it last, and
+/// calls DoEvents() regularly while modeless windows are shown. A program that makes a QApplication of its own makes it
+/// before the first window. Nothing is thrown. Where a window cannot be made because the program has only a
+/// QCoreApplication, or no application any more, the show operations return InvalidArgument (0x4001).
 ///
 /// All operations must be called on the thread that runs the QApplication, the program's GUI thread, unless they say
 /// otherwise; this holds for the constructor and the destructor too. On another thread they warn (Qt's message
@@ -51,7 +51,8 @@ public:
     /// are no native windows (Wayland, offscreen) the window is shown as a top-level window.
     /// @param aParent the native parent. With null the window is shown as a top-level window all the same, and the
     ///        result is InvalidArgument (0x4001).
-    /// @return OK, or InvalidArgument (0x4001) when no native handle can be had.
+    /// @return OK, or InvalidArgument (0x4001) when no native handle of the window can be had. The parent's is not
+    ///         checked.
     /// @thread{GUI}
     LxResult Create(HWND aParent, int aReserved);
     /// Builds the window's content into a widget of the host and shows it. The host keeps the ownership; a layout that

@@ -44,8 +44,8 @@ public:
     LxStream(const LxStream &) = delete;
     LxStream &operator=(const LxStream &) = delete;
 
-    /// Binds the stream to a device. Errors: InvalidArgument (null), AlreadyOpen, NotSupported (the device streams
-    /// nothing), NotConnected, AccessDenied (the device is connected read-only).
+    /// Binds the stream to a device. Errors: InvalidArgument (null, or a configuration out of range), AlreadyOpen,
+    /// NotSupported (the device streams nothing), NotConnected, AccessDenied (the device is connected read-only).
     LxResult Open(LxDevice *aDevice, const LxStreamConfiguration &aConfiguration = LxStreamConfiguration());
     /// Stops, and forgets the device. Idempotent.
     LxResult Close();

@@ -54,8 +54,8 @@ public:
     /// The GenICam XML; empty after Disconnect().
     virtual LxString GetGenICamXML() const = 0;
 
-    /// Reads bytes of the device's register space. Errors: NotConnected, Timeout, InvalidAddress, AccessDenied,
-    /// BadAlignment, ProtocolError.
+    /// Reads bytes of the device's register space. Errors: InvalidArgument (null), NotConnected, Timeout,
+    /// InvalidAddress (negative ones too), AccessDenied, BadAlignment, ProtocolError.
     virtual LxResult ReadMemory(int64_t aAddress, uint8_t *aData, uint64_t aLength) = 0;
     /// Writes bytes; on failure some may have been written. Errors: as above, and WriteProtected.
     virtual LxResult WriteMemory(int64_t aAddress, const uint8_t *aData, uint64_t aLength) = 0;

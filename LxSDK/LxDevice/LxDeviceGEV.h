@@ -28,8 +28,8 @@ public:
 
     /// Asks the device at an address who controls it, without connecting. Blocks up to 600 ms.
     /// @param aType one of LxAccessType; LxAccessUnknown on failure.
-    /// @return InvalidArgument for a text that is no address, Timeout, ProtocolError, NotFound (no kind of transport is
-    ///         active that could ask there).
+    /// @return InvalidArgument for a null pointer, a text that is no address, or 0.0.0.0; Timeout, ProtocolError,
+    ///         NotFound (no kind of transport is active that could ask there).
     static LxResult GetAccessType(const LxString &aIPAddress, int *aType);
     /// Gives the device with this MAC address a temporary IP configuration (GVCP FORCEIP), broadcast on every adapter.
     /// Blocks up to 3 s.

@@ -6,8 +6,7 @@
 ///
 ///   ID?             identifies it: "LxGUI,TextCamera,TC1024,1.0.0,TXT0001"
 ///   NAME?           the value of WIDTH, HEIGHT, FORMAT (PFNC number), GAIN, LED (0 or 1), TEMPERATURE, RESETS,
-///   EXPOSURE
-///                   (microseconds, a float) or NAME (a text)
+///                   EXPOSURE (microseconds, a float) or NAME (a text)
 ///   NAME=VALUE      sets it: "OK"
 ///   RESET!          sets everything back: "OK"
 ///   R ADDR COUNT    bytes of its registers: hexadecimal address, decimal count; hexadecimal digits

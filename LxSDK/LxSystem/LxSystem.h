@@ -47,9 +47,9 @@ public:
     /// Ends a running Find() early; it then returns Aborted. Without effect while none runs.
     void CancelFind();
     /// Searches one device by its IP address (or the connection ID of any other device), without broadcast. Blocks up
-    /// to 1 s. NotFound, and the pointer set to null, when nothing answers; InvalidArgument for an empty text; NoMemory
-    /// when too many devices are known at the adapter; InvalidState from within a sink's callback. The sinks are told
-    /// about the device too. The lists of devices stay as they are.
+    /// to 1 s. The pointer is set to null first. NotFound when nothing answers; InvalidArgument for an empty text or a
+    /// null pointer; NoMemory when too many devices are known at the adapter; InvalidState from within a sink's
+    /// callback. The sinks are told about the device too. The lists of devices stay as they are.
     LxResult FindDevice(const LxString &aAddress, const LxDeviceInfo **aFound);
 
     /// The number of interfaces, from the last Find() or the construction.
@@ -64,9 +64,11 @@ public:
     LxResult UnregisterEventSink(LxSystemEventSink *aSink);
 
     /// Connects to a device. The information must be of a living LxSystem; the device is independent of it afterwards.
+    /// @param aDevice the device, the caller's; what it held before is destroyed first, and it is null after a failure.
     /// @return NotConnected or Timeout (no answer), AccessDenied (another application controls it), GenICamError (its
-    ///         XML is missing or broken), InvalidArgument (null information), Unavailable (its configuration does not
-    ///         let it be reached), NotSupported (no way to connect to this kind). The description says what to do.
+    ///         XML is missing or broken), InvalidArgument (null information, or an access that is none), Unavailable
+    ///         (its configuration does not let it be reached), NotSupported (no way to connect to this kind). The
+    ///         description says what to do.
     static LxResult Connect(const LxDeviceInfo *aInfo, LxDeviceAccess aAccess, std::unique_ptr<LxDevice> &aDevice);
 
     /// The version of the SDK that runs, like "1.2.3"; LXSDK_VERSION_STRING is the one that the program was compiled

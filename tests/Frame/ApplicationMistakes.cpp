@@ -72,6 +72,19 @@ void EndTheApplicationUnderAShownWindow(const Kind &aKind)
     shown.reset();
 }
 
+void DestroyTheFirstWindowBeforeTheOthers(const Kind &aKind)
+{
+    auto first = aKind.mMake();  // makes the application, which goes with it
+    const auto shown = aKind.mMake();
+    const auto hidden = aKind.mMake();
+    CHECK(shown->Get().ShowModeless().IsOK());
+    LxWnd::DoEvents();
+    first.reset();
+    CHECK(QCoreApplication::instance() == nullptr);
+    CheckRefuses(shown->Get());
+    CheckRefuses(hidden->Get());
+}
+
 void UseAnApplicationWithoutWidgets(const Kind &aKind)
 {
     int count = 1;
@@ -102,6 +115,7 @@ std::vector<Mistake> ApplicationMistakes()
          "Make the QApplication before the first window.", false, true},
         {"MakeAWindowAfterTheApplication", MakeAWindowAfterTheApplication, ""},
         {"EndTheApplicationUnderAShownWindow", EndTheApplicationUnderAShownWindow, "", false, true},
+        {"DestroyTheFirstWindowBeforeTheOthers", DestroyTheFirstWindowBeforeTheOthers, "", false, true},
         {"UseAnApplicationWithoutWidgets", UseAnApplicationWithoutWidgets, ""},
         {"LeaveWindowsToTheEndOfTheProgram", LeaveWindowsToTheEndOfTheProgram, ""},
     };
