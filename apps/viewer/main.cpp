@@ -9,6 +9,7 @@
 #include <QtWidgets/QMessageBox>
 #include <cstdio>
 #include <functional>
+#include <optional>
 #include <thread>
 
 #include "CommandLine.h"
@@ -128,8 +129,14 @@ ExitCode ShowViewer(const CommandLine &aLine)
             window.Connect(aLine.mCamera);
         }
     };
-    // the finder comes up over the window, wherever the window manager has put it
-    WhenExposed wait(*window.windowHandle(), begin);
+    std::optional<WhenExposed> wait;
+    if (aLine.mCamera.isEmpty()) {
+        // the finder comes up over the window, wherever the window manager has put it
+        wait.emplace(*window.windowHandle(), begin);
+    }
+    else {
+        QTimer::singleShot(0, &window, begin);  // a camera is connected also by a window that others cover
+    }
     const int code = QApplication::exec();
     return code != 0 ? ExitCode::Failed : aLine.mCamera.isEmpty() ? ExitCode::OK : window.Outcome();
 }
