@@ -294,12 +294,12 @@ TEST(LxImage, MovingTakesEverythingAndLeavesAnEmptyImage)
 
     LxImage moved(std::move(image));
     EXPECT_EQ(StateOf(moved), before);
-    ExpectEmpty(image);
+    ExpectEmpty(image);  // NOLINT(bugprone-use-after-move): what is left is asked for
     LxImage assigned;
     ASSERT_TRUE(assigned.Alloc(9, 9, LxPixelType::Mono8).IsOK());
     assigned = std::move(moved);
     EXPECT_EQ(StateOf(assigned), before);
-    ExpectEmpty(moved);
+    ExpectEmpty(moved);  // NOLINT(bugprone-use-after-move): what is left is asked for
 
     ASSERT_TRUE(image.Alloc(2, 2, LxPixelType::Mono8).IsOK());
     Fill(image, 1);
@@ -315,5 +315,5 @@ TEST(LxImage, MovingAnAttachedImageKeepsReferringToTheMemory)
     ASSERT_TRUE(image.Attach(memory.data(), 2, 2, LxPixelType::Mono8).IsOK());
     const LxImage moved(std::move(image));
     EXPECT_EQ(moved.GetDataPointer(), memory.data());
-    ExpectEmpty(image);
+    ExpectEmpty(image);  // NOLINT(bugprone-use-after-move): what is left is asked for
 }

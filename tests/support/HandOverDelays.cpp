@@ -115,7 +115,7 @@ int pthread_create(pthread_t *aThread, const pthread_attr_t *aAttributes, void *
     auto start = std::make_unique<ThreadStart>(ThreadStart{aRun, aArgument});
     const int result = next(aThread, aAttributes, &RunLate, start.get());
     if (result == 0) {
-        start.release();  // the thread's
+        static_cast<void>(start.release());  // the thread's
     }
     return result;
 }
