@@ -194,8 +194,8 @@ TEST_F(LxH264Decoder_, HonoursRangeMatrixAndFormat)
                     ? planes  // green, blue and red
                     : ToBGR(sample[0] * scale, (isGrey ? 128 : sample[1]) * scale, (isGrey ? 128 : sample[2]) * scale,
                             one.mKr, one.mKb, one.mRange == full, one.mBits);
-            const auto x = static_cast<uint64_t>(one.mWidth / 4 + half * one.mWidth / 2);
-            const uint8_t *pixel = pixels + 4 * (static_cast<uint64_t>(one.mHeight / 2 * one.mWidth) + x);
+            const int x = one.mWidth / 4 + half * one.mWidth / 2;
+            const uint8_t *pixel = pixels + 4 * (one.mHeight / 2 * one.mWidth + x);
             for (size_t i = 0; i < 3; ++i) {
                 EXPECT_NEAR(pixel[i], expected[i], 3) << one.mName << " half " << half << " byte " << i;
             }
