@@ -31,5 +31,8 @@ bool HalveImage(const ILxImage &aImage, LxImage &aHalved)
             output += pixelSize;
         }
     }
+    // packed pixels have more bits than were copied
+    const auto *const start = static_cast<const uint8_t *>(aHalved.GetDataPointer());
+    std::memset(output, 0, aHalved.GetDataSize() - static_cast<uint64_t>(output - start));
     return true;
 }

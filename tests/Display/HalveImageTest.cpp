@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <vector>
@@ -72,6 +73,18 @@ TEST(HalveImage, TakesEverySecondPixelOfEverySecondLine)
         EXPECT_EQ(halved.GetPixelType(), c.mType);
         ExpectEverySecondPixel(input.mImage, halved, c.mPixelSize);
     }
+}
+
+TEST(HalveImage, LeavesNothingUnwrittenWherePixelsAreNoWholeBytes)
+{
+    const Counting input(5000, 2, LxPixelType::Mono12p);
+    LxImage halved;
+    ASSERT_TRUE(halved.Alloc(5000, 2, LxPixelType::Mono8).IsOK());
+    std::memset(halved.GetDataPointer(), 0xA5, halved.GetDataSize());
+    ASSERT_TRUE(HalveImage(input.mImage, halved));
+    const auto *bytes = static_cast<const uint8_t *>(halved.GetDataPointer());
+    ASSERT_EQ(halved.GetDataSize(), 3750u);
+    EXPECT_TRUE(std::all_of(bytes + 2500, bytes + 3750, [](uint8_t aByte) { return aByte == 0; }));
 }
 
 TEST(HalveImage, RefusesWhatHasNoWholeBytesOrNothingLeft)
