@@ -16,8 +16,9 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT LXGUI_FOR_CLANG_TIDY)
 endif()
 
 if(LXGUI_SANITIZE)
-  # instrumented code hides from the compiler that a variable is set
-  target_compile_options(LxCompile INTERFACE -fsanitize=${LXGUI_SANITIZE} -Wno-maybe-uninitialized)
+  # instrumented code hides from g++ that a variable is set
+  target_compile_options(LxCompile INTERFACE -fsanitize=${LXGUI_SANITIZE}
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_link_options(LxCompile INTERFACE -fsanitize=${LXGUI_SANITIZE})
   if(LXGUI_SANITIZE MATCHES "undefined")
     target_compile_options(LxCompile INTERFACE -fno-sanitize-recover=undefined)
@@ -78,8 +79,8 @@ function(lx_compile_cheaply target)
     set_property(SOURCE ${source} TARGET_DIRECTORY ${target} PROPERTY UNITY_GROUP ${group})
   endforeach()
   set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
-  # what is in a file's anonymous namespace is in no other file, also where files are compiled together
-  target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+  # what is in a file's anonymous namespace is in no other file, also where g++ compiles files together
+  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
   if(LXGUI_SANITIZE MATCHES "address")
     target_compile_options(${target} PRIVATE -O0)
   endif()
