@@ -48,6 +48,9 @@ public:
     /// The one stream channel of the device; false when another stream has it.
     bool ClaimStream() { return !mStreamClaimed.exchange(true); }
     void ReleaseStream() { mStreamClaimed = false; }
+    /// What the end of a stream could not tell a device that was away: that the acquisition ends.
+    void OweStop() { mStopOwed = true; }
+    bool TakeOwedStop() { return mStopOwed.exchange(false); }
 
 private:
     explicit AravisConnection(std::unique_ptr<AravisTransport> aTransport);
@@ -68,6 +71,7 @@ private:
     bool mAnnounced = true;  // what the listener was told last
     Listener mListener;      // set before the threads start
     std::atomic<bool> mStreamClaimed{false};
+    std::atomic<bool> mStopOwed{false};
     std::mutex mCloseMutex;  // guards mWatcher while it is joined
     std::thread mWatcher;
     EventDispatcher mDispatcher;

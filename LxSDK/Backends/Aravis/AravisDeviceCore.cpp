@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Backends/Aravis/AravisStreamPump.h"
 #include "Backends/Aravis/AravisStreamReceiver.h"
 
 namespace LxDetail
@@ -54,13 +55,17 @@ LxResult AravisDeviceCore::Open(std::unique_ptr<AravisTransport> aTransport, std
 void AravisDeviceCore::Start(LxDevice *aOwner)
 {
     // a sink may destroy the device: then the list lives until the sink returns, and no other sink is called
-    mConnection->Start([sinks = mSinks, connection = mConnection.get(), aOwner](bool aConnected) {
-        sinks->Notify([connection, aOwner, aConnected](LxDeviceEventSink *aSink) {
-            if (connection->GetLink().GetState() != LinkState::Closed) {
-                aConnected ? aSink->OnLinkReconnected(aOwner) : aSink->OnLinkDisconnected(aOwner);
+    mConnection->Start(
+        [sinks = mSinks, connection = mConnection.get(), nodeMap = mNodeMap.get(), aOwner](bool aConnected) {
+            if (aConnected) {
+                AravisStreamPump::SettleStop(*connection, *nodeMap);
             }
+            sinks->Notify([connection, aOwner, aConnected](LxDeviceEventSink *aSink) {
+                if (connection->GetLink().GetState() != LinkState::Closed) {
+                    aConnected ? aSink->OnLinkReconnected(aOwner) : aSink->OnLinkDisconnected(aOwner);
+                }
+            });
         });
-    });
 }
 
 void AravisDeviceCore::Disconnect()

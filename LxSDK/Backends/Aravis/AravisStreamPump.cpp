@@ -24,6 +24,15 @@ constexpr std::chrono::milliseconds claimPatience{500};
 /// A frame that is larger is taken for an error of the device.
 constexpr uint64_t largestFrame = UINT64_C(1) << 31;
 
+/// False when the device has not taken it; one that is away answers at once.
+bool StopAcquisition(NodeMap &aNodeMap)
+{
+    const LxResult stopped = aNodeMap.GetParameters()->ExecuteCommand("AcquisitionStop");
+    // cameras without the feature do without the lock
+    const LxResult unlocked = aNodeMap.SetInternalInteger("TLParamsLocked", 0);
+    return stopped.IsOK() && (unlocked.IsOK() || unlocked == LxResultCode::NotFound);
+}
+
 }  // namespace
 
 AravisStreamPump::AravisStreamPump(std::shared_ptr<AravisConnection> aConnection, std::shared_ptr<NodeMap> aNodeMap,
@@ -100,6 +109,9 @@ void AravisStreamPump::Run()
     CloseSession();
     if (claimed) {
         mConnection->ReleaseStream();
+        if (mConnection->GetLink().IsUp()) {
+            SettleStop(*mConnection, *mNodeMap);  // back meanwhile
+        }
     }
     const std::lock_guard lock(mMutex);
     mEnded = true;
@@ -150,7 +162,9 @@ LxResult AravisStreamPump::OpenSession()
             return result;
         }
     }
-    // cameras without the feature do without the lock
+    if (mConnection->TakeOwedStop()) {
+        StopAcquisition(*mNodeMap);
+    }
     mNodeMap->SetInternalInteger("TLParamsLocked", 1);
     StreamFormat format;
     std::shared_ptr<AravisStreamSession> session;
@@ -174,13 +188,23 @@ void AravisStreamPump::CloseSession()
     if (!mSession) {
         return;
     }
-    // both are answered at once when the device is away
-    mNodeMap->GetParameters()->ExecuteCommand("AcquisitionStop");
-    mNodeMap->SetInternalInteger("TLParamsLocked", 0);
+    if (!StopAcquisition(*mNodeMap)) {
+        mConnection->OweStop();
+    }
     Count();
     mPast += mSession->GetCounters();
     mSession->Close();
     mSession.reset();
+}
+
+void AravisStreamPump::SettleStop(AravisConnection &aConnection, NodeMap &aNodeMap)
+{
+    if (aConnection.ClaimStream()) {
+        if (aConnection.TakeOwedStop() && !StopAcquisition(aNodeMap)) {
+            aConnection.OweStop();
+        }
+        aConnection.ReleaseStream();
+    }
 }
 
 LxResult AravisStreamPump::ChoosePacketSize(_ArvDevice *aDevice)

@@ -30,6 +30,9 @@ public:
     /// Returns when the acquisition has been stopped, or at once when the device does not answer. Idempotent.
     void Stop();
 
+    /// Ends the acquisition of a device that was away when its stream ended. Once the device is back; any thread.
+    static void SettleStop(AravisConnection &aConnection, NodeMap &aNodeMap);
+
 private:
     void Run();
     bool RunSession();

@@ -267,6 +267,18 @@ TEST_F(AravisStreamFaults, LocksTheTransportLayerParametersWhileItRuns)
     EXPECT_EQ(frame->GetImage()->GetWidth(), width / 2) << "buffers follow the size of the payload";
 }
 
+TEST_F(AravisStreamFaults, EndsInTheCameraTooWhenItIsStoppedWhileThatIsAway)
+{
+    LxGenInteger *feature = mDevice->GetParameters()->GetInteger("Width");
+    ASSERT_NE(feature, nullptr);
+    ASSERT_TRUE(StartStream().IsOK());
+    mCamera.SetFrozen(true);
+    ASSERT_TRUE(WaitFor([&] { return !mDevice->IsConnected(); }));
+    mStream.Stop();
+    mCamera.SetFrozen(false);
+    EXPECT_TRUE(WaitFor([&] { return feature->SetValue(width / 2).IsOK(); }));
+}
+
 TEST_F(AravisStreamFaults, IsTheOnlyOneOfItsDevice)
 {
     ASSERT_TRUE(StartStream().IsOK());
