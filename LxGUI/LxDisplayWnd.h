@@ -123,9 +123,8 @@ public:
     LxRendererMode GetRendererMode();
     /// Changes the renderer and clears the display. Waits for the GUI thread when it is called on another one, so the
     /// GUI thread must not wait for the caller meanwhile.
-    /// @return InvalidArgument (0x4001) for an unknown value, and when the QApplication has ended under a window that
-    /// was
-    ///         shown; Unavailable (26) for a mode above the highest.
+    /// @return InvalidArgument (0x4001) for an unknown value, and once the QApplication of a window that was shown has
+    ///         ended; Unavailable (26) for a mode above the highest.
     /// @thread{any}
     LxResult SetRendererMode(LxRendererMode aMode);
     /// "OpenGL " and the name of the OpenGL renderer; "OpenGL Default" when none was found. Like the next two it asks
