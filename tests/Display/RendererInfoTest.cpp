@@ -85,15 +85,19 @@ TEST(RendererInfo, IsAskedOnceThereIsAnApplicationAndOutlivesIt)
     EXPECT_EQ(LxDisplayWnd::GetRenderer().GetAscii(), renderer) << "without an application again";
     QApplication application(sArgumentCount, sArguments);
     EXPECT_EQ(LxDisplayWnd::GetRenderer().GetAscii(), renderer);
-    QWidget host;
-    host.resize(100, 80);
-    LxDisplayWnd display;
-    display.SetRendererMode(LxDisplayWnd::GetHighestRendererMode());
-    ASSERT_TRUE(display.Create(&host).IsOK());
-    ASSERT_TRUE(WaitForScreen(host));
-    ASSERT_TRUE(display.Display(*MakePicture(100, 80)).IsOK());
-    QCoreApplication::processEvents();
-    EXPECT_EQ(Grab(&host).pixel(30, 40), PictureColor(30, 40));
+    {
+        QWidget host;
+        host.resize(100, 80);
+        LxDisplayWnd display;
+        display.SetRendererMode(LxDisplayWnd::GetHighestRendererMode());
+        ASSERT_TRUE(display.Create(&host).IsOK());
+        ASSERT_TRUE(WaitForScreen(host));
+        ASSERT_TRUE(display.Display(*MakePicture(100, 80)).IsOK());
+        QCoreApplication::processEvents();
+        EXPECT_EQ(Grab(&host).pixel(30, 40), PictureColor(30, 40));
+    }
+    // as the loop of an application does; else the next application finds what this one has not deleted
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 // A refresh that was on its way ends with the application.
